@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstddef>
+
+namespace trelk {
+
+/// N numbers, held in place: `vector_fixed<double, 2> point{1.0, 2.0}`.
+template <class T, std::size_t N>
+struct vector_fixed
+{
+    T values[N];
+
+    constexpr T& operator[](std::size_t i) noexcept { return values[i]; }
+    constexpr T const& operator[](std::size_t i) const noexcept { return values[i]; }
+};
+
+} // namespace trelk

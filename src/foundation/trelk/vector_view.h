@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <utility>
+
+#include <trelk/Ptr.h>
+#include <trelk/vector_num.h>
+
+namespace trelk {
+
+/// What one- and two-dimensional views have in common: a reference on a storage block and the place of the
+/// view's first value in it. Invariant: the view's values lie within the block's capacity.
+template <class T, int Alignment>
+class __vector_view
+{
+public:
+    /// Values that fit from the view's first one on before storage must grow.
+    std::size_t room() const noexcept { return storage_ ? storage_->capacity() - offset_ : 0; }
+
+    T* data() noexcept { return first(); }
+    T const* data() const noexcept { return first(); }
+
+protected:
+    using block = vector_num<T, Alignment>;
+
+    __vector_view() noexcept = default;
+    __vector_view(Ptr<block> storage, std::size_t offset) noexcept
+        : storage_(std::move(storage)), offset_(offset)
+    {}
+
+    /// Makes room for `needed` values from the view's first one on, of which `used` are in use. Where other
+    /// views share the storage, all of it is kept for them.
+    bool fit(std::size_t needed, std::size_t used, unsigned growth) noexcept
+    {
+        if (needed <= room()) return true;
+        if (needed > SIZE_MAX - offset_) return false;
+        if (!storage_) {
+            Ptr<block> fresh = block::create();
+            if (!fresh || !fresh->__grow(needed, 0, growth)) return false;
+            storage_ = std::move(fresh), offset_ = 0;
+            return true;
+        }
+        std::size_t const keep = storage_->use_count() == 1 ? offset_ + used : storage_->capacity();
+        return storage_->__grow(offset_ + needed, keep, growth);
+    }
+
+    T* first() const noexcept { return storage_ ? storage_->data() + offset_ : nullptr; }
+
+    Ptr<block> storage_;
+    std::size_t offset_ = 0;
+};
+
+} // namespace trelk
