@@ -1,0 +1,49 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+
+#include <trelk/dense1D.h>
+#include <trelk/dense2D.h>
+#include <trelk/vector_fixed.h>
+
+namespace trelk::vornik1d {
+
+/// Room to ask for when `added` values or columns join `present` ones: doubling at least, so that appending
+/// again and again stays linear.
+constexpr std::size_t grown(std::size_t present, std::size_t added) noexcept
+{
+    return std::max(added, present) + present;
+}
+
+/// Appends `point` as a new last column of `matrix`, which must be empty or have N rows. False leaves it as
+/// it was, but for its capacity.
+template <std::size_t N>
+[[nodiscard]] bool append_point(vector_fixed<double, N> const& point, dense2D<double>& matrix) noexcept
+{
+    if (!matrix.empty() && matrix.rows() != N) return false;
+
+    std::size_t const cols = matrix.cols();
+    if (cols >= matrix.room() / std::max<std::size_t>(matrix.ld(), 1))
+        static_cast<void>(matrix.reserve(N, std::max<std::size_t>(2 * cols, 4))); // resize tries with less
+    if (!matrix.resize(N, cols + 1)) return false;
+    std::copy_n(point.values, N, matrix.col(cols));
+    return true;
+}
+
+/// Appends the values of `source` to `target`. False leaves `target` as it was, but for its capacity.
+template <class T>
+[[nodiscard]] bool append_values(dense1D<T> const& source, dense1D<T>& target) noexcept
+{
+    if (source.empty()) return true;
+
+    std::size_t const added = source.size();
+    std::size_t const present = target.size();
+    if (present + added > target.room())
+        static_cast<void>(target.reserve(grown(present, added))); // resize tries with less
+    if (!target.resize(present + added)) return false;
+    std::copy_n(source.begin(), added, target.begin() + present);
+    return true;
+}
+
+} // namespace trelk::vornik1d

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+// The law that the library is built on: between two points with target sizes h0 and h1 the size varies
+// linearly with position, and the metric length of a curve is the integral of 1/h along it. A segment of
+// length d thus has metric length d * ln(h1/h0) / (h1 - h0).
+//
+// With hi and lo the larger and the smaller size and x = (lo - hi) / hi in (-1, 0], all formulas are
+// functions of x alone, scaled by 1/hi. Near x = 0 they are 0/0 and change to their series:
+//
+//     x < -0.01             closed form, log1p and expm1
+//     -0.01 <= x < -1e-12   series; the first term left out is x^6/7 of the mean, below 2e-13, and
+//                           s(s-1)(s-2)(s-3)(s-4) x^4/120 of the position, below 4e-10 and 0 at both ends
+//     -1e-12 <= x           the sizes are equal to rounding
+
+namespace trelk::vornik1d {
+
+constexpr double closed_form_limit = -0.01;
+constexpr double equal_sizes_limit = -1e-12;
+
+/// Mean of 1/h on a segment where h runs linearly from h0 to h1; 0 when the smaller of them is 0.
+inline double mean_inverse_size(double h0, double h1)
+{
+    double const lo = std::min(h0, h1);
+    double const hi = std::max(h0, h1);
+    if (lo == 0) return 0;
+
+    double const r = 1 / hi;
+    double const x = (lo - hi) * r;
+    double f = 1;
+    if (x < closed_form_limit)
+        f = std::log1p(x) / x;
+    else if (x < equal_sizes_limit) {
+        double const xx = x * x;
+        f = ((1.0 / 5 - x / 6) * xx + (1.0 / 3 - x / 4)) * xx + (1 - x / 2);
+    }
+    return r * f;
+}
+
+/// Position along a segment as a function of the fraction t of its metric length, counted from the end with
+/// size h0: u = ((h1/h0)^t - 1) / (h1/h0 - 1). What depends on the sizes alone is computed once.
+class size_law
+{
+public:
+    size_law(double h0, double h1) : mirrored_(h1 > h0)
+    {
+        if (h0 == h1) return; // linear
+
+        double const hi = mirrored_ ? h1 : h0;
+        double const lo = mirrored_ ? h0 : h1;
+        x_ = (lo - hi) / hi;
+        if (x_ < closed_form_limit) {
+            form_ = form::closed;
+            log_ratio_ = std::log1p(x_);
+        } else
+            form_ = x_ < equal_sizes_limit ? form::series : form::equal;
+    }
+
+    /// A position in [0, 1] for t in [0, 1]. The computation runs from the larger size to the smaller one.
+    double position(double t) const
+    {
+        if (form_ == form::linear || t == 0 || t == 1) return t;
+
+        double const s = mirrored_ ? 1 - t : t;
+        double v = s;
+        if (form_ == form::closed)
+            v = std::expm1(log_ratio_ * s) / x_;
+        else if (form_ == form::series) {
+            double const xx = x_ * x_;
+            double const xxx = xx * x_;
+            v = s *
+                (1 + (s - 1) * x_ / 2 + (s - 2) * (s - 1) * xx / 6 + (s - 3) * (s - 2) * (s - 1) * xxx / 24);
+        }
+        if (mirrored_) v = 1 - v;
+        return v >= 0 ? std::min(v, 1.0) : 0.0; // a NaN gives 0
+    }
+
+private:
+    enum class form { linear, equal, series, closed };
+
+    form form_ = form::linear;
+    bool mirrored_;
+    double x_ = 0;
+    double log_ratio_ = 0;
+};
+
+inline double size_law_position(double t, double h0, double h1) { return size_law(h0, h1).position(t); }
+
+/// The multiple of `step` (1 or more) nearest to `length` on a geometric scale: the boundary between k and
+/// k + step is sqrt(k * (k + step)), and the tie goes up. Never 0; NaN and negative lengths count as 0, and
+/// what 64 bits do not hold gives the largest multiple that they do.
+std::uint64_t round_to_multiple(double length, std::uint64_t step);
+
+/// Elements of a line of the given metric length: rounded, then clamped, `max_elements` winning over
+/// `min_elements` and an even count over both.
+std::uint64_t element_count(
+    double metric_length, bool force_even, std::uint64_t min_elements, std::uint64_t max_elements);
+
+} // namespace trelk::vornik1d
