@@ -1,0 +1,150 @@
+#pragma once
+
+#include <trelk/dense1D.h>
+#include <trelk/dense2D.h>
+
+/// Marks the functions that the shared library exports.
+#define VORNIK1D_API __attribute__((visibility("default")))
+
+/// Line meshes: nodes in the plane or in space, joined by line elements that follow target sizes.
+///
+/// Containers. Matrices hold one thing per column. `coords` holds the positions of nodes, one node per
+/// column, 2 rows in the plane, 3 in space; a node number is a column number. A chain is a list of node
+/// numbers in the order of travel; sizes and parameters handed along with it have one value per chain entry
+/// (entry i of the list, not node number indices[i]). Copies of containers are views of the same values.
+///
+/// Metric length is length in units of the local target size, which runs linearly between two nodes: a
+/// segment of length d between sizes h0 and h1 has metric length d * ln(h1/h0) / (h1 - h0). A line is cut
+/// into equal steps of metric length, as near to 1 as a whole number of elements allows: the boundary between
+/// k and k + 1 elements is at metric length sqrt(k * (k + 1)).
+///
+/// Status. Functions return 0 for success, minus the position of the argument at fault, or -199 when storage
+/// is not available. On a failure the arguments are as they were, but for what a function says it empties.
+///
+/// Functions throw nothing, keep no state and no reference to an argument. Calls on different containers may
+/// run side by side. No argument makes them read or write outside the containers.
+namespace trelk::vornik1d {
+
+/// @name Line meshing
+/// @{
+
+/// Meshes a polyline by target sizes given at its nodes.
+///
+/// The mesh runs from the first to the last entry of the chain. The chain's interior nodes do not belong to
+/// it, unless a positive `deviation_tolerance` pins them. A chain whose first and last entries are one node is
+/// meshed like any other: the mesh begins and ends at that node.
+///
+/// `deviation_tolerance` selects one of three ways to treat the chain's bends:
+///
+///   - negative: sizes are first bounded by the chain's curvature. At curvature c the bound h obeys
+///     (h * c)^2 / 8 = -`deviation_tolerance`: a chord's sagitta relative to the radius of curvature. The
+///     bound is `min_size` where it would be less; sizes below `min_size` are not raised.
+///   - 0, NaN, plus or minus the largest double: sizes alone count, and the mesh may cut corners.
+///   - positive: where an interior node of the chain lies at this distance or farther from its mesh element
+///     (in length units of the model; node and element are paired by parameter), the line is meshed anew,
+///     with more elements or in two parts that meet at that node. `min_elements` and `max_elements` do not
+///     bind the new mesh, `force_even` does. A mesh that has `max_elements` elements or more before this
+///     stage is left as it is.
+///
+/// @param[in,out] coords  d x n, d = 2 or 3: node positions, in length units of the model. New nodes are
+///                 appended as columns; the old ones stay as they are.
+/// @param indices  the chain, at least 2 column numbers of `coords`.
+/// @param params   a parameter value per chain entry, non-decreasing.
+/// @param sizes    a target size per chain entry, positive and finite, in length units of the model; further
+///                 values are ignored.
+/// @param force_even  asks for an even number of elements. It wins over `max_elements`, which an odd count
+///                 may thus pass by one.
+/// @param min_elements  fewest elements, at least 1.
+/// @param max_elements  most elements, at least `min_elements`; 4294967295 sets no limit. It is what protects
+///                 the caller's memory from sizes that are far too small.
+/// @param deviation_tolerance  see above.
+/// @param min_size  floor of the bound on sizes by curvature; of use with a negative tolerance alone.
+/// @param[out] out_indices  the mesh's nodes in the order of travel are appended.
+/// @param[out] out_params   is emptied before all checks, then replaced: the parameter value at each mesh
+///                 node, from the first to the last value of `params`.
+/// @param[out] out_sizes    the target size at each mesh node is appended.
+/// @return 0;
+///         -1: `coords` has neither 2 nor 3 rows;
+///         -2: fewer than 2 chain entries, or one that is no column of `coords` (tested last);
+///         -3: `params` has not one value per chain entry, or falls somewhere, or holds a NaN;
+///         -4: `sizes` has fewer values than the chain, or one that is not positive and finite;
+///         -6: `min_elements` is 0 or above `max_elements`;
+///         -199: no storage, or more nodes than 32-bit numbers can name.
+///
+/// A line for whose new nodes there is no storage in the course of the placement is left without them, and the
+/// result is 0.
+///
+/// Cost: linear in chain plus mesh for each placement, mostly two of them; under a positive tolerance, again
+/// for each part that is meshed anew. Memory is linear in chain plus mesh.
+VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense1D<double> const& params, dense1D<double> const& sizes, bool force_even, unsigned min_elements,
+    unsigned max_elements, double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices,
+    dense1D<double>& out_params, dense1D<double>& out_sizes);
+
+/// Meshes a polyline as above, with its normalised chord length for parameter: 0 at the first entry, 1 at the
+/// last one.
+///
+/// @return 0;
+///         -1: `coords` has neither 2 nor 3 rows;
+///         -2: fewer than 2 chain entries, one that is no column of `coords`, or a chain of length 0 or NaN;
+///         -3: `sizes` has fewer values than the chain, or one that is not positive and finite; also a chain
+///         whose length is infinite, or so small that its reciprocal is;
+///         -5: `min_elements` is 0 or above `max_elements`;
+///         -199: no storage, or more nodes than 32-bit numbers can name.
+///
+/// `out_params` is as it was on -1 and -2, and where storage for the parameters themselves is not available;
+/// every other failure leaves it empty.
+VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense1D<double> const& sizes, bool force_even, unsigned min_elements, unsigned max_elements,
+    double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
+    dense1D<double>& out_sizes);
+
+/// @}
+/// @name Chain operations
+/// @{
+
+/// Discrete curvature of a chain at each of its entries: the change of the unit tangent, divided by the mean
+/// length of the two segments that meet there.
+///
+/// The two end entries take the values of their neighbours, also in a closed chain. Beside a segment of
+/// length 0, and in a chain of fewer than 3 entries, the curvature is 0.
+///
+/// @param coords   d x n, d = 2 or 3: node positions, in length units of the model.
+/// @param indices  the chain, column numbers of `coords`.
+/// @param[out] result  is replaced: a value per chain entry, in 1/length; empty on failure.
+/// @return 0, also for an empty chain, whatever `coords` is;
+///         -1: `coords` has neither 2 nor 3 rows;
+///         -2: an entry of `indices` is no column of `coords`;
+///         -199: no storage.
+///
+/// One pass.
+VORNIK1D_API int curvatures(
+    dense2D<double> const& coords, dense1D<unsigned> const& indices, dense1D<double>& result);
+
+/// Moves nodes onto a parametrised polyline, by linear interpolation between the chain entries around their
+/// parameter values.
+///
+/// A value at or below the first one of the chain gives the chain's first node, one above the last one its
+/// last node; of equal chain parameters the first counts. The nodes are moved one after the other in the
+/// matrix that the chain is read from: one that is a chain entry too changes the polyline for those behind it.
+///
+/// @param[in,out] coords  node positions, any number of rows.
+/// @param indices      the chain, column numbers of `coords`.
+/// @param params       a parameter value per chain entry, non-decreasing.
+/// @param new_indices  the nodes to move, column numbers of `coords`.
+/// @param new_params   a parameter value per node to move, non-decreasing.
+/// @return 0;
+///         -2: `params` and `indices` differ in size;
+///         -3: `params` falls somewhere; a NaN among several values counts as a fall;
+///         -4: `new_params` and `new_indices` differ in size;
+///         -5: `new_params` falls somewhere.
+///
+/// A node number that is no column of `coords` is passed over, and an empty chain moves nothing; both give 0.
+///
+/// One binary search per node, on what is left of the chain. No allocation.
+VORNIK1D_API int interpolate_coordinates(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense1D<double> const& params, dense1D<unsigned> const& new_indices, dense1D<double> const& new_params);
+
+/// @}
+
+} // namespace trelk::vornik1d

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <algorithm>
+#include <type_traits>
+
+#include <trelk/dense1D.h>
+#include <trelk/dense2D.h>
+
+// What the exported functions share at their entry: status codes, checks, and the choice of the dimension.
+
+namespace trelk::vornik1d {
+
+/// Status of a call whose argument at `position`, counted from 1, is at fault.
+constexpr int bad_argument(int position) { return -position; }
+
+/// Status of a call for which storage is not available.
+constexpr int no_storage = -199;
+
+inline bool is_planar_or_spatial(dense2D<double> const& coords) noexcept
+{
+    return coords.rows() == 2 || coords.rows() == 3;
+}
+
+/// True when no value falls below the one before it. A NaN among several values fails.
+inline bool is_non_decreasing(dense1D<double> const& values) noexcept
+{
+    return std::adjacent_find(values.begin(), values.end(),
+               [](double previous, double next) { return !(next >= previous); }) == values.end();
+}
+
+/// Runs `body` with the row count of `coords`, 2 or 3, as a constant.
+template <class Body>
+int by_dimension(dense2D<double> const& coords, Body&& body)
+{
+    return coords.rows() == 2 ? body(std::integral_constant<int, 2>())
+                              : body(std::integral_constant<int, 3>());
+}
+
+} // namespace trelk::vornik1d
