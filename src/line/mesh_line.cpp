@@ -1,0 +1,124 @@
+#include <vornik1d/vornik1d.h>
+
+#include <cmath>
+#include <limits>
+
+#include <vornik/toolkit.h>
+
+#include "front_door.h"
+#include "line/line.h"
+#include "line/mesh_span.h"
+#include "line/refine_span.h"
+#include "line/size_targets.h"
+#include "placement/vectors.h"
+
+namespace trelk::vornik1d {
+
+namespace {
+
+/// The largest double, of either sign, switches tolerances off, and so does a NaN.
+double clean_tolerance(double deviation_tolerance)
+{
+    constexpr double off = std::numeric_limits<double>::max();
+    bool const is_off = std::isnan(deviation_tolerance) || std::abs(deviation_tolerance) == off;
+    return is_off ? 0 : deviation_tolerance;
+}
+
+/// Appends a mesh to the caller's lists; on false they are as they were. Lists that share storage, or are one
+/// and the same, do not deceive it.
+template <class Targets>
+bool publish(line<Targets> const& mesh, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
+    typename Targets::list& out_targets)
+{
+    std::size_t const old_indices = out_indices.size();
+    std::size_t const old_params = out_params.size();
+    std::size_t const old_targets = Targets::size(out_targets);
+    if (Targets::append(mesh.targets, out_targets) && append_values(mesh.nodes, out_indices) &&
+        append_values(mesh.params, out_params))
+        return true;
+
+    static_cast<void>(out_indices.resize(old_indices) && out_params.resize(old_params));
+    Targets::cut(out_targets, old_targets);
+    return false;
+}
+
+/// Meshes a chain and appends the mesh to the caller's lists. On a failure these and `coords` are as before.
+template <int N, class Targets>
+int mesh_chain(dense2D<double>& coords, line<Targets> const& chain, span_rule const& rule,
+    dense1D<unsigned>& out_indices, dense1D<double>& out_params, typename Targets::list& out_targets)
+{
+    std::size_t const base_columns = coords.cols();
+    line<Targets> mesh;
+    int status = mesh_span<N>(coords, chain, rule, mesh);
+    if (status == 0 && rule.deviation_tolerance > 0 && mesh.size() < rule.max_elements + 1)
+        status = refine_span<N>(coords, chain, rule, base_columns, mesh);
+    if (status == 0 && !publish(mesh, out_indices, out_params, out_targets)) status = no_storage;
+    if (status != 0) static_cast<void>(coords.resize(N, base_columns)); // to fewer: cannot fail
+    return status;
+}
+
+/// Sets `params` to the chord length from the first chain entry to each one; returns the last of them.
+template <int N>
+double chord_lengths(dense2D<double> const& coords, dense1D<unsigned> const& indices, dense1D<double>& params)
+{
+    double length = 0;
+    for (std::size_t i = 1; i < indices.size(); ++i) {
+        auto const d = edge_vector<N>(coords.col(indices[i - 1]), coords.col(indices[i]));
+        length += norm(d);
+        params[i] = length;
+    }
+    return length;
+}
+
+} // namespace
+
+int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& params,
+    dense1D<double> const& sizes, bool force_even, unsigned min_elements, unsigned max_elements,
+    double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
+    dense1D<double>& out_sizes)
+{
+    out_params.clear();
+    std::size_t const n = indices.size();
+    if (!is_planar_or_spatial(coords)) return bad_argument(1);
+    if (n < 2) return bad_argument(2);
+    if (params.size() != n || !is_non_decreasing(params)) return bad_argument(3);
+    if (sizes.size() < n || !vornik::are_valid_metrics(sizes.sub_vector(0, n))) return bad_argument(4);
+    if (min_elements > max_elements || min_elements == 0) return bad_argument(6);
+    if (!vornik::check_IDs(indices, coords.cols())) return bad_argument(2);
+
+    line<size_targets> const chain{indices, params, sizes.sub_vector(0, n)};
+    span_rule const rule{
+        force_even, min_elements, max_elements, clean_tolerance(deviation_tolerance), min_size};
+    return by_dimension(coords,
+        [&](auto dim) { return mesh_chain<dim>(coords, chain, rule, out_indices, out_params, out_sizes); });
+}
+
+int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& sizes,
+    bool force_even, unsigned min_elements, unsigned max_elements, double deviation_tolerance,
+    double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params, dense1D<double>& out_sizes)
+{
+    std::size_t const n = indices.size();
+    if (!is_planar_or_spatial(coords)) return bad_argument(1);
+    if (n < 2 || !vornik::check_IDs(indices, coords.cols())) return bad_argument(2);
+
+    dense1D<double> params;
+    if (!params.resize(n, 0.0)) return no_storage;
+    double total = 0;
+    by_dimension(coords, [&](auto dim) {
+        total = chord_lengths<dim>(coords, indices, params);
+        return 0;
+    });
+    if (total == 0 || std::isnan(total)) return bad_argument(2);
+    double const r = 1 / total;
+    if (r != 1)
+        for (double& param : params) param *= r;
+    params[n - 1] = 1;
+
+    int const status = mesh_line(coords, indices, params, sizes, force_even, min_elements, max_elements,
+        deviation_tolerance, min_size, out_indices, out_params, out_sizes);
+    // One argument fewer behind the third: codes of later arguments move up. A lack of storage is no
+    // argument.
+    return status < -3 && status != no_storage ? status + 1 : status;
+}
+
+} // namespace trelk::vornik1d

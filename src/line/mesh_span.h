@@ -1,0 +1,87 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <numeric>
+
+#include <trelk/dense1D.h>
+#include <trelk/dense2D.h>
+#include <vornik1d/vornik1d.h>
+
+#include "front_door.h"
+#include "line/columns.h"
+#include "line/line.h"
+
+namespace trelk::vornik1d {
+
+/// `numbers` becomes first, first + 1, ..., `count` of them.
+[[nodiscard]] inline bool count_from(unsigned first, std::size_t count, dense1D<unsigned>& numbers) noexcept
+{
+    if (!numbers.resize(count)) return false;
+    std::iota(numbers.begin(), numbers.end(), first);
+    return true;
+}
+
+/// Meshes one chain by its targets alone, in passes: each places nodes along the polyline of the pass before,
+/// whose nodes have been moved back onto the chain, until the node count stops falling. (It can fall because
+/// the later polyline cuts the chain's corners and is shorter in metric length.)
+///
+/// The new nodes are appended to `coords` as the last pass placed them; `mesh` is replaced. The result is 0,
+/// or `no_storage` with `coords` as it was.
+template <int N, class Targets>
+int mesh_span(dense2D<double>& coords, line<Targets> const& chain, span_rule const& rule, line<Targets>& mesh)
+{
+    std::size_t const n = chain.size();
+    if (!can_be_numbered(n)) return no_storage;
+
+    // Columns 0 to n - 1 hold the chain's nodes, those behind them the nodes of the latest pass.
+    dense2D<double> work_coords;
+    line<Targets> numbered{{}, chain.params, chain.targets};
+    if (!gather_columns(coords, chain.nodes, work_coords) || !count_from(0, n, numbered.nodes))
+        return no_storage;
+    if (rule.deviation_tolerance < 0) {
+        if (!numbered.targets.copy(chain.targets)) return no_storage;
+        Targets::template limit_by_curvature<N>(work_coords, numbered, rule);
+    }
+
+    dense2D<double> new_coords;
+    line<Targets> placed;
+    line<Targets> work = numbered;
+    std::size_t previous = unlimited;
+    for (bool first_pass = true;; first_pass = false) {
+        // The result is not read: without storage for its nodes a pass places none.
+        Targets::template place<N>(work_coords, work, rule, new_coords, placed.targets, placed.params);
+        std::size_t const m = new_coords.cols();
+        std::size_t const columns = n + m;
+        if (!can_be_numbered(std::max(n, coords.cols()) + m)) return no_storage;
+
+        line<Targets> next;
+        if (!count_from(static_cast<unsigned>(n), m, placed.nodes) || !next.reserve(m + 2) ||
+            !next.append(numbered.part(0, 1)) || !next.append(placed) ||
+            !next.append(numbered.part(n - 1, 1)))
+            return no_storage;
+        work = next;
+
+        bool const is_straight = n == 2; // one pass is exact
+        if (is_straight || columns >= previous || m + 1 == rule.min_elements) break;
+
+        if (!work_coords.resize(N, n) || !append_columns(new_coords, work_coords)) return no_storage;
+        // The nodes of the first pass lie on the chain already; later ones lie on chords of the pass before.
+        // Refused are parameters beyond arithmetic alone, and the nodes then stay where they are.
+        if (!first_pass)
+            static_cast<void>(interpolate_coordinates(
+                work_coords, numbered.nodes, numbered.params, work.nodes, work.params));
+        previous = columns;
+    }
+
+    std::size_t const m = new_coords.cols();
+    auto const base = static_cast<unsigned>(coords.cols());
+    if (!append_columns(new_coords, coords)) return no_storage;
+    mesh = work;
+    mesh.nodes[0] = chain.nodes[0];
+    std::iota(mesh.nodes.begin() + 1, mesh.nodes.begin() + 1 + m, base);
+    mesh.nodes[m + 1] = chain.nodes[n - 1];
+    return 0;
+}
+
+} // namespace trelk::vornik1d
