@@ -40,11 +40,12 @@ namespace trelk::vornik1d {
 ///     (h * c)^2 / 8 = -`deviation_tolerance`: a chord's sagitta relative to the radius of curvature. The
 ///     bound is `min_size` where it would be less; sizes below `min_size` are not raised.
 ///   - 0, NaN, plus or minus the largest double: sizes alone count, and the mesh may cut corners.
-///   - positive: where an interior node of the chain lies at this distance or farther from its mesh element
-///     (in length units of the model; node and element are paired by parameter), the line is meshed anew,
-///     with more elements or in two parts that meet at that node. `min_elements` and `max_elements` do not
-///     bind the new mesh, `force_even` does. A mesh that has `max_elements` elements or more before this
-///     stage is left as it is.
+///   - positive: where an interior node of the chain lies at this distance or farther from the mesh (in length
+///     units of the model), the line is meshed anew, with more elements or in two parts that meet at that
+///     node. Distance is measured from the infinite line through the element that covers the node's
+///     parameter value, so a spike along that line goes unseen. `min_elements` and `max_elements` do not bind
+///     the new mesh, `force_even` does. A mesh that has `max_elements` elements or more before this stage is
+///     left as it is.
 ///
 /// @param[in,out] coords  d x n, d = 2 or 3: node positions, in length units of the model. New nodes are
 ///                 appended as columns; the old ones stay as they are.
@@ -88,7 +89,7 @@ VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& ind
 ///         -1: `coords` has neither 2 nor 3 rows;
 ///         -2: fewer than 2 chain entries, one that is no column of `coords`, or a chain of length 0 or NaN;
 ///         -3: `sizes` has fewer values than the chain, or one that is not positive and finite; also a chain
-///         whose length is infinite, or so small that its reciprocal is;
+///         of infinite length;
 ///         -5: `min_elements` is 0 or above `max_elements`;
 ///         -199: no storage, or more nodes than 32-bit numbers can name.
 ///

@@ -116,8 +116,7 @@ int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D
 
     int const status = mesh_line(coords, indices, params, sizes, force_even, min_elements, max_elements,
         deviation_tolerance, min_size, out_indices, out_params, out_sizes);
-    // One argument fewer behind the third: codes of later arguments move up. A lack of storage is no
-    // argument.
+    // `params` is no argument here: what stands behind it moves up by one.
     return status < -3 && status != no_storage ? status + 1 : status;
 }
 
