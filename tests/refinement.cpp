@@ -1,0 +1,187 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+
+#include "meshing.h"
+
+using namespace trelk;
+
+// Nodes of the chain, all columns of the given coordinates, that the mesh has pinned.
+static std::vector<unsigned> pinned(meshing const& m)
+{
+    std::vector<unsigned> result;
+    for (unsigned const node : m.mesh())
+        if (node < m.indices.size()) result.push_back(node);
+    return result;
+}
+
+using numbers = std::vector<unsigned>;
+
+TEST(refinement, pins_a_corner_under_its_own_number)
+{
+    meshing m = chain_of(columns({{0, 0}, {1, 0}, {2, 0}, {3, 0}, {3, 1.2}, {3, 2.2}}), 0.47);
+    ASSERT_EQ(m.run(), 0);
+    EXPECT_EQ(pinned(m), (numbers{0, 5}));
+    m = chain_of(m.coords.sub_matrix(0, 0, 2, 6), 0.47);
+    m.deviation_tolerance = 1e-3;
+    ASSERT_EQ(m.run(), 0);
+    EXPECT_EQ(pinned(m), (numbers{0, 3, 5}));
+    EXPECT_TRUE(std::is_sorted(m.out_params.begin(), m.out_params.end()));
+    EXPECT_EQ(std::count(m.out_params.begin(), m.out_params.end(), 3.0), 1);
+}
+
+TEST(refinement, meshes_an_arc_again_with_one_element_more)
+{
+    meshing m = chain_of(arc(64, 2), 0.5);
+    ASSERT_EQ(m.run(), 0);
+    ASSERT_EQ(m.elements(), 4U);
+    for (bool const even : {false, true}) {
+        m = chain_of(arc(64, 2), 0.5);
+        m.force_even = even;
+        m.deviation_tolerance = 0.0306; // the sagitta of 1/4 of the arc is 0.0311
+        ASSERT_EQ(m.run(), 0);
+        EXPECT_EQ(m.elements(), even ? 6U : 5U);
+        EXPECT_EQ(pinned(m), (numbers{0, 64}));
+    }
+}
+
+TEST(refinement, splits_at_the_first_of_equals_and_near_the_middle)
+{
+    // Two bumps of one height on a straight line.
+    auto const bumps = [](unsigned first, unsigned second) {
+        dense2D<double> coords;
+        EXPECT_TRUE(coords.resize(2, 11, 0.0));
+        for (unsigned k = 0; k < 11; ++k) coords(0, k) = k;
+        coords(1, first) = coords(1, second) = 1;
+        meshing m = chain_of(coords, 100);
+        m.deviation_tolerance = 0.9999;
+        EXPECT_EQ(m.run(), 0);
+        return pinned(m);
+    };
+    EXPECT_EQ(bumps(3, 7), (numbers{0, 3, 10}));
+    EXPECT_EQ(bumps(2, 5), (numbers{0, 5, 10}));
+}
+
+TEST(refinement, threshold_is_reached_by_equality_and_follows_the_coordinates)
+{
+    // One bump of height 1 over a chord along the x axis; the threshold is 1 + 2^-52 * 1 at tolerance 1.
+    for (auto const& [tolerance, is_refined] :
+        {std::pair(1.0, false), {1 - 0x1p-52, true}, {1 - 0x1p-51, true}, {2.0, false}}) {
+        meshing m = chain_of(columns({{0, 0}, {0.5, 1}, {1, 0}}), 100);
+        m.deviation_tolerance = tolerance;
+        ASSERT_EQ(m.run(), 0);
+        EXPECT_EQ(m.elements(), is_refined ? 2U : 1U) << tolerance;
+    }
+    meshing far = chain_of(columns({{1e6, 1e6}, {1e6 + 1, 1e6 + 1e-10}, {1e6 + 2, 1e6}}), 100);
+    far.deviation_tolerance = 1e-12;
+    ASSERT_EQ(far.run(), 0);
+    EXPECT_EQ(far.elements(), 1U);
+}
+
+TEST(refinement, holds_random_chains_to_the_tolerance)
+{
+    std::mt19937 random(5);
+    std::uniform_real_distribution<double> uniform(-1, 1);
+    for (int round = 0; round < 300; ++round) {
+        std::size_t const rows = 2 + random() % 2;
+        std::size_t const n = 3 + random() % 60;
+        dense2D<double> coords;
+        ASSERT_TRUE(coords.resize(rows, n));
+        for (std::size_t k = 0; k < n; ++k)
+            for (std::size_t r = 0; r < rows; ++r)
+                coords(r, k) = k == 0 ? 0 : coords(r, k - 1) + (r == 0) + 0.7 * uniform(random);
+        meshing m = chain_of(coords, 0.2 + std::abs(uniform(random)) * 10);
+        m.with_params = random() % 2 == 0;
+        m.force_even = random() % 2 == 0;
+        m.max_elements = random() % 4 == 0 ? 100 : no_limit;
+        m.deviation_tolerance = std::pow(10, -3 * std::abs(uniform(random)));
+        ASSERT_EQ(m.run(), 0);
+
+        auto const mesh = m.mesh();
+        ASSERT_TRUE(!m.force_even || m.elements() % 2 == 0);
+        unsigned next = unsigned(n); // new nodes take consecutive columns in the order of travel
+        for (unsigned const node : mesh) ASSERT_TRUE(node < n || node == next++);
+        ASSERT_EQ(next, m.coords.cols());
+        if (m.max_elements == 100 && m.elements() >= 100) continue;
+
+        // Distance from the nearest element, which is no more than from the line of the one that covers it,
+        // unless that one's line passes the node beyond its ends.
+        double const total_param = m.out_params[mesh.size() - 1];
+        double length = 0, full = 0;
+        auto const step = [&](std::size_t k) {
+            double square = 0;
+            for (std::size_t r = 0; r < rows; ++r) square += std::pow(coords(r, k) - coords(r, k - 1), 2);
+            return std::sqrt(square);
+        };
+        for (std::size_t k = 1; k < n; ++k) full += step(k);
+        for (std::size_t k = 1; k + 1 < n; ++k) {
+            length += step(k);
+            double const p = m.with_params ? double(k) : length / full * total_param;
+            std::size_t e = 1;
+            while (e + 1 < mesh.size() && m.out_params[e] < p - 1e-12) ++e;
+            double along = 0, square = 0, norm = 0;
+            for (std::size_t r = 0; r < rows; ++r) {
+                double const u = m.coords(r, mesh[e]) - m.coords(r, mesh[e - 1]);
+                double const w = coords(r, k) - m.coords(r, mesh[e - 1]);
+                along += u * w, square += w * w, norm += u * u;
+            }
+            ASSERT_LT(std::sqrt(std::max(0.0, square - along * along / norm)), m.deviation_tolerance + 1e-9);
+        }
+    }
+}
+
+TEST(refinement, always_ends)
+{
+    auto const five = columns({{0, 0}, {0.5, 1}, {0.6, 1}, {0.7, 1}, {1, 0}});
+    for (bool const even : {false, true})
+        for (auto const& params :
+            {reals({-1e308, -1e300, 0, 1e300, 1e308}), reals({0, 5e-324, 5e-324, 1e-323, 1e-323}),
+                reals({-infinity, 0, 0, 0, infinity}), reals({1, 1, 1, 1, 1})}) {
+            meshing m = chain_of(five, 0.1);
+            m.params = params;
+            m.force_even = even;
+            m.deviation_tolerance = 0.01;
+            EXPECT_EQ(m.run(), 0);
+            EXPECT_EQ(m.out_params.size(), m.mesh().size());
+
+            // A metric length that is NaN places nothing, so the count stays odd.
+            m = chain_of(columns({{0, 0}, {not_a_number, 0}, {1, 0}}), 1);
+            m.force_even = even;
+            m.deviation_tolerance = 0.1;
+            EXPECT_EQ(m.run(), 0);
+        }
+
+    // A detour between nodes of one parameter value, which no number of elements brings nearer: the line is
+    // meshed as a whole a thousand times, and then cut.
+    meshing m = chain_of(
+        columns({{-0.0271828, 0}, {1, 0}, {1, 1}, {1, 1}, {1, 1}, {1, 1}, {1, 1}, {1, 0}, {2, 0}}), 1);
+    m.params = reals({0, 1, 1, 1, 1, 1, 1, 1, 2});
+    m.sizes = reals({.1, .1, 1e9, 1e9, 1e9, 1e9, 1e9, .1, .1});
+    m.deviation_tolerance = 1 - 1e-9;
+    ASSERT_EQ(m.run(), 0);
+    EXPECT_EQ(pinned(m), (numbers{0, 2, 8}));
+}
+
+TEST(refinement, a_line_cut_at_every_node_does_not_exhaust_the_stack)
+{
+    unsigned const n = 200000;
+    dense2D<double> zigzag;
+    ASSERT_TRUE(zigzag.resize(2, n));
+    for (unsigned k = 0; k < n; ++k) zigzag(0, k) = k, zigzag(1, k) = k % 2;
+    meshing m = chain_of(zigzag, 3);
+    m.deviation_tolerance = 1e-3;
+    ASSERT_EQ(m.run(), 0);
+    EXPECT_EQ(pinned(m).size(), n);
+
+    // Cut at its first interior node again and again: the deviations fall from left to right.
+    unsigned const deep = 3000;
+    ASSERT_TRUE(zigzag.resize(2, deep));
+    for (unsigned k = 0; k < deep; ++k) zigzag(1, k) = k % 2 * std::pow(1.05, -double(k)) * 1e3;
+    m = chain_of(zigzag, 1e6);
+    for (unsigned k = 1; k < deep; ++k) m.params[k] = std::pow(1.02, double(k) - deep);
+    m.deviation_tolerance = 1e-9;
+    ASSERT_EQ(m.run(), 0);
+    EXPECT_GT(pinned(m).size(), 500U);
+}
