@@ -1,0 +1,74 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include <cairomm/context.h>
+
+#include "line_mesh.h"
+
+using canvas = Cairo::RefPtr<Cairo::Context>;
+
+struct color
+{
+    double red = 0.0;
+    double green = 0.0;
+    double blue = 0.0;
+};
+
+/// The corner is the one with the least coordinates.
+struct rectangle
+{
+    point corner;
+    double width = 0.0;
+    double height = 0.0;
+};
+
+/// Runs a drawing, of the given size in points, on STEM.svg and on STEM.png, which has two pixels per point.
+/// Throws if they cannot be written.
+void save_drawing(std::filesystem::path const& stem, double width, double height, color const& ground,
+    std::function<void(canvas const&)> const& draw);
+
+/// A length with its unit, as briefly as possible.
+std::string in_km(double length);
+
+enum class font { normal, bold };
+
+/// Writes text whose baseline starts at `where`. The font is DejaVu Sans, Debian package fonts-dejavu-core.
+void draw_text(canvas const& page, point const& where, std::string const& text, double size, color const& ink,
+    font face = font::normal);
+
+/// A map in a frame of the page. Positions are in kilometres, y to the north; widths of pens and dots are in
+/// points. Nothing is drawn outside the frame while the map lives.
+class map_frame
+{
+public:
+    /// Shows a region of the plane in a frame of the same shape.
+    map_frame(canvas const& page, rectangle const& frame, rectangle const& region, color const& ground);
+    map_frame(map_frame const&) = delete;
+    map_frame& operator=(map_frame const&) = delete;
+    ~map_frame();
+
+    void lines(line_mesh const& mesh, color const& ink, double pen_width) const;
+    void nodes(line_mesh const& mesh, color const& ink, double diameter) const;
+    void dot(point const& where, color const& ink, double diameter) const;
+    void circle(point const& centre, double radius, color const& ink, double pen_width) const;
+    void box(rectangle const& area, color const& ink, double pen_width) const;
+
+    /// Text with its middle at `where`.
+    void label(point const& where, std::string const& text, color const& ink) const;
+    void scale_bar(double length, color const& ink) const;
+
+private:
+    bool shows(point const& where) const;
+    point to_page(point const& where) const;
+    void add_dot(point const& where) const;
+    void stroke(color const& ink, double pen_width) const;
+
+    canvas page_;
+    rectangle frame_;
+    rectangle region_;
+    color ground_;
+    double points_per_km_;
+};
