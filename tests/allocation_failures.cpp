@@ -24,7 +24,7 @@ TEST(allocation_failures, of_mesh_line_leave_the_arguments_as_they_were)
                     {
                         failing_allocations const failing(number, which);
                         status = m.run();
-                        has_failed = failing.have_failed();
+                        has_failed = failing_allocations::have_failed();
                     }
                     if (!has_failed) break;
                     if (status == 0) {

@@ -144,7 +144,7 @@ TEST(placement, nodes_stand_at_equal_metric_steps)
         };
         double const total = metric_length(0, double(n - 1));
         ASSERT_NEAR(p.length / total, 1, 1e-12);
-        double const count = double(p.params.size() + 1);
+        auto const count = double(p.params.size() + 1);
         double from = 0;
         for (std::size_t k = 0; k < p.params.size(); ++k) {
             double const to = p.params[k];
@@ -166,8 +166,8 @@ TEST(placement, closed_form_of_one_segment)
     EXPECT_NEAR(p.length, 5 * std::log(3.0), 1e-14);
     ASSERT_EQ(p.coords.cols(), 5U);
     EXPECT_TRUE(p.params.empty());
-    for (int k = 0; k < 5; ++k) {
-        double const size = std::pow(3.0, (k + 1) / 6.0);
+    for (std::size_t k = 0; k < 5; ++k) {
+        double const size = std::pow(3.0, double(k + 1) / 6.0);
         EXPECT_NEAR(p.sizes[k], size, 1e-14);
         EXPECT_NEAR(p.coords(0, k), 10 * (size - 1) / 2, 1e-13);
     }

@@ -101,7 +101,7 @@ TEST(refinement, holds_random_chains_to_the_tolerance)
 
         auto const mesh = m.mesh();
         ASSERT_TRUE(!m.force_even || m.elements() % 2 == 0);
-        unsigned next = unsigned(n); // new nodes take consecutive columns in the order of travel
+        auto next = unsigned(n); // new nodes take consecutive columns in the order of travel
         for (unsigned const node : mesh) ASSERT_TRUE(node < n || node == next++);
         ASSERT_EQ(next, m.coords.cols());
         if (m.max_elements == 100 && m.elements() >= 100) continue;

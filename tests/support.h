@@ -77,5 +77,5 @@ public:
     ~failing_allocations();
 
     /// True when there was an allocation to fail.
-    bool have_failed() const;
+    static bool have_failed();
 };

@@ -19,6 +19,7 @@ TEST(threads, calls_on_views_of_shared_input)
     dense1D<double> const sizes(n, 0.4);
 
     std::vector<std::thread> threads;
+    threads.reserve(4);
     std::vector<dense2D<double>> results(4);
     for (auto& result : results)
         threads.emplace_back([&] {

@@ -166,7 +166,8 @@ private:
     bool widen(std::size_t ld, std::size_t cols, unsigned growth) noexcept
     {
         dense2D wide;
-        if (!wide.reserve(ld, cols, growth)) return false;
+        std::size_t needed = 0;
+        if (!extent(ld, cols, ld, needed) || !wide.fit(needed, 0, growth)) return false;
         wide.rows_ = rows_, wide.cols_ = cols_, wide.ld_ = ld;
         wide.take_values_of(*this);
         swap(wide);
