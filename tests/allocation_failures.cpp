@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "meshing.h"
+#include "support.h"
 
 using namespace trelk;
 

@@ -1,20 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
-
-#include "meshing.h"
+#include "support.h"
 
 using namespace trelk;
 
 TEST(mesh_line, statuses_in_the_order_of_the_checks)
 {
-    // Each row breaks one argument more, from the last check to the first; the code with and without params.
+    // Each row breaks one argument more, from the last check to the first; the codes with and without params.
     meshing m = chain_of(arc(4, 1), 0.1);
     struct
     {
         void (*damage)(meshing&);
-        int with_params;
-        int without;
+        int with_params, without;
     } const rows[] = {
         {[](meshing& c) { c.indices[1] = 5; }, -2, -2},
         {[](meshing& c) { c.min_elements = 0; }, -6, -2},
@@ -26,7 +23,6 @@ TEST(mesh_line, statuses_in_the_order_of_the_checks)
         {[](meshing& c) { c.params[2] = not_a_number; }, -3, -3},
         {[](meshing& c) { c.params.push_back(9); }, -3, -3},
         {[](meshing& c) { c.indices = nodes({2}); }, -2, -2},
-        {[](meshing& c) { c.indices = nodes({}); }, -2, -2},
         {[](meshing& c) { ASSERT_TRUE(c.coords.resize(4, 5, 0.0)); }, -1, -1},
         {[](meshing& c) { c.coords.clear(); }, -1, -1},
     };
@@ -42,12 +38,9 @@ TEST(mesh_line, statuses_in_the_order_of_the_checks)
             ASSERT_EQ(m.out_params.size(), !with_params && status >= -2 ? 2U : 0U) << &row - rows;
         }
     }
-}
-
-TEST(mesh_line, chord_lengths_beyond_arithmetic)
-{
+    // Chord lengths beyond arithmetic.
     for (auto const& [far, status] : {std::pair(0.0, -2), {infinity, -3}, {1e-170, -2}, {not_a_number, -2}}) {
-        meshing m = chain_of(columns({{0, 0}, {far, 0}, {0, 0}}), 1);
+        m = chain_of(columns({{0, 0}, {far, 0}, {0, 0}}), 1);
         m.with_params = false;
         EXPECT_EQ(m.run(), status) << far;
     }
@@ -58,112 +51,75 @@ TEST(mesh_line, appends_to_lists_and_replaces_parameters)
     meshing m = chain_of(columns({{9, 9}, {0, 0}, {1, 0}, {1, 1}}), 0.25);
     m.indices = nodes({1, 2, 3});
     m.params = reals({5, 6, 8});
-    m.sizes = reals({0.25, 0.25, 0.25, not_a_number}); // what is too much is not looked at
+    m.sizes[3] = not_a_number; // what is too much is not looked at
     ASSERT_EQ(m.run(), 0);
     EXPECT_EQ(m.mesh(), (std::vector<unsigned>{1, 4, 5, 6, 7, 8, 9, 10, 3}));
-    EXPECT_EQ(m.out_indices[0], 77U);
-    EXPECT_EQ(m.out_sizes.size(), m.out_indices.size());
-    EXPECT_EQ(m.out_params.size(), m.mesh().size());
-    EXPECT_EQ(m.out_params[0], 5);
-    EXPECT_EQ(m.out_params[8], 8);
-    EXPECT_EQ(m.coords(0, 4), 0.25);
+    EXPECT_EQ(values_of(m.out_params), (std::vector<double>{5, 5.25, 5.5, 5.75, 6, 6.5, 7, 7.5, 8}));
     EXPECT_EQ(m.coords(1, 10), 0.75);
+    EXPECT_EQ(m.out_indices[0], 77U);
 
     auto const first_params = values_of(m.out_params);
-    auto const first_mesh = m.mesh();
     ASSERT_EQ(m.run(), 0);
     EXPECT_EQ(values_of(m.out_params), first_params);
-    EXPECT_EQ(m.mesh().size(), 2 * first_mesh.size());
+    EXPECT_EQ(m.out_indices.size(), 19U);
+    EXPECT_EQ(m.out_sizes.size(), 19U);
     EXPECT_EQ(m.coords.cols(), 18U);
 }
 
 TEST(mesh_line, arguments_may_share_storage)
 {
-    meshing m = chain_of(arc(20, 3), 0.1);
-    m.deviation_tolerance = 1e-4;
-    meshing own = m;
-    own.indices = nodes_up_to(21);
-    own.sizes = dense1D<double>(21, 0.1);
-    ASSERT_TRUE(own.coords.copy(m.coords) && own.params.copy(m.params) &&
-                own.out_indices.copy(m.out_indices) && own.out_params.copy(m.out_params) &&
-                own.out_sizes.copy(m.out_sizes));
+    meshing own = chain_of(arc(20, 3), 0.1);
+    own.deviation_tolerance = 1e-4;
+    meshing m = own;
+    ASSERT_TRUE(m.coords.copy(own.coords) && m.indices.copy(own.indices) && m.sizes.copy(own.sizes));
     ASSERT_EQ(own.run(), 0);
-
     m.out_indices = m.indices;
     m.out_sizes = m.sizes;
     ASSERT_EQ(m.run(), 0);
-    auto const added = m.out_indices.sub_vector(21, own.mesh().size());
-    EXPECT_EQ(values_of(added), own.mesh());
+    EXPECT_EQ(values_of(m.out_indices.sub_vector(21, 1000)), own.mesh());
     EXPECT_EQ(values_of(m.coords), values_of(own.coords));
 
     // One list for two outputs holds both, one behind the other.
     dense1D<double> both;
-    dense1D<unsigned> out_indices;
-    ASSERT_EQ(vornik1d::mesh_line(m.coords, own.indices, own.params, own.sizes, false, 1, no_limit, 0, 0,
-                  out_indices, both, both),
-        0);
-    EXPECT_EQ(both.size(), 2 * out_indices.size());
+    dense1D<unsigned> mesh;
+    ASSERT_EQ(
+        vornik1d::mesh_line(m.coords, m.indices, m.sizes, false, 1, no_limit, 0, 0, mesh, both, both), 0);
+    EXPECT_EQ(both.size(), 2 * mesh.size());
 }
 
-TEST(mesh_line, tolerances_that_are_switched_off)
+TEST(mesh_line, tolerance_regimes_without_refinement)
 {
-    std::vector<std::vector<std::vector<double>>> results;
-    for (double const off : {0.0, -0.0, largest_double, -largest_double, not_a_number}) {
-        meshing m = chain_of(arc(10, 3), 0.8);
-        m.deviation_tolerance = off;
-        ASSERT_EQ(m.run(), 0);
-        results.push_back(values_of(m.coords));
-        EXPECT_EQ(results.back(), results.front());
-    }
-}
-
-TEST(mesh_line, curvature_bounds_sizes)
-{
-    // On a circle of radius 1 the curvature is 1: h^2 / 8 = tolerance.
-    for (std::size_t const rows : {2U, 3U}) {
-        meshing m = chain_of(arc(200, 3, rows), 0.9);
-        m.sizes[100] = 0.004;
-        m.deviation_tolerance = -0.02;
-        ASSERT_EQ(m.run(), 0);
-        EXPECT_NEAR(m.out_sizes[1], 0.4, 1e-10);
-
-        m = chain_of(arc(200, 3, rows), 0.9);
-        m.sizes[0] = 0.25;
-        m.deviation_tolerance = -0.02;
-        m.min_size = 0.5; // floor of the bound, not of the sizes
-        ASSERT_EQ(m.run(), 0);
-        EXPECT_NEAR(m.out_sizes[1], 0.25, 1e-15);
-        EXPECT_NEAR(m.out_sizes[m.out_sizes.size() - 1], 0.5, 1e-10);
-    }
-    // A reversal in a point: no bound but min_size, and the sizes' own law.
-    meshing straight = chain_of(columns({{0, 0}, {1, 0}, {2, 0}}), 0.5);
-    straight.deviation_tolerance = -1e-9;
-    ASSERT_EQ(straight.run(), 0);
-    EXPECT_EQ(straight.elements(), 4U);
+    // On a circle of radius 1 a negative tolerance bounds sizes by h^2 / 8 = -tolerance, but not below min_size.
+    struct
+    {
+        double tolerance, min_size, first, last;
+    } const rows[] = {{-0.02, 0, 0.25, 0.4}, {-0.02, 0.5, 0.25, 0.5}, {0, 0.5, 0.25, 0.9},
+        {largest_double, 0, 0.25, 0.9}, {-largest_double, 0, 0.25, 0.9}, {not_a_number, 0, 0.25, 0.9},
+        {-infinity, 0, 0.25, 0.9}};
+    for (auto const& row : rows)
+        for (std::size_t const dimension : {2U, 3U}) {
+            meshing m = chain_of(arc(200, 3, dimension), 0.9);
+            m.sizes[0] = 0.25;
+            m.deviation_tolerance = row.tolerance;
+            m.min_size = row.min_size;
+            ASSERT_EQ(m.run(), 0);
+            EXPECT_NEAR(m.out_sizes[1], row.first, 1e-10);
+            EXPECT_NEAR(m.out_sizes[m.out_sizes.size() - 1], row.last, 1e-10);
+        }
 }
 
 TEST(mesh_line, counts)
 {
-    meshing m = chain_of(arc(10, 2), 0.3);
-    m.max_elements = 5;
-    m.force_even = true;
-    m.deviation_tolerance = 1e-6;
-    ASSERT_EQ(m.run(), 0);
-    EXPECT_EQ(m.elements(), 6U); // an even count wins, and a count at the limit is not refined
-
-    m = chain_of(arc(10, 2), 0.3);
-    m.min_elements = m.max_elements = 13;
-    ASSERT_EQ(m.run(), 0);
-    EXPECT_EQ(m.elements(), 13U);
-
-    m = chain_of(arc(10, 2), 100);
-    ASSERT_EQ(m.run(), 0);
-    EXPECT_EQ(m.mesh(), (std::vector<unsigned>{0, 10}));
-    EXPECT_EQ(values_of(m.out_params), (std::vector<double>{0, 10}));
-
-    // Sizes too small for any storage: the limit on the count decides.
-    m = chain_of(arc(10, 2), 1e-300);
-    m.max_elements = 1000;
-    ASSERT_EQ(m.run(), 0);
-    EXPECT_EQ(m.elements(), 1000U);
+    auto const elements = [](double size, bool even, unsigned fewest, unsigned most, double tolerance) {
+        meshing m = chain_of(arc(10, 2), size);
+        m.force_even = even, m.min_elements = fewest, m.max_elements = most,
+        m.deviation_tolerance = tolerance;
+        EXPECT_EQ(m.run(), 0);
+        return m.elements();
+    };
+    EXPECT_EQ(elements(0.3, true, 1, 5, 1e-6), 6U); // an even count wins; one at the limit is not refined
+    EXPECT_EQ(elements(0.3, false, 13, 13, 0), 13U);
+    EXPECT_EQ(elements(100, false, 1, no_limit, 0), 1U);
+    EXPECT_EQ(elements(1e-300, false, 1, 1000, 0), 1000U);
+    EXPECT_GT(elements(0.3, false, 1, 8, 1e-4), 8U); // refinement is not bound by the limit
 }

@@ -1,8 +1,13 @@
 #include "support.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <iterator>
 #include <new>
+#include <numeric>
+
+using namespace trelk;
 
 namespace {
 
@@ -26,23 +31,8 @@ bool must_fail()
 
 } // namespace
 
-trelk::dense2D<double> arc(std::size_t n, double angle, std::size_t rows)
-{
-    trelk::dense2D<double> coords;
-    if (!coords.resize(rows, n + 1)) return coords;
-    for (std::size_t k = 0; k <= n; ++k) {
-        double const at = angle * double(k) / double(n);
-        coords(0, k) = std::cos(at);
-        coords(1, k) = rows == 2 ? std::sin(at) : 0.6 * std::sin(at);
-        if (rows == 3) coords(2, k) = 0.8 * std::sin(at);
-    }
-    return coords;
-}
-
 failing_allocations::failing_allocations(std::size_t first, extent which) { now = {true, 0, first, which}; }
-
 failing_allocations::~failing_allocations() { now.is_on = false; }
-
 bool failing_allocations::have_failed() { return now.count > now.first; }
 
 // The linker sends the calls of library and tests here (--wrap).
@@ -57,4 +47,67 @@ void* __wrap__ZnwmRKSt9nothrow_t(std::size_t bytes, std::nothrow_t const& tag)
 {
     return must_fail() ? nullptr : __real__ZnwmRKSt9nothrow_t(bytes, tag);
 }
+}
+
+dense1D<unsigned> nodes_up_to(std::size_t n)
+{
+    dense1D<unsigned> result(n);
+    std::iota(result.begin(), result.end(), 0U);
+    return result;
+}
+
+dense2D<double> columns(std::vector<std::vector<double>> const& values)
+{
+    dense2D<double> result;
+    if (values.empty() || !result.resize(values[0].size(), values.size())) return result;
+    for (std::size_t j = 0; j < values.size(); ++j)
+        std::copy(values[j].begin(), values[j].end(), result.col(j));
+    return result;
+}
+
+dense2D<double> arc(std::size_t n, double angle, std::size_t rows)
+{
+    std::vector<std::vector<double>> points(n + 1);
+    for (std::size_t k = 0; k <= n; ++k) {
+        double const at = angle * double(k) / double(n);
+        points[k] = {std::cos(at), 0.6 * std::sin(at), 0.8 * std::sin(at)};
+        if (rows == 2) points[k] = {std::cos(at), std::sin(at)};
+    }
+    return columns(points);
+}
+
+std::vector<std::vector<double>> values_of(dense2D<double> const& values)
+{
+    std::vector<std::vector<double>> result(values.cols());
+    for (std::size_t j = 0; j < values.cols(); ++j)
+        result[j].assign(values.col(j), values.col(j) + values.rows());
+    return result;
+}
+
+int meshing::run()
+{
+    return with_params ? vornik1d::mesh_line(coords, indices, params, sizes, force_even, min_elements,
+                             max_elements, deviation_tolerance, min_size, out_indices, out_params, out_sizes)
+                       : vornik1d::mesh_line(coords, indices, sizes, force_even, min_elements, max_elements,
+                             deviation_tolerance, min_size, out_indices, out_params, out_sizes);
+}
+
+std::vector<unsigned> meshing::pinned() const
+{
+    auto const all = mesh();
+    std::vector<unsigned> result;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(result),
+        [this](unsigned node) { return node < indices.size(); });
+    return result;
+}
+
+meshing chain_of(dense2D<double> const& coords, double size)
+{
+    meshing m;
+    m.coords = coords;
+    m.indices = nodes_up_to(coords.cols());
+    m.sizes = dense1D<double>(coords.cols(), size);
+    m.params = dense1D<double>(coords.cols());
+    std::iota(m.params.begin(), m.params.end(), 0.0);
+    return m;
 }

@@ -3,12 +3,12 @@
 #include <cstddef>
 #include <initializer_list>
 #include <limits>
+#include <utility>
 #include <vector>
 
-#include <trelk/dense1D.h>
-#include <trelk/dense2D.h>
+#include <vornik1d/vornik1d.h>
 
-// Builders of containers, and a switch that makes allocations fail.
+// Builders of containers and calls, and a switch that makes allocations fail.
 
 constexpr unsigned no_limit = 4294967295;
 constexpr double largest_double = std::numeric_limits<double>::max();
@@ -23,29 +23,15 @@ trelk::dense1D<T> list(std::vector<T> const& values)
     return result;
 }
 
-inline trelk::dense1D<double> reals(std::initializer_list<double> values) { return list<double>(values); }
-
-inline trelk::dense1D<unsigned> nodes(std::initializer_list<unsigned> values)
-{
-    return list<unsigned>(values);
-}
-
-inline trelk::dense1D<unsigned> nodes_up_to(unsigned n)
-{
-    trelk::dense1D<unsigned> result;
-    for (unsigned k = 0; k < n; ++k) result.push_back(k);
-    return result;
-}
+inline trelk::dense1D<double> reals(std::vector<double> const& values) { return list(values); }
+inline trelk::dense1D<unsigned> nodes(std::vector<unsigned> const& values) { return list(values); }
+trelk::dense1D<unsigned> nodes_up_to(std::size_t n);
 
 /// A matrix given column by column.
-inline trelk::dense2D<double> columns(std::vector<std::vector<double>> const& values)
-{
-    trelk::dense2D<double> result;
-    if (values.empty() || !result.resize(values[0].size(), values.size())) return result;
-    for (std::size_t j = 0; j < result.cols(); ++j)
-        for (std::size_t i = 0; i < result.rows(); ++i) result(i, j) = values[j][i];
-    return result;
-}
+trelk::dense2D<double> columns(std::vector<std::vector<double>> const& values);
+
+/// n + 1 nodes on an arc of the given angle on a circle of radius 1, in the plane or, tilted, in space.
+trelk::dense2D<double> arc(std::size_t n, double angle, std::size_t rows = 2);
 
 template <class T>
 std::vector<T> values_of(trelk::dense1D<T> const& values)
@@ -53,17 +39,41 @@ std::vector<T> values_of(trelk::dense1D<T> const& values)
     return {values.begin(), values.end()};
 }
 
-template <class T>
-std::vector<std::vector<T>> values_of(trelk::dense2D<T> const& values)
-{
-    std::vector<std::vector<T>> result(values.cols());
-    for (std::size_t j = 0; j < values.cols(); ++j)
-        result[j].assign(values.col(j), values.col(j) + values.rows());
-    return result;
-}
+std::vector<std::vector<double>> values_of(trelk::dense2D<double> const& values);
 
-/// n + 1 nodes on an arc of the given angle on a circle of radius 1, in the plane or, tilted, in space.
-trelk::dense2D<double> arc(std::size_t n, double angle, std::size_t rows = 2);
+/// A call of `mesh_line`, with or without parameters, that starts from outputs which hold something.
+struct meshing
+{
+    trelk::dense2D<double> coords;
+    trelk::dense1D<unsigned> indices;
+    trelk::dense1D<double> params, sizes;
+    bool force_even = false;
+    unsigned min_elements = 1;
+    unsigned max_elements = no_limit;
+    double deviation_tolerance = 0;
+    double min_size = 0;
+    bool with_params = true;
+
+    trelk::dense1D<unsigned> out_indices = nodes({77});
+    trelk::dense1D<double> out_params = reals({-7, -8});
+    trelk::dense1D<double> out_sizes = reals({0.7});
+
+    int run();
+
+    /// Everything that a failure must leave alone, but for `out_params`.
+    auto untouched() const
+    {
+        return std::pair(std::pair(values_of(coords), values_of(out_indices)), values_of(out_sizes));
+    }
+
+    /// The nodes that the call has appended, and those of them that are chain nodes.
+    std::vector<unsigned> mesh() const { return {out_indices.begin() + 1, out_indices.end()}; }
+    std::vector<unsigned> pinned() const;
+    std::size_t elements() const { return out_indices.size() - 2; }
+};
+
+/// The chain of all columns of `coords`, in order, with one size for all, at parameters 0, 1, 2, ...
+meshing chain_of(trelk::dense2D<double> const& coords, double size);
 
 /// While one stands, allocation number `first` of this thread and all behind it fail, or that one alone.
 class failing_allocations
