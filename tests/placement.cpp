@@ -40,7 +40,7 @@ static placement place(meshing const& m, double min_metric_length = 0)
     placement p;
     auto const run = m.coords.rows() == 2 ? place_nodes_iso<2> : place_nodes_iso<3>;
     p.length = run(m.coords, m.indices, m.params, m.sizes, min_metric_length, m.force_even, m.min_elements,
-        m.max_elements, p.coords, p.sizes, p.params);
+        m.max_elements, p.coords, p.sizes, p.params, 0);
     return p;
 }
 
@@ -74,9 +74,9 @@ TEST(element_count, rounds_geometrically_and_clamps_in_order)
         double length;
         std::uint64_t step, multiple;
     } const roundings[] = {{0, 1, 1}, {0.3, 2, 2}, {1.41, 1, 1}, {1.42, 1, 2}, {2.44, 1, 2}, {2.45, 1, 3},
-        {2.82, 2, 2}, {2.83, 2, 4}, {1e6 + 0.4999, 1, 1000000}, {1e6 + 0.5, 1, 1000001}, {not_a_number, 1, 1},
-        {-7, 2, 2}, {infinity, 1, largest}, {infinity, 2, largest - 1}, {1e300, 7, largest / 7 * 7},
-        {18446744073709549568.0, 1, largest - 2046}};
+        {5.477225575051661, 1, 6}, {2.82, 2, 2}, {2.83, 2, 4}, {1e6 + 0.4999, 1, 1000000},
+        {1e6 + 0.5, 1, 1000001}, {not_a_number, 1, 1}, {-7, 2, 2}, {infinity, 1, largest},
+        {infinity, 2, largest - 1}, {1e300, 7, largest / 7 * 7}, {18446744073709549568.0, 1, largest - 2046}};
     for (auto const& r : roundings)
         EXPECT_EQ(round_to_multiple(r.length, r.step), r.multiple) << r.length << ' ' << r.step;
 

@@ -89,7 +89,7 @@ VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& ind
 ///         -1: `coords` has neither 2 nor 3 rows;
 ///         -2: fewer than 2 chain entries, one that is no column of `coords`, or a chain of length 0 or NaN;
 ///         -3: `sizes` has fewer values than the chain, or one that is not positive and finite; also a chain
-///         of infinite length;
+///         that is infinitely long before its last entry, which leaves no parameters for it;
 ///         -5: `min_elements` is 0 or above `max_elements`;
 ///         -199: no storage, or more nodes than 32-bit numbers can name.
 ///

@@ -8,19 +8,14 @@ namespace trelk::vornik1d {
 
 namespace {
 
-/// Appends `added` columns of `source`; `column_at(k)` is the number of the k-th of them.
-template <class ColumnAt>
-bool append_some(
-    dense2D<double> const& source, std::size_t added, ColumnAt column_at, dense2D<double>& target) noexcept
+/// Adds `added` columns to `target`, in the row count of `source`.
+bool grow(dense2D<double> const& source, std::size_t added, dense2D<double>& target) noexcept
 {
     std::size_t const rows = source.rows();
     std::size_t const present = target.cols();
     if (present + added > target.room() / std::max<std::size_t>({target.ld(), rows, 1}))
         static_cast<void>(target.reserve(rows, grown(present, added))); // resize tries with less
-    if (!target.resize(rows, present + added)) return false;
-    for (std::size_t k = 0; k < added; ++k)
-        std::copy_n(source.col(column_at(k)), rows, target.col(present + k));
-    return true;
+    return target.resize(rows, present + added);
 }
 
 } // namespace
@@ -29,15 +24,25 @@ bool gather_columns(
     dense2D<double> const& source, dense1D<unsigned> const& columns, dense2D<double>& target) noexcept
 {
     if (columns.empty()) return true;
-    return append_some(
-        source, columns.size(), [&](std::size_t k) { return columns[k]; }, target);
+    std::size_t const present = target.cols();
+    if (!grow(source, columns.size(), target)) return false;
+    for (std::size_t k = 0; k < columns.size(); ++k)
+        std::copy_n(source.col(columns[k]), source.rows(), target.col(present + k));
+    return true;
 }
 
 bool append_columns(dense2D<double> const& source, dense2D<double>& target) noexcept
 {
     if (source.empty()) return true;
-    return append_some(
-        source, source.cols(), [](std::size_t k) { return k; }, target);
+    std::size_t const rows = source.rows();
+    std::size_t const added = source.cols();
+    std::size_t const present = target.cols();
+    if (!grow(source, added, target)) return false;
+    if (source.ld() == rows && target.ld() == rows)
+        std::copy_n(source.data(), rows * added, target.col(present));
+    else
+        for (std::size_t k = 0; k < added; ++k) std::copy_n(source.col(k), rows, target.col(present + k));
+    return true;
 }
 
 } // namespace trelk::vornik1d

@@ -33,9 +33,17 @@ struct line
             Targets::part(targets, first, count)};
     }
 
-    [[nodiscard]] bool reserve(std::size_t count) noexcept
+    [[nodiscard]] bool resize(std::size_t count) noexcept
     {
-        return nodes.reserve(count) && params.reserve(count) && Targets::reserve(targets, count);
+        return nodes.resize(count) && params.resize(count) && Targets::resize(targets, count);
+    }
+
+    /// Entry j becomes entry i of `source`.
+    void copy_entry(line const& source, std::size_t i, std::size_t j) noexcept
+    {
+        nodes[j] = source.nodes[i];
+        params[j] = source.params[i];
+        Targets::copy_entry(source.targets, i, targets, j);
     }
 
     /// Appends the entries of `other`. False may leave some of them behind.
@@ -45,12 +53,7 @@ struct line
                Targets::append(other.targets, targets);
     }
 
-    void drop_last() noexcept
-    {
-        std::size_t const rest = size() - 1;
-        static_cast<void>(nodes.resize(rest) && params.resize(rest)); // cutting cannot fail
-        Targets::cut(targets, rest);
-    }
+    void drop_last() noexcept { static_cast<void>(resize(size() - 1)); } // to fewer: cannot fail
 };
 
 /// How a chain is to be cut into elements. `deviation_tolerance` is cleaned: no NaN, no largest double.

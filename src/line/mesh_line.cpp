@@ -37,23 +37,23 @@ bool publish(line<Targets> const& mesh, dense1D<unsigned>& out_indices, dense1D<
         append_values(mesh.params, out_params))
         return true;
 
-    static_cast<void>(out_indices.resize(old_indices) && out_params.resize(old_params));
-    Targets::cut(out_targets, old_targets);
+    static_cast<void>(out_indices.resize(old_indices) && out_params.resize(old_params) &&
+                      Targets::resize(out_targets, old_targets)); // to fewer: cannot fail
     return false;
 }
 
 /// Meshes a chain and appends the mesh to the caller's lists. On a failure these and `coords` are as before.
-template <int N, class Targets>
+template <class Targets>
 int mesh_chain(dense2D<double>& coords, line<Targets> const& chain, span_rule const& rule,
     dense1D<unsigned>& out_indices, dense1D<double>& out_params, typename Targets::list& out_targets)
 {
     std::size_t const base_columns = coords.cols();
     line<Targets> mesh;
-    int status = mesh_span<N>(coords, chain, rule, mesh);
+    int status = mesh_span(coords, chain, rule, mesh);
     if (status == 0 && rule.deviation_tolerance > 0 && mesh.size() < rule.max_elements + 1)
-        status = refine_span<N>(coords, chain, rule, base_columns, mesh);
+        status = refine_span(coords, chain, rule, base_columns, mesh);
     if (status == 0 && !publish(mesh, out_indices, out_params, out_targets)) status = no_storage;
-    if (status != 0) static_cast<void>(coords.resize(N, base_columns)); // to fewer: cannot fail
+    if (status != 0) static_cast<void>(coords.resize(coords.rows(), base_columns)); // to fewer: cannot fail
     return status;
 }
 
@@ -86,11 +86,12 @@ int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D
     if (min_elements > max_elements || min_elements == 0) return bad_argument(6);
     if (!vornik::check_IDs(indices, coords.cols())) return bad_argument(2);
 
-    line<size_targets> const chain{indices, params, sizes.sub_vector(0, n)};
     span_rule const rule{
         force_even, min_elements, max_elements, clean_tolerance(deviation_tolerance), min_size};
-    return by_dimension(coords,
-        [&](auto dim) { return mesh_chain<dim>(coords, chain, rule, out_indices, out_params, out_sizes); });
+    return by_dimension(coords, [&](auto dim) {
+        line<size_targets<dim>> const chain{indices, params, sizes.sub_vector(0, n)};
+        return mesh_chain(coords, chain, rule, out_indices, out_params, out_sizes);
+    });
 }
 
 int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& sizes,

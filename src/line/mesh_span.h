@@ -28,9 +28,10 @@ namespace trelk::vornik1d {
 ///
 /// The new nodes are appended to `coords` as the last pass placed them; `mesh` is replaced. The result is 0,
 /// or `no_storage` with `coords` as it was.
-template <int N, class Targets>
+template <class Targets>
 int mesh_span(dense2D<double>& coords, line<Targets> const& chain, span_rule const& rule, line<Targets>& mesh)
 {
+    constexpr int N = Targets::dimension;
     std::size_t const n = chain.size();
     if (!can_be_numbered(n)) return no_storage;
 
@@ -41,26 +42,24 @@ int mesh_span(dense2D<double>& coords, line<Targets> const& chain, span_rule con
         return no_storage;
     if (rule.deviation_tolerance < 0) {
         if (!numbered.targets.copy(chain.targets)) return no_storage;
-        Targets::template limit_by_curvature<N>(work_coords, numbered, rule);
+        Targets::limit_by_curvature(work_coords, numbered, rule);
     }
 
     dense2D<double> new_coords;
-    line<Targets> placed;
-    line<Targets> work = numbered;
+    line<Targets> buffers[2]; // the mesh of one pass is the chain of the next
+    line<Targets> const* work = &numbered;
+    std::size_t m = 0;
     std::size_t previous = unlimited;
-    for (bool first_pass = true;; first_pass = false) {
-        // The result is not read: without storage for its nodes a pass places none.
-        Targets::template place<N>(work_coords, work, rule, new_coords, placed.targets, placed.params);
-        std::size_t const m = new_coords.cols();
+    for (std::size_t pass = 0;; ++pass) {
+        line<Targets>& next = buffers[pass % 2];
+        Targets::place(work_coords, *work, rule, new_coords, next);
+        m = new_coords.cols();
         std::size_t const columns = n + m;
-        if (!can_be_numbered(std::max(n, coords.cols()) + m)) return no_storage;
-
-        line<Targets> next;
-        if (!count_from(static_cast<unsigned>(n), m, placed.nodes) || !next.reserve(m + 2) ||
-            !next.append(numbered.part(0, 1)) || !next.append(placed) ||
-            !next.append(numbered.part(n - 1, 1)))
-            return no_storage;
-        work = next;
+        if (!can_be_numbered(std::max(n, coords.cols()) + m) || !next.resize(m + 2)) return no_storage;
+        next.copy_entry(numbered, 0, 0);
+        std::iota(next.nodes.begin() + 1, next.nodes.begin() + 1 + m, static_cast<unsigned>(n));
+        next.copy_entry(numbered, n - 1, m + 1);
+        work = &next;
 
         bool const is_straight = n == 2; // one pass is exact
         if (is_straight || columns >= previous || m + 1 == rule.min_elements) break;
@@ -68,16 +67,15 @@ int mesh_span(dense2D<double>& coords, line<Targets> const& chain, span_rule con
         if (!work_coords.resize(N, n) || !append_columns(new_coords, work_coords)) return no_storage;
         // The nodes of the first pass lie on the chain already; later ones lie on chords of the pass before.
         // Refused are parameters beyond arithmetic alone, and the nodes then stay where they are.
-        if (!first_pass)
+        if (pass > 0)
             static_cast<void>(interpolate_coordinates(
-                work_coords, numbered.nodes, numbered.params, work.nodes, work.params));
+                work_coords, numbered.nodes, numbered.params, work->nodes, work->params));
         previous = columns;
     }
 
-    std::size_t const m = new_coords.cols();
     auto const base = static_cast<unsigned>(coords.cols());
     if (!append_columns(new_coords, coords)) return no_storage;
-    mesh = work;
+    mesh = *work;
     mesh.nodes[0] = chain.nodes[0];
     std::iota(mesh.nodes.begin() + 1, mesh.nodes.begin() + 1 + m, base);
     mesh.nodes[m + 1] = chain.nodes[n - 1];

@@ -52,7 +52,7 @@ double distance_from_line(double const* p, double const* a, double const* b)
 
 /// Measures the distance of each interior chain node from the mesh element that covers its parameter value:
 /// chain and mesh are paired by parameter, not by nearest distance.
-template <int N, class Targets>
+template <class Targets>
 deviation_scan scan_deviation(dense2D<double> const& coords, line<Targets> const& chain,
     line<Targets> const& mesh, double deviation_tolerance)
 {
@@ -72,16 +72,17 @@ deviation_scan scan_deviation(dense2D<double> const& coords, line<Targets> const
         double const* const point = coords.col(chain.nodes[i]);
         double const param = chain.params[i];
 
-        // The last mesh node stands for all values above its own.
-        cursor = std::lower_bound(cursor, last_mesh_param, param);
+        // Where no mesh node is at or above the value, beyond arithmetic, the last one stands for it.
+        cursor = std::min(std::lower_bound(cursor, last_mesh_param + 1, param), last_mesh_param);
         auto const k = static_cast<std::size_t>(cursor - mesh_params);
         unsigned const b = mesh.nodes[k];
         unsigned const a = k > 0 ? mesh.nodes[k - 1] : b;
-        double const distance = distance_from_line<N>(point, coords.col(a), coords.col(b));
+        double const distance = distance_from_line<Targets::dimension>(point, coords.col(a), coords.col(b));
 
         scan.largest = std::max(scan.largest, distance);
         sum += distance;
-        for (std::size_t j = 0; j < N; ++j) magnitude = std::max(magnitude, std::abs(point[j]));
+        for (std::size_t j = 0; j < Targets::dimension; ++j)
+            magnitude = std::max(magnitude, std::abs(point[j]));
 
         // 1 at the ends of the parameter range, 2 in the middle: favours a split near the middle.
         double const t = (param - first_param) * r;
@@ -158,10 +159,11 @@ inline remedy decide(deviation_scan const& scan, span_task const& task, std::siz
 /// The work is a list of ranges, taken from left to right, so that neither the stack nor the memory grows
 /// with the number of cuts in a row. The result is 0, or `no_storage` with new nodes in `coords` that belong
 /// to no mesh.
-template <int N, class Targets>
+template <class Targets>
 int refine_span(dense2D<double>& coords, line<Targets> const& chain, span_rule rule, std::size_t base_columns,
     line<Targets>& mesh)
 {
+    constexpr int N = Targets::dimension;
     rule.min_elements = 1;
     rule.max_elements = unlimited;
 
@@ -173,7 +175,7 @@ int refine_span(dense2D<double>& coords, line<Targets> const& chain, span_rule r
     };
     auto const examine = [&](dense2D<double> const& nodes, line<Targets> const& range, span_task const& task,
                              line<Targets> const& its_mesh) -> remedy {
-        auto const scan = scan_deviation<N>(nodes, range, its_mesh, rule.deviation_tolerance);
+        auto const scan = scan_deviation(nodes, range, its_mesh, rule.deviation_tolerance);
         return decide(scan, task, its_mesh.size(), rule.force_even);
     };
 
@@ -198,7 +200,7 @@ int refine_span(dense2D<double>& coords, line<Targets> const& chain, span_rule r
         auto const range = numbered.part(task.first, task.last - task.first + 1);
         std::size_t const mark = work_coords.cols();
         rule.min_elements = task.min_elements;
-        if (mesh_span<N>(work_coords, range, rule, range_mesh) != 0) return no_storage;
+        if (mesh_span(work_coords, range, rule, range_mesh) != 0) return no_storage;
 
         remedy cure;
         if (range_mesh.size() - 1 < unlimited) cure = examine(work_coords, range, task, range_mesh);

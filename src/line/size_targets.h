@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 
@@ -10,9 +12,11 @@
 
 namespace trelk::vornik1d {
 
-/// Targets of a line that are sizes, one number per entry.
+/// Targets of a line in N dimensions that are sizes, one number per entry.
+template <int N>
 struct size_targets
 {
+    static constexpr int dimension = N;
     using list = dense1D<double>;
 
     static std::size_t size(list const& sizes) noexcept { return sizes.size(); }
@@ -22,22 +26,18 @@ struct size_targets
         return sizes.sub_vector(first, count);
     }
 
-    [[nodiscard]] static bool reserve(list& sizes, std::size_t count) noexcept
-    {
-        return sizes.reserve(count);
-    }
-
-    static void cut(list& sizes, std::size_t count) noexcept
-    {
-        static_cast<void>(sizes.resize(count)); // to fewer: cannot fail
-    }
+    [[nodiscard]] static bool resize(list& sizes, std::size_t count) noexcept { return sizes.resize(count); }
 
     [[nodiscard]] static bool append(list const& source, list& sizes) noexcept
     {
         return append_values(source, sizes);
     }
 
-    template <int N>
+    static void copy_entry(list const& source, std::size_t i, list& sizes, std::size_t j) noexcept
+    {
+        sizes[j] = source[i];
+    }
+
     static void limit_by_curvature(
         dense2D<double> const& coords, line<size_targets>& chain, span_rule const& rule)
     {
@@ -46,12 +46,13 @@ struct size_targets
             coords, chain.nodes, chain.targets, rule.deviation_tolerance, rule.min_size));
     }
 
-    template <int N>
+    /// Places nodes along `chain`; the lists of `mesh` get an entry more on either side, for the end nodes.
     static void place(dense2D<double> const& coords, line<size_targets> const& chain, span_rule const& rule,
-        dense2D<double>& new_coords, list& new_sizes, dense1D<double>& new_params)
+        dense2D<double>& new_coords, line<size_targets>& mesh)
     {
+        // The result is not read: without storage for new nodes there are none.
         place_nodes_iso<N>(coords, chain.nodes, chain.params, chain.targets, 0.0, rule.force_even,
-            rule.min_elements, rule.max_elements, new_coords, new_sizes, new_params);
+            rule.min_elements, rule.max_elements, new_coords, mesh.targets, mesh.params, 1);
     }
 };
 

@@ -19,21 +19,23 @@ namespace trelk::vornik1d {
 /// the vector d,
 ///
 ///     field.metric_length(s, d)    the segment's metric length
-///     field.resize(count)          prepares for the targets of `count` new nodes; false without storage
+///     field.resize(count)          gives the output `count` targets; false without storage
 ///     field.enter(s, d)            turns to segment s
 ///     field.position(t)            position in that segment of the fraction t of its metric length
-///     field.place(k, u)            stores the target of new node k, at position u of that segment
+///     field.place(k, u)            stores target k of the output, at position u of that segment
 ///
 /// The chain has at least two entries, each a column of `coords`; `params` has one value per entry or none.
 /// `new_coords` and `new_params` are replaced: one column and, where `params` has values, one value per new
-/// node. A chain of metric length below `min_metric_length`, or NaN, gets no node.
+/// node. Around the values of the new nodes, parameters and targets have `margin` entries more on either side,
+/// for the caller to stitch the ends on. A chain of metric length below `min_metric_length`, or NaN, gets no
+/// node, and the outputs are empty then.
 ///
 /// Returns the metric length of the chain, or 0.0 with empty outputs where storage is not available.
 template <int N, class Field>
 double place_nodes(dense2D<double> const& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& params, Field& field, double min_metric_length, bool force_even,
     std::uint64_t min_elements, std::uint64_t max_elements, dense2D<double>& new_coords,
-    dense1D<double>& new_params)
+    dense1D<double>& new_params, std::size_t margin)
 {
     new_coords.clear();
     new_params.clear();
@@ -57,14 +59,16 @@ double place_nodes(dense2D<double> const& coords, dense1D<unsigned> const& indic
     double const step = length / static_cast<double>(n);
     std::size_t const count = n - 1;
     bool const with_params = !params.empty();
-    if (!new_coords.resize(N, count) || (with_params && !new_params.resize(count)) || !field.resize(count)) {
+    std::size_t const listed = count + 2 * margin;
+    if (!new_coords.resize(N, count) || (with_params && !new_params.resize(listed)) ||
+        !field.resize(listed)) {
         new_coords.clear();
         new_params.clear();
         return 0;
     }
 
     double* point = new_coords.data();
-    double* const param = new_params.data();
+    double* const param = with_params ? new_params.data() + margin : nullptr;
     double const* a = nullptr;
     vector_fixed<double, N> d{};
     double param0 = 0;
@@ -86,7 +90,7 @@ double place_nodes(dense2D<double> const& coords, dense1D<unsigned> const& indic
 
         double const t = cum[j] > cum[s] ? (target - cum[s]) / (cum[j] - cum[s]) : 0;
         double const u = field.position(t);
-        field.place(k, u);
+        field.place(margin + k, u);
         for (std::size_t r = 0; r < N; ++r) point[r] = d[r] * u + a[r];
         if (with_params) param[k] = param_step * u + param0;
     }
