@@ -66,7 +66,7 @@ int mesh_span(dense2D<double>& coords, line<Targets> const& chain, span_rule con
 
         if (!work_coords.resize(N, n) || !append_columns(new_coords, work_coords)) return no_storage;
         // The nodes of the first pass lie on the chain already; later ones lie on chords of the pass before.
-        // Refused are parameters beyond arithmetic alone, and the nodes then stay where they are.
+        // Refused are parameters that rounding has made fall, and the nodes then stay where they are.
         if (pass > 0)
             static_cast<void>(interpolate_coordinates(
                 work_coords, numbered.nodes, numbered.params, work->nodes, work->params));

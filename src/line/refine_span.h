@@ -102,15 +102,17 @@ struct span_task
     std::uint64_t min_elements = 1;
 
     // Of a range that is meshed again as a whole: the nodes of the mesh that it replaces, the least of the
-    // largest deviations of its meshes so far, and how many in a row have not lowered that.
+    // largest deviations of its meshes so far, and how many have hardly lowered that.
     std::size_t replaced = 0;
     double least_deviation = 0;
     unsigned stalled = 0;
 };
 
-/// Where a deviation does not answer to more elements (parameters that repeat, a detour between chain nodes),
-/// a range is meshed again as a whole so often, and then cut.
+/// Where a deviation does not answer to more elements (parameters that repeat, a detour between chain nodes), a
+/// range is meshed again as a whole so often without bringing it nearer to the threshold by the share below, and
+/// then cut. One element more brings it there in one step where the deviation is that of chords of a curve.
 constexpr unsigned most_stalled_remeshings = 1000;
+constexpr double least_gain = 1e-3;
 
 /// What is to be done about the mesh of a range: nothing, meshing the range again as a whole, or cutting it
 /// at `split` into two.
@@ -138,9 +140,11 @@ inline remedy decide(deviation_scan const& scan, span_task const& task, std::siz
     bool const is_spread = scan.mean > 0.5 * scan.largest && ratio * ratio * scan.largest < scan.threshold;
 
     span_task again{task.first, task.last, is_spread ? target : 1, nodes, scan.largest, 0};
-    if (task.replaced > 0 && !(scan.largest < task.least_deviation)) {
-        again.least_deviation = task.least_deviation;
-        again.stalled = task.stalled + 1;
+    if (task.replaced > 0) {
+        double const excess = task.least_deviation - scan.threshold;
+        bool const has_gained = task.least_deviation - scan.largest >= least_gain * excess;
+        again.least_deviation = std::min(task.least_deviation, scan.largest);
+        again.stalled = task.stalled + (has_gained ? 0 : 1);
     }
 
     bool const can_be_cut = scan.split < task.last - task.first;
