@@ -1,0 +1,51 @@
+#pragma once
+
+#include "metric/reduction.h"
+#include "metric/sizes.h"
+#include "metric/tensor.h"
+
+namespace trelk::vornik1d {
+
+/// Interpolation between two tensors M0 and M1: in their common basis both are diagonal, each entry is a size
+/// along a basis vector, and sizes run linearly. The result stays positive definite.
+/// The fields are those of the last `build`, or 0 where that failed.
+template <std::size_t N>
+struct metric_interpolator
+{
+    vector<N> p[N] = {}; // common directions, of unit length
+    vector<N> q[N] = {}; // their dual basis
+    vector<N> a0{};      // M0 and M1 along p_i
+    vector<N> a1{};
+    vector<N> h0{}; // sizes along p_i in M0 and M1
+    vector<N> h1{};
+
+    /// False where the pair cannot be reduced.
+    [[nodiscard]] bool build(tensor<N> const& m0, tensor<N> const& m1)
+    {
+        *this = {};
+        reduced_pair<N> pair;
+        if (!reduce_metric_pair(m0, m1, pair)) return false;
+        for (std::size_t i = 0; i < N; ++i) {
+            p[i] = pair.p[i];
+            a0[i] = quadratic_form(m0.values, p[i]);
+            a1[i] = pair.lambda[i] * a0[i];
+        }
+        dual_basis(p, q);
+        h0 = a0;
+        h1 = a1;
+        inverse_sqrt_guarded(h0);
+        inverse_sqrt_guarded(h1);
+        return true;
+    }
+
+    /// The tensor at position u, 0 <= u <= 1, from M0 to M1.
+    tensor<N> evaluate(double u) const
+    {
+        vector<N> d;
+        for (std::size_t i = 0; i < N; ++i) d[i] = (h1[i] - h0[i]) * u + h0[i];
+        inverse_square_guarded(d);
+        return recompose_metric(d, q);
+    }
+};
+
+} // namespace trelk::vornik1d

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstddef>
+
+#include <trelk/symmetric_fixed.h>
+#include <trelk/vector_fixed.h>
+
+// Symmetric tensors in N = 2 or 3 dimensions, packed as in `symmetric_fixed`, and what is the same for both.
+
+namespace trelk::vornik1d {
+
+template <std::size_t N>
+using tensor = symmetric_fixed<double, N>;
+
+template <std::size_t N>
+using vector = vector_fixed<double, N>;
+
+/// Rows of a matrix that holds one tensor per column.
+template <std::size_t N>
+constexpr std::size_t packed_rows = N*(N + 1) / 2;
+
+template <std::size_t N>
+tensor<N> tensor_at(double const* column)
+{
+    tensor<N> m;
+    for (std::size_t k = 0; k < packed_rows<N>; ++k) m[k] = column[k];
+    return m;
+}
+
+template <std::size_t N>
+double dot(vector<N> const& a, vector<N> const& b)
+{
+    double sum = a[0] * b[0];
+    for (std::size_t r = 1; r < N; ++r) sum += a[r] * b[r];
+    return sum;
+}
+
+inline vector<3> cross(vector<3> const& a, vector<3> const& b)
+{
+    return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
+}
+
+/// d^T M d, summed in the order of the packed entries: the squared length of d in the metric M.
+template <std::size_t N>
+double quadratic_form(double const* m, vector<N> const& d)
+{
+    double sum = 0;
+    for (std::size_t j = 0, k = 0; j < N; ++j) {
+        for (std::size_t i = 0; i < j; ++i) sum += 2 * m[k++] * d[i] * d[j];
+        sum += m[k++] * (d[j] * d[j]);
+    }
+    return sum;
+}
+
+/// The sum of values_i z_i z_i^T.
+template <std::size_t N>
+tensor<N> recompose_metric(vector<N> const& values, vector<N> const (&z)[N])
+{
+    tensor<N> m{};
+    for (std::size_t e = 0; e < N; ++e)
+        for (std::size_t j = 0, k = 0; j < N; ++j) {
+            for (std::size_t i = 0; i < j; ++i) m[k++] += values[e] * z[e][i] * z[e][j];
+            m[k++] += values[e] * (z[e][j] * z[e][j]);
+        }
+    return m;
+}
+
+} // namespace trelk::vornik1d
