@@ -31,6 +31,13 @@ template <std::size_t N>
     return true;
 }
 
+/// Makes room for `added` more values, so that appending them cannot fail.
+template <class T>
+[[nodiscard]] bool make_room(dense1D<T>& target, std::size_t added) noexcept
+{
+    return target.reserve(target.size() + added, 2);
+}
+
 /// Appends the values of `source` to `target`. False leaves `target` as it was, but for its capacity.
 template <class T>
 [[nodiscard]] bool append_values(dense1D<T> const& source, dense1D<T>& target) noexcept

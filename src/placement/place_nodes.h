@@ -20,7 +20,8 @@ namespace trelk::vornik1d {
 ///
 ///     field.metric_length(s, d)    the segment's metric length
 ///     field.resize(count)          gives the output `count` targets; false without storage
-///     field.enter(s, d)            turns to segment s
+///     field.clear()                empties it
+///     field.enter(s, d)            turns to segment s; false where nothing can be placed on it
 ///     field.position(t)            position in that segment of the fraction t of its metric length
 ///     field.place(k, u)            stores target k of the output, at position u of that segment
 ///
@@ -30,15 +31,21 @@ namespace trelk::vornik1d {
 /// for the caller to stitch the ends on. A chain of metric length below `min_metric_length`, or NaN, gets no
 /// node, and the outputs are empty then.
 ///
-/// Returns the metric length of the chain, or 0.0 with empty outputs where storage is not available.
+/// Returns the metric length of the chain, or 0.0 with empty outputs where storage is not available or a segment
+/// cannot be entered.
 template <int N, class Field>
 double place_nodes(dense2D<double> const& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& params, Field& field, double min_metric_length, bool force_even,
     std::uint64_t min_elements, std::uint64_t max_elements, dense2D<double>& new_coords,
     dense1D<double>& new_params, std::size_t margin)
 {
-    new_coords.clear();
-    new_params.clear();
+    auto const clear = [&] {
+        new_coords.clear();
+        new_params.clear();
+        field.clear();
+        return 0.0;
+    };
+    clear();
 
     std::size_t const last = indices.size() - 1;
     dense1D<double> cumulated;
@@ -60,12 +67,8 @@ double place_nodes(dense2D<double> const& coords, dense1D<unsigned> const& indic
     std::size_t const count = n - 1;
     bool const with_params = !params.empty();
     std::size_t const listed = count + 2 * margin;
-    if (!new_coords.resize(N, count) || (with_params && !new_params.resize(listed)) ||
-        !field.resize(listed)) {
-        new_coords.clear();
-        new_params.clear();
-        return 0;
-    }
+    if (!new_coords.resize(N, count) || (with_params && !new_params.resize(listed)) || !field.resize(listed))
+        return clear();
 
     double* point = new_coords.data();
     double* const param = with_params ? new_params.data() + margin : nullptr;
@@ -85,7 +88,7 @@ double place_nodes(dense2D<double> const& coords, dense1D<unsigned> const& indic
             a = coords.col(nodes[s]);
             d = edge_vector<N>(a, coords.col(nodes[j]));
             if (with_params) param0 = params[s], param_step = params[j] - params[s];
-            field.enter(s, d);
+            if (!field.enter(s, d)) return clear();
         }
 
         double const t = cum[j] > cum[s] ? (target - cum[s]) / (cum[j] - cum[s]) : 0;

@@ -15,6 +15,8 @@ public:
         : sizes_(sizes.data()), new_sizes_(new_sizes)
     {}
 
+    void clear() { new_sizes_.clear(); }
+
     double metric_length(std::size_t s, vector_fixed<double, N> const& d) const
     {
         return norm(d) * mean_inverse_size(sizes_[s], sizes_[s + 1]);
@@ -27,11 +29,12 @@ public:
         return true;
     }
 
-    void enter(std::size_t s, vector_fixed<double, N> const&)
+    bool enter(std::size_t s, vector_fixed<double, N> const&)
     {
         law_ = size_law(sizes_[s], sizes_[s + 1]);
         size0_ = sizes_[s];
         size_step_ = sizes_[s + 1] - sizes_[s];
+        return true;
     }
 
     double position(double t) const { return law_.position(t); }
@@ -55,7 +58,6 @@ double place_nodes_iso(dense2D<double> const& coords, dense1D<unsigned> const& i
     std::uint64_t min_elements, std::uint64_t max_elements, dense2D<double>& new_coords,
     dense1D<double>& new_sizes, dense1D<double>& new_params, std::size_t margin)
 {
-    new_sizes.clear();
     size_field<N> field(sizes, new_sizes);
     return place_nodes<N>(coords, indices, params, field, min_metric_length, force_even, min_elements,
         max_elements, new_coords, new_params, margin);
