@@ -28,6 +28,9 @@ inline bool is_non_decreasing(dense1D<double> const& values) noexcept
                [](double previous, double next) { return !(next >= previous); }) == values.end();
 }
 
+/// Rows of a matrix of metric tensors that goes with `coords`.
+inline std::size_t metric_rows(dense2D<double> const& coords) noexcept { return coords.rows() == 2 ? 3 : 6; }
+
 /// Runs `body` with the row count of `coords`, 2 or 3, as a constant.
 template <class Body>
 int by_dimension(dense2D<double> const& coords, Body&& body)

@@ -23,6 +23,10 @@
 ///
 /// Functions throw nothing, keep no state and no reference to an argument. Calls on different containers may
 /// run side by side. No argument makes them read or write outside the containers.
+///
+/// An output may be an input too, or another output, if it is one and the same list or if it shares storage but
+/// starts behind what is still wanted: what grows writes into the storage behind its last value, and what is
+/// emptied writes over what it held.
 namespace trelk::vornik1d {
 
 /// @name Line meshing
@@ -56,8 +60,9 @@ namespace trelk::vornik1d {
 /// @param force_even  asks for an even number of elements. It wins over `max_elements`, which an odd count
 ///                 may thus pass by one.
 /// @param min_elements  fewest elements, at least 1.
-/// @param max_elements  most elements, at least `min_elements`; 4294967295 sets no limit. It is what protects
-///                 the caller's memory from sizes that are far too small.
+/// @param max_elements  most elements, at least `min_elements`; 4294967295 sets no limit. It protects the
+///                 caller's memory from sizes that are far too small; under a positive tolerance only as far as
+///                 the first mesh goes, since parts that are meshed anew have no limit.
 /// @param deviation_tolerance  see above.
 /// @param min_size  floor of the bound on sizes by curvature; of use with a negative tolerance alone.
 /// @param[out] out_indices  the mesh's nodes in the order of travel are appended.
@@ -72,11 +77,12 @@ namespace trelk::vornik1d {
 ///         -6: `min_elements` is 0 or above `max_elements`;
 ///         -199: no storage, or more nodes than 32-bit numbers can name.
 ///
-/// A line for whose new nodes there is no storage in the course of the placement is left without them, and the
-/// result is 0.
+/// A lack of storage within the placement of nodes or the measuring of curvatures is not reported: the result is
+/// 0, and the mesh may be coarser than its sizes ask for, down to the chord from the first node to the last.
 ///
-/// Cost: linear in chain plus mesh for each placement, mostly two of them; under a positive tolerance, again
-/// for each part that is meshed anew. Memory is linear in chain plus mesh.
+/// Cost: linear in chain plus mesh for each placement, mostly two of them, and a binary search per node to move
+/// it back onto the chain; under a positive tolerance, again for each part that is meshed anew. Memory is linear
+/// in chain plus mesh.
 VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& params, dense1D<double> const& sizes, bool force_even, unsigned min_elements,
     unsigned max_elements, double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices,
@@ -99,6 +105,124 @@ VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& ind
     dense1D<double> const& sizes, bool force_even, unsigned min_elements, unsigned max_elements,
     double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
     dense1D<double>& out_sizes);
+
+/// Meshes a polyline as above, with metric tensors given at its nodes instead of sizes.
+///
+/// A tensor M measures a vector d as sqrt(d^T M d), so an element is as long as it should be where that is 1. It
+/// is packed by columns of its upper triangle: (m00, m01, m11) in the plane, (m00, m01, m11, m02, m12, m22) in
+/// space. Between two nodes the size in the direction of the segment runs linearly, as with sizes; the tensors
+/// are interpolated in their common basis, in which the sizes along its directions run linearly.
+///
+/// A positive `deviation_tolerance` is a length of the model, not one in the metric. A negative one bounds the
+/// sizes along the axes of each tensor; the axes stay.
+///
+/// @param metrics  3 or 6 rows for 2 or 3 rows of `coords`: a tensor per chain entry, finite and positive
+///                 definite; further columns are ignored.
+/// @param[out] out_metrics  the tensor at each mesh node is appended as a column.
+/// @return as above, with
+///         -4: `metrics` has too few columns, or a tensor that is not finite and positive definite, or the wrong
+///         row count;
+///         -11: `out_metrics` is not empty and has the wrong row count.
+/// The other arguments are as above. A line with tensors that cannot be reduced to a common basis, being all but
+/// singular, is left without new nodes.
+VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense1D<double> const& params, dense2D<double> const& metrics, bool force_even, unsigned min_elements,
+    unsigned max_elements, double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices,
+    dense1D<double>& out_params, dense2D<double>& out_metrics);
+
+/// Meshes a polyline by tensors, with its normalised chord length for parameter.
+///
+/// @return as the overload with sizes: -3 for `metrics`, -5 for the element limits, -10 for `out_metrics`.
+VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense2D<double> const& metrics, bool force_even, unsigned min_elements, unsigned max_elements,
+    double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
+    dense2D<double>& out_metrics);
+
+/// @}
+/// @name Straight lines
+/// @{
+
+/// Meshes each segment of a polyline on its own by the sizes at its ends, so that all chain nodes stay.
+///
+/// @param[in,out] coords  d x n, d = 2 or 3: node positions. New nodes are appended as columns.
+/// @param indices  the chain, at least 2 column numbers of `coords`, or none.
+/// @param sizes    a target size per chain entry, positive and finite; further values are ignored.
+/// @param force_even  asks for an even number of elements on each segment.
+/// @param[out] out_indices  the mesh's nodes in the order of travel are appended.
+/// @return 0, also for an empty chain, which changes nothing;
+///         -1: `coords` has neither 2 nor 3 rows (tested last);
+///         -2: one chain entry, or one that is no column of `coords`;
+///         -3: `sizes` has fewer values than the chain, or one that is not positive and finite;
+///         -199: no storage.
+/// On a failure `coords` and `out_indices` are as they were.
+///
+/// Cost: linear in chain plus mesh.
+VORNIK1D_API int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense1D<double> const& sizes, bool force_even, dense1D<unsigned>& out_indices);
+
+/// The same by metric tensors, one column per chain entry, 3 or 6 rows for 2 or 3 rows of `coords`; -3 is also
+/// their wrong row count.
+VORNIK1D_API int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense2D<double> const& metrics, bool force_even, dense1D<unsigned>& out_indices);
+
+/// The same by one size for all segments: the length of the chain over `element_count`. Each segment is cut into
+/// a whole number of elements of about that size, so their sum can differ from `element_count`.
+///
+/// @return 0, also for an `element_count` of 0, whatever the rest is; -2: fewer than 2 chain entries, or a bad
+///         one; -3: a chain of length 0; otherwise as above.
+VORNIK1D_API int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    unsigned element_count, bool force_even, dense1D<unsigned>& out_indices);
+
+/// Meshes the segment from `node_a` to `node_b` by the sizes at its ends.
+///
+/// @return 0; -2, -3: `node_a`, `node_b` is no column of `coords`; -4, -5: `size_a`, `size_b` is not positive;
+///         otherwise as the first overload.
+VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b, double size_a,
+    double size_b, bool force_even, dense1D<unsigned>& out_indices);
+
+/// Cuts the segment from `node_a` to `node_b` into `element_count` equal elements.
+///
+/// @return 0, also for an `element_count` of 0, whatever the rest is; -2, -3: `node_a`, `node_b` is no column of
+///         `coords`; -4: they are at one place; otherwise as the first overload.
+VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
+    unsigned element_count, dense1D<unsigned>& out_indices);
+
+/// Cuts the two segments from `node_a` over `node_b` to `node_c` into about `element_count` elements of one size.
+///
+/// @return as above; -4: `node_c` is no column of `coords`; -3 also for three nodes at one place.
+VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b, unsigned node_c,
+    unsigned element_count, dense1D<unsigned>& out_indices);
+
+/// @}
+/// @name Metric interpolation
+/// @{
+
+/// Carries values from one non-decreasing list of parameters to another by linear interpolation.
+///
+/// @param params      at least 2 parameter values at which `sizes` are known, non-decreasing.
+/// @param sizes       a value per entry of `params`. Between two values that are not both positive stands 0.
+/// @param new_params  the parameter values wanted, non-decreasing, within the range of `params`.
+/// @param[out] new_sizes  is replaced: a value per entry of `new_params`; empty on a failure.
+/// @return 0, also for empty `new_params`, whatever the rest is;
+///         -1: `params` has fewer than 2 values, or falls somewhere;
+///         -2: `sizes` has not as many values as `params`;
+///         -3: `new_params` falls somewhere, or leaves the range of `params`;
+///         -199: no storage.
+///
+/// One binary search per new value, on what is left of `params`.
+VORNIK1D_API int interpolate_metrics(dense1D<double> const& params, dense1D<double> const& sizes,
+    dense1D<double> const& new_params, dense1D<double>& new_sizes);
+
+/// The same for metric tensors, one per column: 3 rows in the plane, 6 in space; 1 row is a list of values, and
+/// 0 rows give 0 rows.
+///
+/// Tensors are interpolated in their common basis, in which the sizes along its directions run linearly; at the
+/// parameters given they come out bit for bit. Where a pair cannot be reduced, the tensor of the entry before is
+/// repeated, or zeros for the first entry.
+///
+/// @return as above; -2 also when `metrics` has another row count.
+VORNIK1D_API int interpolate_metrics(dense1D<double> const& params, dense2D<double> const& metrics,
+    dense1D<double> const& new_params, dense2D<double>& new_metrics);
 
 /// @}
 /// @name Chain operations
@@ -147,5 +271,8 @@ VORNIK1D_API int interpolate_coordinates(dense2D<double>& coords, dense1D<unsign
     dense1D<double> const& params, dense1D<unsigned> const& new_indices, dense1D<double> const& new_params);
 
 /// @}
+
+/// The library's version: "5.6.0.0".
+VORNIK1D_API char const* version();
 
 } // namespace trelk::vornik1d

@@ -10,6 +10,7 @@
 #include "line/mesh_span.h"
 #include "line/refine_span.h"
 #include "line/size_targets.h"
+#include "line/tensor_targets.h"
 #include "placement/vectors.h"
 
 namespace trelk::vornik1d {
@@ -30,15 +31,16 @@ template <class Targets>
 bool publish(line<Targets> const& mesh, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
     typename Targets::list& out_targets)
 {
-    std::size_t const old_indices = out_indices.size();
-    std::size_t const old_params = out_params.size();
-    std::size_t const old_targets = Targets::size(out_targets);
-    if (Targets::append(mesh.targets, out_targets) && append_values(mesh.nodes, out_indices) &&
-        append_values(mesh.params, out_params))
+    line<Targets> const before{out_indices, out_params, out_targets};
+    std::size_t const added = mesh.size();
+    if (Targets::make_room(out_targets, added) && make_room(out_indices, added) &&
+        make_room(out_params, added) && Targets::append(mesh.targets, out_targets) &&
+        append_values(mesh.nodes, out_indices) && append_values(mesh.params, out_params))
         return true;
 
-    static_cast<void>(out_indices.resize(old_indices) && out_params.resize(old_params) &&
-                      Targets::resize(out_targets, old_targets)); // to fewer: cannot fail
+    out_indices = before.nodes;
+    out_params = before.params;
+    out_targets = before.targets;
     return false;
 }
 
@@ -70,33 +72,20 @@ double chord_lengths(dense2D<double> const& coords, dense1D<unsigned> const& ind
     return length;
 }
 
-} // namespace
-
-int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& params,
-    dense1D<double> const& sizes, bool force_even, unsigned min_elements, unsigned max_elements,
-    double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
-    dense1D<double>& out_sizes)
+/// Checks what is the same for sizes and tensors before they are looked at, in the order of the contract.
+int check_chain(
+    dense2D<double> const& coords, dense1D<unsigned> const& indices, dense1D<double> const& params)
 {
-    out_params.clear();
-    std::size_t const n = indices.size();
     if (!is_planar_or_spatial(coords)) return bad_argument(1);
-    if (n < 2) return bad_argument(2);
-    if (params.size() != n || !is_non_decreasing(params)) return bad_argument(3);
-    if (sizes.size() < n || !vornik::are_valid_metrics(sizes.sub_vector(0, n))) return bad_argument(4);
-    if (min_elements > max_elements || min_elements == 0) return bad_argument(6);
-    if (!vornik::check_IDs(indices, coords.cols())) return bad_argument(2);
-
-    span_rule const rule{
-        force_even, min_elements, max_elements, clean_tolerance(deviation_tolerance), min_size};
-    return by_dimension(coords, [&](auto dim) {
-        line<size_targets<dim>> const chain{indices, params, sizes.sub_vector(0, n)};
-        return mesh_chain(coords, chain, rule, out_indices, out_params, out_sizes);
-    });
+    if (indices.size() < 2) return bad_argument(2);
+    if (params.size() != indices.size() || !is_non_decreasing(params)) return bad_argument(3);
+    return 0;
 }
 
-int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& sizes,
-    bool force_even, unsigned min_elements, unsigned max_elements, double deviation_tolerance,
-    double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params, dense1D<double>& out_sizes)
+/// Meshes by normalised chord length: `mesh(params)` is the call that takes parameters. Without them in the
+/// argument list, codes of arguments behind them move up by one.
+template <class Mesh>
+int mesh_by_chord_length(dense2D<double> const& coords, dense1D<unsigned> const& indices, Mesh mesh)
 {
     std::size_t const n = indices.size();
     if (!is_planar_or_spatial(coords)) return bad_argument(1);
@@ -115,10 +104,75 @@ int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D
         for (double& param : params) param *= r;
     params[n - 1] = 1;
 
-    int const status = mesh_line(coords, indices, params, sizes, force_even, min_elements, max_elements,
-        deviation_tolerance, min_size, out_indices, out_params, out_sizes);
-    // `params` is no argument here: what stands behind it moves up by one.
+    int const status = mesh(params);
     return status < -3 && status != no_storage ? status + 1 : status;
+}
+
+} // namespace
+
+int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& params,
+    dense1D<double> const& sizes, bool force_even, unsigned min_elements, unsigned max_elements,
+    double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
+    dense1D<double>& out_sizes)
+{
+    out_params.clear();
+    std::size_t const n = indices.size();
+    if (int const status = check_chain(coords, indices, params); status != 0) return status;
+    if (sizes.size() < n || !vornik::are_valid_metrics(sizes.sub_vector(0, n))) return bad_argument(4);
+    if (min_elements > max_elements || min_elements == 0) return bad_argument(6);
+    if (!vornik::check_IDs(indices, coords.cols())) return bad_argument(2);
+
+    span_rule const rule{
+        force_even, min_elements, max_elements, clean_tolerance(deviation_tolerance), min_size};
+    return by_dimension(coords, [&](auto dim) {
+        line<size_targets<dim>> const chain{indices, params, sizes.sub_vector(0, n)};
+        return mesh_chain(coords, chain, rule, out_indices, out_params, out_sizes);
+    });
+}
+
+int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& params,
+    dense2D<double> const& metrics, bool force_even, unsigned min_elements, unsigned max_elements,
+    double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
+    dense2D<double>& out_metrics)
+{
+    out_params.clear();
+    std::size_t const n = indices.size();
+    std::size_t const rows = metric_rows(coords);
+    if (int const status = check_chain(coords, indices, params); status != 0) return status;
+    if (metrics.cols() < n) return bad_argument(4);
+    if (!vornik::are_valid_metrics(metrics.sub_matrix(0, 0, metrics.rows(), n))) return bad_argument(4);
+    if (metrics.rows() != rows) return bad_argument(4);
+    if (min_elements > max_elements || min_elements == 0) return bad_argument(6);
+    if (!out_metrics.empty() && out_metrics.rows() != rows) return bad_argument(11);
+    if (!vornik::check_IDs(indices, coords.cols())) return bad_argument(2);
+
+    span_rule const rule{
+        force_even, min_elements, max_elements, clean_tolerance(deviation_tolerance), min_size};
+    return by_dimension(coords, [&](auto dim) {
+        line<tensor_targets<dim>> const chain{indices, params, metrics.sub_matrix(0, 0, rows, n)};
+        return mesh_chain(coords, chain, rule, out_indices, out_params, out_metrics);
+    });
+}
+
+int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& sizes,
+    bool force_even, unsigned min_elements, unsigned max_elements, double deviation_tolerance,
+    double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params, dense1D<double>& out_sizes)
+{
+    return mesh_by_chord_length(coords, indices, [&](dense1D<double> const& params) {
+        return mesh_line(coords, indices, params, sizes, force_even, min_elements, max_elements,
+            deviation_tolerance, min_size, out_indices, out_params, out_sizes);
+    });
+}
+
+int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense2D<double> const& metrics,
+    bool force_even, unsigned min_elements, unsigned max_elements, double deviation_tolerance,
+    double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
+    dense2D<double>& out_metrics)
+{
+    return mesh_by_chord_length(coords, indices, [&](dense1D<double> const& params) {
+        return mesh_line(coords, indices, params, metrics, force_even, min_elements, max_elements,
+            deviation_tolerance, min_size, out_indices, out_params, out_metrics);
+    });
 }
 
 } // namespace trelk::vornik1d

@@ -19,14 +19,17 @@ struct size_targets
     static constexpr int dimension = N;
     using list = dense1D<double>;
 
-    static std::size_t size(list const& sizes) noexcept { return sizes.size(); }
-
     static list part(list const& sizes, std::size_t first, std::size_t count) noexcept
     {
         return sizes.sub_vector(first, count);
     }
 
     [[nodiscard]] static bool resize(list& sizes, std::size_t count) noexcept { return sizes.resize(count); }
+
+    [[nodiscard]] static bool make_room(list& sizes, std::size_t added) noexcept
+    {
+        return vornik1d::make_room(sizes, added);
+    }
 
     [[nodiscard]] static bool append(list const& source, list& sizes) noexcept
     {

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+
+#include <trelk/dense1D.h>
+#include <trelk/dense2D.h>
+
+#include "line/columns.h"
+#include "line/curvature_limit.h"
+#include "line/line.h"
+#include "metric/tensor.h"
+#include "placement/place_nodes_aniso.h"
+
+namespace trelk::vornik1d {
+
+/// Targets of a line in N dimensions that are metric tensors, one column per entry.
+template <int N>
+struct tensor_targets
+{
+    static constexpr int dimension = N;
+    static constexpr std::size_t rows = packed_rows<N>;
+    using list = dense2D<double>;
+
+    static list part(list const& metrics, std::size_t first, std::size_t count) noexcept
+    {
+        return metrics.sub_matrix(0, first, rows, count);
+    }
+
+    [[nodiscard]] static bool resize(list& metrics, std::size_t count) noexcept
+    {
+        return metrics.resize(rows, count);
+    }
+
+    [[nodiscard]] static bool make_room(list& metrics, std::size_t added) noexcept
+    {
+        return metrics.reserve(rows, metrics.cols() + added, 2);
+    }
+
+    [[nodiscard]] static bool append(list const& source, list& metrics) noexcept
+    {
+        return append_columns(source, metrics);
+    }
+
+    static void copy_entry(list const& source, std::size_t i, list& metrics, std::size_t j) noexcept
+    {
+        std::copy_n(source.col(i), rows, metrics.col(j));
+    }
+
+    static void limit_by_curvature(
+        dense2D<double> const& coords, line<tensor_targets>& chain, span_rule const& rule)
+    {
+        // Without storage for the curvatures the tensors stay as they are.
+        static_cast<void>(limit_metrics_by_curvature<N>(
+            coords, chain.nodes, chain.targets, rule.deviation_tolerance, rule.min_size));
+    }
+
+    /// Places nodes along `chain`; the lists of `mesh` get an entry more on either side, for the end nodes.
+    static void place(dense2D<double> const& coords, line<tensor_targets> const& chain, span_rule const& rule,
+        dense2D<double>& new_coords, line<tensor_targets>& mesh)
+    {
+        // The result is not read: without storage for new nodes, or with tensors that cannot be reduced, there
+        // are none.
+        place_nodes_aniso<N>(coords, chain.nodes, chain.params, chain.targets, 0.0, rule.force_even,
+            rule.min_elements, rule.max_elements, new_coords, mesh.targets, mesh.params, 1);
+    }
+};
+
+} // namespace trelk::vornik1d

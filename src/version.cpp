@@ -1,0 +1,7 @@
+#include <vornik1d/vornik1d.h>
+
+namespace trelk::vornik1d {
+
+char const* version() { return VORNIK1D_VERSION; }
+
+} // namespace trelk::vornik1d
