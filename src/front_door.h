@@ -5,16 +5,18 @@
 
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
+#include <vornik1d/vornik1d.h>
 
 // What the exported functions share at their entry: status codes, checks, and the choice of the dimension.
+
+#if defined(__FAST_MATH__) || (defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__ > 0)
+#error "Checks of arguments rely on comparisons with NaN as IEEE 754 has them: build without -ffast-math."
+#endif
 
 namespace trelk::vornik1d {
 
 /// Status of a call whose argument at `position`, counted from 1, is at fault.
 constexpr int bad_argument(int position) { return -position; }
-
-/// Status of a call for which storage is not available.
-constexpr int no_storage = -199;
 
 inline bool is_planar_or_spatial(dense2D<double> const& coords) noexcept
 {
@@ -33,7 +35,7 @@ inline std::size_t metric_rows(dense2D<double> const& coords) noexcept { return 
 
 /// Runs `body` with the row count of `coords`, 2 or 3, as a constant.
 template <class Body>
-int by_dimension(dense2D<double> const& coords, Body&& body)
+decltype(auto) by_dimension(dense2D<double> const& coords, Body&& body)
 {
     return coords.rows() == 2 ? body(std::integral_constant<int, 2>())
                               : body(std::integral_constant<int, 3>());

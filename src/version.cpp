@@ -2,6 +2,6 @@
 
 namespace trelk::vornik1d {
 
-char const* version() { return VORNIK1D_VERSION; }
+char const* version() noexcept { return VORNIK1D_VERSION; }
 
 } // namespace trelk::vornik1d

@@ -3,8 +3,8 @@
 #include <cmath>
 #include <random>
 
-#include "line/columns.h"
-#include "placement/append.h"
+#include "arrays/columns.h"
+#include "arrays/append.h"
 #include "placement/place_nodes_iso.h"
 #include "placement/size_law.h"
 #include "support.h"

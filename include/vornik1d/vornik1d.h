@@ -10,24 +10,28 @@
 ///
 /// Containers. Matrices hold one thing per column. `coords` holds the positions of nodes, one node per
 /// column, 2 rows in the plane, 3 in space; a node number is a column number. A chain is a list of node
-/// numbers in the order of travel; sizes and parameters handed along with it have one value per chain entry
-/// (entry i of the list, not node number indices[i]). Copies of containers are views of the same values.
+/// numbers in the order of travel; sizes and parameters that go with it have one value per chain entry
+/// (entry i of the list, not node number indices[i]). Copies of containers are views of the same values;
+/// `copy` gives values of one's own.
 ///
 /// Metric length is length in units of the local target size, which runs linearly between two nodes: a
 /// segment of length d between sizes h0 and h1 has metric length d * ln(h1/h0) / (h1 - h0). A line is cut
 /// into equal steps of metric length, as near to 1 as a whole number of elements allows: the boundary between
 /// k and k + 1 elements is at metric length sqrt(k * (k + 1)).
 ///
-/// Status. Functions return 0 for success, minus the position of the argument at fault, or -199 when storage
-/// is not available. On a failure the arguments are as they were, but for what a function says it empties.
+/// Status. Functions return 0 for success, minus the position of the argument at fault, or `no_storage`. On a
+/// failure the arguments are as they were, except outputs documented as emptied.
 ///
-/// Functions throw nothing, keep no state and no reference to an argument. Calls on different containers may
-/// run side by side. No argument makes them read or write outside the containers.
+/// Functions throw nothing, keep no state and no reference to an argument. Calls may run side by side if none
+/// writes storage that another one uses. No argument makes them read or write outside the containers.
 ///
-/// An output may be an input too, or another output, if it is one and the same list or if it shares storage but
-/// starts behind what is still wanted: what grows writes into the storage behind its last value, and what is
-/// emptied writes over what it held.
+/// An output may be one object with an input or another output. It may also share storage with one, as long
+/// as what is still wanted does not stand behind its last value: a list that grows writes there, and a list
+/// that is emptied first writes over what it held.
 namespace trelk::vornik1d {
+
+/// Status of a call for which storage is not available.
+constexpr int no_storage = -199;
 
 /// @name Line meshing
 /// @{
@@ -35,8 +39,11 @@ namespace trelk::vornik1d {
 /// Meshes a polyline by target sizes given at its nodes.
 ///
 /// The mesh runs from the first to the last entry of the chain. The chain's interior nodes do not belong to
-/// it, unless a positive `deviation_tolerance` pins them. A chain whose first and last entries are one node is
-/// meshed like any other: the mesh begins and ends at that node.
+/// it, unless a positive `deviation_tolerance` pins them.
+///
+/// A chain whose first and last entries are one node is meshed like any other: the mesh begins and ends at
+/// that node. Give it `min_elements` 3. A single element from a node to itself has no direction, so every
+/// deviation from it counts as 0, and the line is left as that element.
 ///
 /// `deviation_tolerance` selects one of three ways to treat the chain's bends:
 ///
@@ -44,12 +51,12 @@ namespace trelk::vornik1d {
 ///     (h * c)^2 / 8 = -`deviation_tolerance`: a chord's sagitta relative to the radius of curvature. The
 ///     bound is `min_size` where it would be less; sizes below `min_size` are not raised.
 ///   - 0, NaN, plus or minus the largest double: sizes alone count, and the mesh may cut corners.
-///   - positive: where an interior node of the chain lies at this distance or farther from the mesh (in length
-///     units of the model), the line is meshed anew, with more elements or in two parts that meet at that
-///     node. Distance is measured from the infinite line through the element that covers the node's
+///   - positive: where an interior node of the chain lies at this distance or farther from the mesh (in
+///     length units of the model), the line is meshed anew, with more elements or in two parts that meet at
+///     that node. Distance is measured from the infinite line through the element that covers the node's
 ///     parameter value, so a spike along that line goes unseen. `min_elements` and `max_elements` do not bind
 ///     the new mesh, `force_even` does. A mesh that has `max_elements` elements or more before this stage is
-///     left as it is.
+///     left as it is. Where more elements do not bring the mesh nearer, it is split after a thousand trials.
 ///
 /// @param[in,out] coords  d x n, d = 2 or 3: node positions, in length units of the model. New nodes are
 ///                 appended as columns; the old ones stay as they are.
@@ -59,12 +66,12 @@ namespace trelk::vornik1d {
 ///                 values are ignored.
 /// @param force_even  asks for an even number of elements. It wins over `max_elements`, which an odd count
 ///                 may thus pass by one.
-/// @param min_elements  fewest elements, at least 1.
-/// @param max_elements  most elements, at least `min_elements`; 4294967295 sets no limit. It protects the
-///                 caller's memory from sizes that are far too small; under a positive tolerance only as far as
-///                 the first mesh goes, since parts that are meshed anew have no limit.
+/// @param min_elements  minimum number of elements, at least 1.
+/// @param max_elements  maximum number of elements, at least `min_elements`; 4294967295 sets no limit. It
+///                 protects the caller's memory from sizes that are far too small; under a positive tolerance
+///                 only as far as the first mesh goes, since parts that are meshed anew have no limit.
 /// @param deviation_tolerance  see above.
-/// @param min_size  floor of the bound on sizes by curvature; of use with a negative tolerance alone.
+/// @param min_size  floor of the bound on sizes by curvature; used only with a negative tolerance.
 /// @param[out] out_indices  the mesh's nodes in the order of travel are appended.
 /// @param[out] out_params   is emptied before all checks, then replaced: the parameter value at each mesh
 ///                 node, from the first to the last value of `params`.
@@ -72,21 +79,22 @@ namespace trelk::vornik1d {
 /// @return 0;
 ///         -1: `coords` has neither 2 nor 3 rows;
 ///         -2: fewer than 2 chain entries, or one that is no column of `coords` (tested last);
-///         -3: `params` has not one value per chain entry, or falls somewhere, or holds a NaN;
+///         -3: `params` does not have one value per chain entry, or decreases, or holds a NaN;
 ///         -4: `sizes` has fewer values than the chain, or one that is not positive and finite;
 ///         -6: `min_elements` is 0 or above `max_elements`;
 ///         -199: no storage, or more nodes than 32-bit numbers can name.
 ///
-/// A lack of storage within the placement of nodes or the measuring of curvatures is not reported: the result is
-/// 0, and the mesh may be coarser than its sizes ask for, down to the chord from the first node to the last.
+/// A lack of storage within the placement of nodes or the measuring of curvatures is not reported: the result
+/// is 0, and the mesh may be coarser than its sizes ask for, down to the chord from the first node to the
+/// last.
 ///
-/// Cost: linear in chain plus mesh for each placement, mostly two of them, and a binary search per node to move
-/// it back onto the chain; under a positive tolerance, again for each part that is meshed anew. Memory is linear
-/// in chain plus mesh.
-VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
+/// Cost: linear in chain plus mesh for each placement, usually two of them, and a binary search per node to
+/// move it back onto the chain; under a positive tolerance, again for each part that is meshed anew. Memory
+/// is linear in chain plus mesh.
+[[nodiscard]] VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& params, dense1D<double> const& sizes, bool force_even, unsigned min_elements,
     unsigned max_elements, double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices,
-    dense1D<double>& out_params, dense1D<double>& out_sizes);
+    dense1D<double>& out_params, dense1D<double>& out_sizes) noexcept;
 
 /// Meshes a polyline as above, with its normalised chord length for parameter: 0 at the first entry, 1 at the
 /// last one.
@@ -101,42 +109,42 @@ VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& ind
 ///
 /// `out_params` is as it was on -1 and -2, and where storage for the parameters themselves is not available;
 /// every other failure leaves it empty.
-VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
+[[nodiscard]] VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& sizes, bool force_even, unsigned min_elements, unsigned max_elements,
     double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
-    dense1D<double>& out_sizes);
+    dense1D<double>& out_sizes) noexcept;
 
 /// Meshes a polyline as above, with metric tensors given at its nodes instead of sizes.
 ///
-/// A tensor M measures a vector d as sqrt(d^T M d), so an element is as long as it should be where that is 1. It
-/// is packed by columns of its upper triangle: (m00, m01, m11) in the plane, (m00, m01, m11, m02, m12, m22) in
-/// space. Between two nodes the size in the direction of the segment runs linearly, as with sizes; the tensors
-/// are interpolated in their common basis, in which the sizes along its directions run linearly.
+/// A tensor M measures a vector d as sqrt(d^T M d), so an element is as long as it should be where that is 1.
+/// It is packed by columns of its upper triangle: (m00, m01, m11) in the plane, (m00, m01, m11, m02, m12,
+/// m22) in space. Between two nodes the size in the direction of the segment runs linearly, as with sizes;
+/// the tensors are interpolated in their common basis, in which the sizes along its directions run linearly.
 ///
-/// A positive `deviation_tolerance` is a length of the model, not one in the metric. A negative one bounds the
-/// sizes along the axes of each tensor; the axes stay.
+/// A positive `deviation_tolerance` is a length of the model, not one in the metric. A negative one bounds
+/// the sizes along the axes of each tensor; the axes stay.
 ///
 /// @param metrics  3 or 6 rows for 2 or 3 rows of `coords`: a tensor per chain entry, finite and positive
 ///                 definite; further columns are ignored.
 /// @param[out] out_metrics  the tensor at each mesh node is appended as a column.
 /// @return as above, with
-///         -4: `metrics` has too few columns, or a tensor that is not finite and positive definite, or the wrong
-///         row count;
+///         -4: `metrics` has too few columns, or a tensor that is not finite and positive definite, or the
+///         wrong row count;
 ///         -11: `out_metrics` is not empty and has the wrong row count.
-/// The other arguments are as above. A line with tensors that cannot be reduced to a common basis, being all but
-/// singular, is left without new nodes.
-VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
+/// The other arguments are as above. A line with tensors that cannot be reduced to a common basis, being all
+/// but singular, is left without new nodes.
+[[nodiscard]] VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& params, dense2D<double> const& metrics, bool force_even, unsigned min_elements,
     unsigned max_elements, double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices,
-    dense1D<double>& out_params, dense2D<double>& out_metrics);
+    dense1D<double>& out_params, dense2D<double>& out_metrics) noexcept;
 
 /// Meshes a polyline by tensors, with its normalised chord length for parameter.
 ///
 /// @return as the overload with sizes: -3 for `metrics`, -5 for the element limits, -10 for `out_metrics`.
-VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
+[[nodiscard]] VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense2D<double> const& metrics, bool force_even, unsigned min_elements, unsigned max_elements,
     double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
-    dense2D<double>& out_metrics);
+    dense2D<double>& out_metrics) noexcept;
 
 /// @}
 /// @name Straight lines
@@ -157,41 +165,42 @@ VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& ind
 /// On a failure `coords` and `out_indices` are as they were.
 ///
 /// Cost: linear in chain plus mesh.
-VORNIK1D_API int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
-    dense1D<double> const& sizes, bool force_even, dense1D<unsigned>& out_indices);
+[[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense1D<double> const& sizes, bool force_even, dense1D<unsigned>& out_indices) noexcept;
 
-/// The same by metric tensors, one column per chain entry, 3 or 6 rows for 2 or 3 rows of `coords`; -3 is also
-/// their wrong row count.
-VORNIK1D_API int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
-    dense2D<double> const& metrics, bool force_even, dense1D<unsigned>& out_indices);
+/// The same by metric tensors, one column per chain entry, 3 or 6 rows for 2 or 3 rows of `coords`; -3 is
+/// also their wrong row count.
+[[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense2D<double> const& metrics, bool force_even, dense1D<unsigned>& out_indices) noexcept;
 
-/// The same by one size for all segments: the length of the chain over `element_count`. Each segment is cut into
-/// a whole number of elements of about that size, so their sum can differ from `element_count`.
+/// The same by one size for all segments: the length of the chain over `element_count`. Each segment is cut
+/// into a whole number of elements of about that size, so their sum can differ from `element_count`.
 ///
-/// @return 0, also for an `element_count` of 0, whatever the rest is; -2: fewer than 2 chain entries, or a bad
-///         one; -3: a chain of length 0; otherwise as above.
-VORNIK1D_API int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
-    unsigned element_count, bool force_even, dense1D<unsigned>& out_indices);
+/// @return 0, also for an `element_count` of 0, whatever the rest is; -2: fewer than 2 chain entries, or a
+///         bad one; -3: a chain of length 0; otherwise as above.
+[[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    unsigned element_count, bool force_even, dense1D<unsigned>& out_indices) noexcept;
 
 /// Meshes the segment from `node_a` to `node_b` by the sizes at its ends.
 ///
-/// @return 0; -2, -3: `node_a`, `node_b` is no column of `coords`; -4, -5: `size_a`, `size_b` is not positive;
-///         otherwise as the first overload.
-VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b, double size_a,
-    double size_b, bool force_even, dense1D<unsigned>& out_indices);
+/// @return 0; -2, -3: `node_a`, `node_b` is no column of `coords`; -4, -5: `size_a`, `size_b` is not
+///         positive; otherwise as the first overload.
+[[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
+    double size_a, double size_b, bool force_even, dense1D<unsigned>& out_indices) noexcept;
 
 /// Cuts the segment from `node_a` to `node_b` into `element_count` equal elements.
 ///
-/// @return 0, also for an `element_count` of 0, whatever the rest is; -2, -3: `node_a`, `node_b` is no column of
-///         `coords`; -4: they are at one place; otherwise as the first overload.
-VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
-    unsigned element_count, dense1D<unsigned>& out_indices);
+/// @return 0, also for an `element_count` of 0, whatever the rest is; -2, -3: `node_a`, `node_b` is no column
+///         of `coords`; -4: they are at one place; otherwise as the first overload.
+[[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
+    unsigned element_count, dense1D<unsigned>& out_indices) noexcept;
 
-/// Cuts the two segments from `node_a` over `node_b` to `node_c` into about `element_count` elements of one size.
+/// Cuts the two segments from `node_a` over `node_b` to `node_c` into about `element_count` elements of one
+/// size.
 ///
 /// @return as above; -4: `node_c` is no column of `coords`; -3 also for three nodes at one place.
-VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b, unsigned node_c,
-    unsigned element_count, dense1D<unsigned>& out_indices);
+[[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
+    unsigned node_c, unsigned element_count, dense1D<unsigned>& out_indices) noexcept;
 
 /// @}
 /// @name Metric interpolation
@@ -204,25 +213,25 @@ VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigne
 /// @param new_params  the parameter values wanted, non-decreasing, within the range of `params`.
 /// @param[out] new_sizes  is replaced: a value per entry of `new_params`; empty on a failure.
 /// @return 0, also for empty `new_params`, whatever the rest is;
-///         -1: `params` has fewer than 2 values, or falls somewhere;
-///         -2: `sizes` has not as many values as `params`;
-///         -3: `new_params` falls somewhere, or leaves the range of `params`;
+///         -1: `params` has fewer than 2 values, or decreases;
+///         -2: `sizes` does not have as many values as `params`;
+///         -3: `new_params` decreases, or leaves the range of `params`;
 ///         -199: no storage.
 ///
 /// One binary search per new value, on what is left of `params`.
-VORNIK1D_API int interpolate_metrics(dense1D<double> const& params, dense1D<double> const& sizes,
-    dense1D<double> const& new_params, dense1D<double>& new_sizes);
+[[nodiscard]] VORNIK1D_API int interpolate_metrics(dense1D<double> const& params,
+    dense1D<double> const& sizes, dense1D<double> const& new_params, dense1D<double>& new_sizes) noexcept;
 
-/// The same for metric tensors, one per column: 3 rows in the plane, 6 in space; 1 row is a list of values, and
-/// 0 rows give 0 rows.
+/// The same for metric tensors, one per column: 3 rows in the plane, 6 in space; 1 row is a list of values,
+/// and 0 rows give 0 rows.
 ///
-/// Tensors are interpolated in their common basis, in which the sizes along its directions run linearly; at the
-/// parameters given they come out bit for bit. Where a pair cannot be reduced, the tensor of the entry before is
-/// repeated, or zeros for the first entry.
+/// Tensors are interpolated in their common basis, in which the sizes along its directions run linearly; at
+/// the parameters given they come out bit for bit. Where a pair cannot be reduced, the tensor of the entry
+/// before is repeated, or zeros for the first entry.
 ///
 /// @return as above; -2 also when `metrics` has another row count.
-VORNIK1D_API int interpolate_metrics(dense1D<double> const& params, dense2D<double> const& metrics,
-    dense1D<double> const& new_params, dense2D<double>& new_metrics);
+[[nodiscard]] VORNIK1D_API int interpolate_metrics(dense1D<double> const& params,
+    dense2D<double> const& metrics, dense1D<double> const& new_params, dense2D<double>& new_metrics) noexcept;
 
 /// @}
 /// @name Chain operations
@@ -243,15 +252,16 @@ VORNIK1D_API int interpolate_metrics(dense1D<double> const& params, dense2D<doub
 ///         -199: no storage.
 ///
 /// One pass.
-VORNIK1D_API int curvatures(
-    dense2D<double> const& coords, dense1D<unsigned> const& indices, dense1D<double>& result);
+[[nodiscard]] VORNIK1D_API int curvatures(
+    dense2D<double> const& coords, dense1D<unsigned> const& indices, dense1D<double>& result) noexcept;
 
 /// Moves nodes onto a parametrised polyline, by linear interpolation between the chain entries around their
 /// parameter values.
 ///
 /// A value at or below the first one of the chain gives the chain's first node, one above the last one its
 /// last node; of equal chain parameters the first counts. The nodes are moved one after the other in the
-/// matrix that the chain is read from: one that is a chain entry too changes the polyline for those behind it.
+/// matrix that the chain is read from: one that is a chain entry too changes the polyline for those behind
+/// it.
 ///
 /// @param[in,out] coords  node positions, any number of rows.
 /// @param indices      the chain, column numbers of `coords`.
@@ -260,19 +270,20 @@ VORNIK1D_API int curvatures(
 /// @param new_params   a parameter value per node to move, non-decreasing.
 /// @return 0;
 ///         -2: `params` and `indices` differ in size;
-///         -3: `params` falls somewhere; a NaN among several values counts as a fall;
+///         -3: `params` decreases, or holds a NaN among several values;
 ///         -4: `new_params` and `new_indices` differ in size;
-///         -5: `new_params` falls somewhere.
+///         -5: `new_params` decreases.
 ///
 /// A node number that is no column of `coords` is passed over, and an empty chain moves nothing; both give 0.
 ///
 /// One binary search per node, on what is left of the chain. No allocation.
-VORNIK1D_API int interpolate_coordinates(dense2D<double>& coords, dense1D<unsigned> const& indices,
-    dense1D<double> const& params, dense1D<unsigned> const& new_indices, dense1D<double> const& new_params);
+[[nodiscard]] VORNIK1D_API int interpolate_coordinates(dense2D<double>& coords,
+    dense1D<unsigned> const& indices, dense1D<double> const& params, dense1D<unsigned> const& new_indices,
+    dense1D<double> const& new_params) noexcept;
 
 /// @}
 
 /// The library's version: "5.6.0.0".
-VORNIK1D_API char const* version();
+[[nodiscard]] VORNIK1D_API char const* version() noexcept;
 
 } // namespace trelk::vornik1d

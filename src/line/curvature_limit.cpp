@@ -26,7 +26,7 @@ int limit_by_curvature(dense2D<double> const& coords, dense1D<unsigned> const& c
         if (curvature[k] > 0) bound = size_at_unit_curvature / curvature[k];
         limit(chain[k], min_size > bound ? min_size : bound);
     }
-    return status;
+    return 0;
 }
 
 } // namespace

@@ -12,7 +12,8 @@ namespace trelk::vornik1d {
 int limit_sizes_by_curvature(dense2D<double> const& coords, dense1D<unsigned> const& chain,
     dense1D<double>& sizes, double deviation_tolerance, double min_size) noexcept;
 
-/// Bounds the sizes of tensors along their own axes in the same way; a tensor that cannot be decomposed stays.
+/// Bounds the sizes of tensors along their own axes in the same way; a tensor that cannot be decomposed
+/// stays.
 template <int N>
 int limit_metrics_by_curvature(dense2D<double> const& coords, dense1D<unsigned> const& chain,
     dense2D<double>& metrics, double deviation_tolerance, double min_size) noexcept;

@@ -2,10 +2,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <numeric>
 
 #include <trelk/dense1D.h>
+#include <trelk/dense2D.h>
 
-#include "placement/append.h"
+#include "arrays/append.h"
+#include "arrays/columns.h"
 
 namespace trelk::vornik1d {
 
@@ -25,6 +28,7 @@ struct line
     typename Targets::list targets;
 
     std::size_t size() const noexcept { return nodes.size(); }
+    std::size_t elements() const noexcept { return size() - 1; }
 
     /// A view of the entries from `first` on, `count` of them.
     line part(std::size_t first, std::size_t count) const noexcept
@@ -53,8 +57,28 @@ struct line
                Targets::append(other.targets, targets);
     }
 
-    void drop_last() noexcept { static_cast<void>(resize(size() - 1)); } // to fewer: cannot fail
+    void drop_last() noexcept
+    {
+        std::size_t const rest = size() - 1;
+        truncate(nodes, rest);
+        truncate(params, rest);
+        truncate(targets, rest);
+    }
 };
+
+/// Prepares a chain to be worked on: its nodes become columns 0, 1, 2, ... of `work_coords`, and `numbered`
+/// is the chain in those numbers, a view of its parameters and targets.
+template <class Targets>
+[[nodiscard]] bool gather_chain(dense2D<double> const& coords, line<Targets> const& chain,
+    dense2D<double>& work_coords, line<Targets>& numbered) noexcept
+{
+    numbered.params = chain.params;
+    numbered.targets = chain.targets;
+    if (!gather_columns(coords, chain.nodes, work_coords) || !numbered.nodes.resize(chain.size()))
+        return false;
+    std::iota(numbered.nodes.begin(), numbered.nodes.end(), 0U);
+    return true;
+}
 
 /// How a chain is to be cut into elements. `deviation_tolerance` is cleaned: no NaN, no largest double.
 struct span_rule

@@ -5,13 +5,13 @@
 
 #include <vornik/toolkit.h>
 
+#include "arrays/vectors.h"
 #include "front_door.h"
 #include "line/line.h"
 #include "line/mesh_span.h"
 #include "line/refine_span.h"
 #include "line/size_targets.h"
 #include "line/tensor_targets.h"
-#include "placement/vectors.h"
 
 namespace trelk::vornik1d {
 
@@ -25,11 +25,11 @@ double clean_tolerance(double deviation_tolerance)
     return is_off ? 0 : deviation_tolerance;
 }
 
-/// Appends a mesh to the caller's lists; on false they are as they were. Lists that share storage, or are one
-/// and the same, do not deceive it.
+/// Appends a mesh to the caller's lists; on false they are as they were. Also correct when the lists share
+/// storage or are one object.
 template <class Targets>
-bool publish(line<Targets> const& mesh, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
-    typename Targets::list& out_targets)
+[[nodiscard]] bool publish(line<Targets> const& mesh, dense1D<unsigned>& out_indices,
+    dense1D<double>& out_params, typename Targets::list& out_targets)
 {
     line<Targets> const before{out_indices, out_params, out_targets};
     std::size_t const added = mesh.size();
@@ -51,12 +51,13 @@ int mesh_chain(dense2D<double>& coords, line<Targets> const& chain, span_rule co
 {
     std::size_t const base_columns = coords.cols();
     line<Targets> mesh;
-    int status = mesh_span(coords, chain, rule, mesh);
-    if (status == 0 && rule.deviation_tolerance > 0 && mesh.size() < rule.max_elements + 1)
-        status = refine_span(coords, chain, rule, base_columns, mesh);
-    if (status == 0 && !publish(mesh, out_indices, out_params, out_targets)) status = no_storage;
-    if (status != 0) static_cast<void>(coords.resize(coords.rows(), base_columns)); // to fewer: cannot fail
-    return status;
+    bool is_done = mesh_span(coords, chain, rule, mesh);
+    if (is_done && rule.deviation_tolerance > 0 && mesh.elements() < rule.max_elements)
+        is_done = refine_span(coords, chain, rule, base_columns, mesh);
+    if (is_done && publish(mesh, out_indices, out_params, out_targets)) return 0;
+
+    truncate(coords, base_columns);
+    return no_storage;
 }
 
 /// Sets `params` to the chord length from the first chain entry to each one; returns the last of them.
@@ -93,11 +94,8 @@ int mesh_by_chord_length(dense2D<double> const& coords, dense1D<unsigned> const&
 
     dense1D<double> params;
     if (!params.resize(n, 0.0)) return no_storage;
-    double total = 0;
-    by_dimension(coords, [&](auto dim) {
-        total = chord_lengths<dim>(coords, indices, params);
-        return 0;
-    });
+    double const total =
+        by_dimension(coords, [&](auto dim) { return chord_lengths<dim>(coords, indices, params); });
     if (total == 0 || std::isnan(total)) return bad_argument(2);
     double const r = 1 / total;
     if (r != 1)
@@ -113,7 +111,7 @@ int mesh_by_chord_length(dense2D<double> const& coords, dense1D<unsigned> const&
 int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& params,
     dense1D<double> const& sizes, bool force_even, unsigned min_elements, unsigned max_elements,
     double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
-    dense1D<double>& out_sizes)
+    dense1D<double>& out_sizes) noexcept
 {
     out_params.clear();
     std::size_t const n = indices.size();
@@ -133,7 +131,7 @@ int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D
 int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& params,
     dense2D<double> const& metrics, bool force_even, unsigned min_elements, unsigned max_elements,
     double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
-    dense2D<double>& out_metrics)
+    dense2D<double>& out_metrics) noexcept
 {
     out_params.clear();
     std::size_t const n = indices.size();
@@ -156,7 +154,8 @@ int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D
 
 int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& sizes,
     bool force_even, unsigned min_elements, unsigned max_elements, double deviation_tolerance,
-    double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params, dense1D<double>& out_sizes)
+    double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
+    dense1D<double>& out_sizes) noexcept
 {
     return mesh_by_chord_length(coords, indices, [&](dense1D<double> const& params) {
         return mesh_line(coords, indices, params, sizes, force_even, min_elements, max_elements,
@@ -167,7 +166,7 @@ int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D
 int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense2D<double> const& metrics,
     bool force_even, unsigned min_elements, unsigned max_elements, double deviation_tolerance,
     double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
-    dense2D<double>& out_metrics)
+    dense2D<double>& out_metrics) noexcept
 {
     return mesh_by_chord_length(coords, indices, [&](dense1D<double> const& params) {
         return mesh_line(coords, indices, params, metrics, force_even, min_elements, max_elements,

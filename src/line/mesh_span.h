@@ -8,19 +8,10 @@
 #include <trelk/dense2D.h>
 #include <vornik1d/vornik1d.h>
 
-#include "front_door.h"
-#include "line/columns.h"
+#include "arrays/columns.h"
 #include "line/line.h"
 
 namespace trelk::vornik1d {
-
-/// `numbers` becomes first, first + 1, ..., `count` of them.
-[[nodiscard]] inline bool count_from(unsigned first, std::size_t count, dense1D<unsigned>& numbers) noexcept
-{
-    if (!numbers.resize(count)) return false;
-    std::iota(numbers.begin(), numbers.end(), first);
-    return true;
-}
 
 /// Meshes one chain by its targets alone, in passes: each places nodes along the polyline of the pass before,
 /// whose nodes have been moved back onto the chain, until the node count stops falling. (It can fall because
@@ -31,17 +22,15 @@ namespace trelk::vornik1d {
 template <class Targets>
 int mesh_span(dense2D<double>& coords, line<Targets> const& chain, span_rule const& rule, line<Targets>& mesh)
 {
-    constexpr int N = Targets::dimension;
     std::size_t const n = chain.size();
-    if (!can_be_numbered(n)) return no_storage;
+    if (!can_be_numbered(n)) return false;
 
     // Columns 0 to n - 1 hold the chain's nodes, those behind them the nodes of the latest pass.
     dense2D<double> work_coords;
-    line<Targets> numbered{{}, chain.params, chain.targets};
-    if (!gather_columns(coords, chain.nodes, work_coords) || !count_from(0, n, numbered.nodes))
-        return no_storage;
+    line<Targets> numbered;
+    if (!gather_chain(coords, chain, work_coords, numbered)) return false;
     if (rule.deviation_tolerance < 0) {
-        if (!numbered.targets.copy(chain.targets)) return no_storage;
+        if (!numbered.targets.copy(chain.targets)) return false;
         Targets::limit_by_curvature(work_coords, numbered, rule);
     }
 
@@ -55,16 +44,18 @@ int mesh_span(dense2D<double>& coords, line<Targets> const& chain, span_rule con
         Targets::place(work_coords, *work, rule, new_coords, next);
         m = new_coords.cols();
         std::size_t const columns = n + m;
-        if (!can_be_numbered(std::max(n, coords.cols()) + m) || !next.resize(m + 2)) return no_storage;
+        if (!can_be_numbered(std::max(n, coords.cols()) + m) || !next.resize(m + 2)) return false;
         next.copy_entry(numbered, 0, 0);
         std::iota(next.nodes.begin() + 1, next.nodes.begin() + 1 + m, static_cast<unsigned>(n));
         next.copy_entry(numbered, n - 1, m + 1);
         work = &next;
 
         bool const is_straight = n == 2; // one pass is exact
-        if (is_straight || columns >= previous || m + 1 == rule.min_elements) break;
+        bool const cannot_fall = m + 1 == rule.min_elements;
+        if (is_straight || columns >= previous || cannot_fall) break;
 
-        if (!work_coords.resize(N, n) || !append_columns(new_coords, work_coords)) return no_storage;
+        truncate(work_coords, n);
+        if (!append_columns(new_coords, work_coords)) return false;
         // The nodes of the first pass lie on the chain already; later ones lie on chords of the pass before.
         // Refused are parameters that rounding has made fall, and the nodes then stay where they are.
         if (pass > 0)
@@ -74,12 +65,12 @@ int mesh_span(dense2D<double>& coords, line<Targets> const& chain, span_rule con
     }
 
     auto const base = static_cast<unsigned>(coords.cols());
-    if (!append_columns(new_coords, coords)) return no_storage;
+    if (!append_columns(new_coords, coords)) return false;
     mesh = *work;
     mesh.nodes[0] = chain.nodes[0];
     std::iota(mesh.nodes.begin() + 1, mesh.nodes.begin() + 1 + m, base);
     mesh.nodes[m + 1] = chain.nodes[n - 1];
-    return 0;
+    return true;
 }
 
 } // namespace trelk::vornik1d

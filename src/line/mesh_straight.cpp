@@ -5,9 +5,9 @@
 
 #include <vornik/toolkit.h>
 
+#include "arrays/append.h"
 #include "front_door.h"
 #include "line/line.h"
-#include "placement/append.h"
 
 namespace trelk::vornik1d {
 
@@ -42,11 +42,11 @@ int mesh_segments(dense2D<double>& coords, dense1D<unsigned> const& indices, Tar
         status = mesh_line(coords, indices.sub_vector(i, 2), ends, part_of(targets, i, 2), force_even, 1,
             no_limit, no_tolerance, 0.0, mesh, mesh_params, mesh_targets);
         // The end node of a segment is the first one of the next.
-        if (status == 0) static_cast<void>(mesh.resize(mesh.size() - 1));
+        if (status == 0) truncate(mesh, mesh.size() - 1);
     }
     if (status == 0 && !(mesh.push_back(indices[n - 1]) && append_values(mesh, out_indices)))
         status = no_storage;
-    if (status != 0) static_cast<void>(coords.resize(coords.rows(), base_columns)); // to fewer: cannot fail
+    if (status != 0) truncate(coords, base_columns);
     return status;
 }
 
@@ -71,7 +71,7 @@ double distance(dense2D<double> const& coords, unsigned a, unsigned b)
 } // namespace
 
 int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& sizes,
-    bool force_even, dense1D<unsigned>& out_indices)
+    bool force_even, dense1D<unsigned>& out_indices) noexcept
 {
     std::size_t const n = indices.size();
     if (n == 0) return 0;
@@ -82,7 +82,7 @@ int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices, den
 }
 
 int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices, dense2D<double> const& metrics,
-    bool force_even, dense1D<unsigned>& out_indices)
+    bool force_even, dense1D<unsigned>& out_indices) noexcept
 {
     std::size_t const n = indices.size();
     if (n == 0) return 0;
@@ -94,7 +94,7 @@ int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices, den
 }
 
 int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices, unsigned element_count,
-    bool force_even, dense1D<unsigned>& out_indices)
+    bool force_even, dense1D<unsigned>& out_indices) noexcept
 {
     if (element_count == 0) return 0;
     if (indices.size() < 2 || !vornik::check_IDs(indices, coords.cols())) return bad_argument(2);
@@ -107,7 +107,7 @@ int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices, uns
 }
 
 int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b, double size_a, double size_b,
-    bool force_even, dense1D<unsigned>& out_indices)
+    bool force_even, dense1D<unsigned>& out_indices) noexcept
 {
     if (node_a >= coords.cols()) return bad_argument(2);
     if (node_b >= coords.cols()) return bad_argument(3);
@@ -121,7 +121,7 @@ int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b, dou
 }
 
 int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b, unsigned element_count,
-    dense1D<unsigned>& out_indices)
+    dense1D<unsigned>& out_indices) noexcept
 {
     if (element_count == 0) return 0;
     if (node_a >= coords.cols()) return bad_argument(2);
@@ -132,7 +132,7 @@ int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b, uns
 }
 
 int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b, unsigned node_c,
-    unsigned element_count, dense1D<unsigned>& out_indices)
+    unsigned element_count, dense1D<unsigned>& out_indices) noexcept
 {
     if (element_count == 0) return 0;
     if (node_a >= coords.cols()) return bad_argument(2);

@@ -5,9 +5,9 @@
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 
+#include "arrays/append.h"
 #include "line/curvature_limit.h"
 #include "line/line.h"
-#include "placement/append.h"
 #include "placement/place_nodes_iso.h"
 
 namespace trelk::vornik1d {

@@ -6,7 +6,7 @@
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 
-#include "line/columns.h"
+#include "arrays/columns.h"
 #include "line/curvature_limit.h"
 #include "line/line.h"
 #include "metric/tensor.h"
@@ -59,8 +59,8 @@ struct tensor_targets
     static void place(dense2D<double> const& coords, line<tensor_targets> const& chain, span_rule const& rule,
         dense2D<double>& new_coords, line<tensor_targets>& mesh)
     {
-        // The result is not read: without storage for new nodes, or with tensors that cannot be reduced, there
-        // are none.
+        // The result is not read: without storage for new nodes, or with tensors that cannot be reduced,
+        // there are none.
         place_nodes_aniso<N>(coords, chain.nodes, chain.params, chain.targets, 0.0, rule.force_even,
             rule.min_elements, rule.max_elements, new_coords, mesh.targets, mesh.params, 1);
     }

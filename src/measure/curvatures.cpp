@@ -2,8 +2,8 @@
 
 #include <vornik/toolkit.h>
 
+#include "arrays/vectors.h"
 #include "front_door.h"
-#include "placement/vectors.h"
 
 namespace trelk::vornik1d {
 
@@ -52,7 +52,8 @@ void curvatures_of(dense2D<double> const& coords, dense1D<unsigned> const& indic
 
 } // namespace
 
-int curvatures(dense2D<double> const& coords, dense1D<unsigned> const& indices, dense1D<double>& result)
+int curvatures(
+    dense2D<double> const& coords, dense1D<unsigned> const& indices, dense1D<double>& result) noexcept
 {
     result.clear();
     if (indices.empty()) return 0;
@@ -61,10 +62,8 @@ int curvatures(dense2D<double> const& coords, dense1D<unsigned> const& indices, 
     if (!result.resize(indices.size(), 0.0)) return no_storage;
     if (indices.size() < 3) return 0;
 
-    return by_dimension(coords, [&](auto dim) {
-        curvatures_of<dim>(coords, indices, result);
-        return 0;
-    });
+    by_dimension(coords, [&](auto dim) { curvatures_of<dim>(coords, indices, result); });
+    return 0;
 }
 
 } // namespace trelk::vornik1d

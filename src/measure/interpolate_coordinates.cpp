@@ -29,7 +29,8 @@ chain_position position_at(dense1D<double> const& params, std::size_t k, double 
 } // namespace
 
 int interpolate_coordinates(dense2D<double>& coords, dense1D<unsigned> const& indices,
-    dense1D<double> const& params, dense1D<unsigned> const& new_indices, dense1D<double> const& new_params)
+    dense1D<double> const& params, dense1D<unsigned> const& new_indices,
+    dense1D<double> const& new_params) noexcept
 {
     if (params.size() != indices.size()) return bad_argument(2);
     if (!is_non_decreasing(params)) return bad_argument(3);

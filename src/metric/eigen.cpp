@@ -5,8 +5,8 @@
 #include <cstddef>
 
 /// LAPACK: all eigenvalues, ascending, and for job 'V' the eigenvectors, as the columns of z, of a symmetric
-/// matrix of order n, packed. `ap` is overwritten; `work` has 3n values. The last two arguments are the lengths
-/// of the two texts, as Fortran passes them.
+/// matrix of order n, packed. `ap` is overwritten; `work` has 3n values. The last two arguments are the
+/// lengths of the two texts, as Fortran passes them.
 extern "C" void dspev_(char const* job, char const* triangle, int const* n, double* ap, double* w, double* z,
     int const* ldz, double* work, int* info, std::size_t, std::size_t);
 

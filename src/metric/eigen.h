@@ -13,8 +13,8 @@ struct eigen_system
 };
 
 /// Of the matrix with rows (a, b) and (b, c), in closed form. The second vector is the first one turned by a
-/// right angle; they have unit length if `normalize` is set, or where the matrix is a multiple of the identity.
-/// False when an eigenvalue is not finite; there are no vectors then.
+/// right angle; they have unit length if `normalize` is set, or where the matrix is a multiple of the
+/// identity. False when an eigenvalue is not finite; there are no vectors then.
 [[nodiscard]] bool symmetric_eigen_2d(double a, double b, double c, bool normalize, eigen_system<2>& e);
 
 /// The eigenvalues alone.

@@ -24,8 +24,8 @@ int check_parameters(dense1D<double> const& params, bool is_parallel, dense1D<do
     return 0;
 }
 
-/// Calls `sample(k, lo, hi, t)` for each entry k of `new_params`: it lies at fraction t of the way from entry lo
-/// of `params` to entry hi.
+/// Calls `sample(k, lo, hi, t)` for each entry k of `new_params`: it lies at fraction t of the way from entry
+/// lo of `params` to entry hi.
 template <class Sample>
 void sample_along(dense1D<double> const& params, dense1D<double> const& new_params, Sample sample)
 {
@@ -83,7 +83,7 @@ void sample_tensors(dense1D<double> const& params, dense2D<double> const& metric
 } // namespace
 
 int interpolate_metrics(dense1D<double> const& params, dense1D<double> const& sizes,
-    dense1D<double> const& new_params, dense1D<double>& new_sizes)
+    dense1D<double> const& new_params, dense1D<double>& new_sizes) noexcept
 {
     new_sizes.clear();
     if (new_params.empty()) return 0;
@@ -96,7 +96,7 @@ int interpolate_metrics(dense1D<double> const& params, dense1D<double> const& si
 }
 
 int interpolate_metrics(dense1D<double> const& params, dense2D<double> const& metrics,
-    dense1D<double> const& new_params, dense2D<double>& new_metrics)
+    dense1D<double> const& new_params, dense2D<double>& new_metrics) noexcept
 {
     new_metrics.clear();
     if (new_params.empty()) return 0;

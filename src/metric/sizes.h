@@ -11,8 +11,8 @@ namespace trelk::vornik1d {
 
 constexpr double largest = 1.7976931348623157e308; // stands for an unlimited size or eigenvalue
 
-/// Turns eigenvalues into sizes, in place. 0, and a negative value that is rounding of the largest one, have an
-/// unlimited size; another negative value gives NaN.
+/// Turns eigenvalues into sizes, in place. 0, and a negative value that is rounding of the largest one, have
+/// an unlimited size; another negative value gives NaN.
 template <std::size_t N>
 void inverse_sqrt_guarded(vector<N>& values)
 {
@@ -27,8 +27,8 @@ void inverse_sqrt_guarded(vector<N>& values)
     }
 }
 
-/// 1/h^2, kept from overflow: `largest` for sizes below 2^-511 (NaN included), 0 for those whose square is beyond
-/// a double.
+/// 1/h^2, kept from overflow: `largest` for sizes below 2^-511 (NaN included), 0 for those whose square is
+/// beyond a double.
 inline double inverse_square_guarded(double h)
 {
     constexpr double small_root = 1.4916681462400413e-154;
@@ -45,9 +45,9 @@ void inverse_square_guarded(vector<N>& values)
 }
 
 /// Brings the sizes of a tensor into [h_min, h_max] along its own axes; a bound that is not positive does not
-/// count. True when the tensor has changed and its new smallest eigenvalue is positive. It is left as it is, and
-/// the result is false, where no size is out of bounds, where a new eigenvalue is not strictly between 0 and
-/// `largest`, and where it has no eigenvalues.
+/// count. True when the tensor has changed and its new smallest eigenvalue is positive. It is left as it is,
+/// and the result is false, where no size is out of bounds, where a new eigenvalue is not strictly between 0
+/// and `largest`, and where it has no eigenvalues.
 bool clamp_metric_sizes(tensor<2>& m, double h_min, double h_max);
 bool clamp_metric_sizes(tensor<3>& m, double h_min, double h_max);
 

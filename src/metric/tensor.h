@@ -5,6 +5,8 @@
 #include <trelk/symmetric_fixed.h>
 #include <trelk/vector_fixed.h>
 
+#include "arrays/vectors.h"
+
 // Symmetric tensors in N = 2 or 3 dimensions, packed as in `symmetric_fixed`, and what is the same for both.
 
 namespace trelk::vornik1d {
@@ -33,11 +35,6 @@ double dot(vector<N> const& a, vector<N> const& b)
     double sum = a[0] * b[0];
     for (std::size_t r = 1; r < N; ++r) sum += a[r] * b[r];
     return sum;
-}
-
-inline vector<3> cross(vector<3> const& a, vector<3> const& b)
-{
-    return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
 }
 
 /// d^T M d, summed in the order of the packed entries: the squared length of d in the metric M.

@@ -8,8 +8,8 @@
 #include <trelk/dense2D.h>
 #include <trelk/vector_fixed.h>
 
+#include "arrays/vectors.h"
 #include "placement/size_law.h"
-#include "placement/vectors.h"
 
 namespace trelk::vornik1d {
 
@@ -27,12 +27,12 @@ namespace trelk::vornik1d {
 ///
 /// The chain has at least two entries, each a column of `coords`; `params` has one value per entry or none.
 /// `new_coords` and `new_params` are replaced: one column and, where `params` has values, one value per new
-/// node. Around the values of the new nodes, parameters and targets have `margin` entries more on either side,
-/// for the caller to stitch the ends on. A chain of metric length below `min_metric_length`, or NaN, gets no
-/// node, and the outputs are empty then.
+/// node. Around the values of the new nodes, parameters and targets have `margin` entries more on either
+/// side, for the caller to stitch the ends on. A chain of metric length below `min_metric_length`, or NaN,
+/// gets no node, and the outputs are empty then.
 ///
-/// Returns the metric length of the chain, or 0.0 with empty outputs where storage is not available or a segment
-/// cannot be entered.
+/// Returns the metric length of the chain, or 0.0 with empty outputs where storage is not available or a
+/// segment cannot be entered.
 template <int N, class Field>
 double place_nodes(dense2D<double> const& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& params, Field& field, double min_metric_length, bool force_even,

@@ -8,8 +8,8 @@
 
 namespace trelk::vornik1d {
 
-/// `place_nodes` for target sizes, one per chain entry. `new_sizes` is replaced: the size at each new node, and
-/// `margin` entries more on either side.
+/// `place_nodes` for target sizes, one per chain entry. `new_sizes` is replaced: the size at each new node,
+/// and `margin` entries more on either side.
 template <int N>
 double place_nodes_iso(dense2D<double> const& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& params, dense1D<double> const& sizes, double min_metric_length, bool force_even,

@@ -88,8 +88,8 @@ public:
         return true;
     }
 
-    /// Makes room for n values, so that growing up to n cannot fail. Storage that has to grow grows to `growth`
-    /// times its capacity if it can: 1 where the final size is known, 2 where values keep coming.
+    /// Makes room for n values, so that growing up to n cannot fail. Storage that has to grow grows to
+    /// `growth` times its capacity if it can: 1 where the final size is known, 2 where values keep coming.
     [[nodiscard]] bool reserve(std::size_t n, unsigned growth = 1) noexcept
     {
         return base::fit(n, size_, growth);

@@ -1,8 +1,8 @@
-#include "line/columns.h"
+#include "arrays/columns.h"
 
 #include <algorithm>
 
-#include "placement/append.h"
+#include "arrays/append.h"
 
 namespace trelk::vornik1d {
 

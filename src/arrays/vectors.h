@@ -25,4 +25,9 @@ double norm(vector_fixed<double, N> const& d)
     return std::sqrt(square);
 }
 
+inline vector_fixed<double, 3> cross(vector_fixed<double, 3> const& a, vector_fixed<double, 3> const& b)
+{
+    return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
+}
+
 } // namespace trelk::vornik1d

@@ -9,6 +9,19 @@
 
 namespace trelk::vornik1d {
 
+/// Keeps the first `count` values or columns, of which there are as many. Cutting cannot fail.
+template <class T>
+void truncate(dense1D<T>& list, std::size_t count) noexcept
+{
+    static_cast<void>(list.resize(count));
+}
+
+template <class T>
+void truncate(dense2D<T>& matrix, std::size_t count) noexcept
+{
+    static_cast<void>(matrix.resize(matrix.rows(), count));
+}
+
 /// Room to ask for when `added` values or columns join `present` ones: doubling at least, so that appending
 /// again and again stays linear.
 constexpr std::size_t grown(std::size_t present, std::size_t added) noexcept

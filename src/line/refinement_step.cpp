@@ -1,0 +1,46 @@
+#include "line/refinement_step.h"
+
+#include <algorithm>
+
+namespace trelk::vornik1d {
+
+namespace {
+
+// Where a deviation does not answer to more elements (parameters that repeat, a detour between chain nodes),
+// a range is meshed again as a whole so often without bringing it nearer to the threshold by the share below,
+// and then split. Where the deviation is that of chords of a curve, one step is enough.
+constexpr unsigned most_stalled_remeshings = 1000;
+constexpr double least_gain = 1e-3;
+
+} // namespace
+
+refinement_step decide(
+    deviation_scan const& scan, span_task const& task, std::size_t elements, bool force_even)
+{
+    bool const is_odd = elements % 2 == 1;
+    if (!(scan.largest >= scan.threshold) && !(force_even && is_odd)) return {};
+
+    // A remeshing of the whole that brings no more elements would bring them again and again.
+    if (task.replaced_elements > 0 && elements <= task.replaced_elements) return {};
+
+    // More elements shorten all of them by a ratio; a chord's deviation goes with the square of its length.
+    std::size_t const more = force_even && !is_odd ? elements + 2 : elements + 1;
+    double const ratio = static_cast<double>(elements) / static_cast<double>(more);
+    bool const is_spread = scan.mean > 0.5 * scan.largest && ratio * ratio * scan.largest < scan.threshold;
+
+    span_task again{task.first, task.last, is_spread ? more : 1, elements, scan.largest, 0};
+    if (task.replaced_elements > 0) {
+        double const excess = task.least_deviation - scan.threshold;
+        bool const has_gained = task.least_deviation - scan.largest >= least_gain * excess;
+        again.least_deviation = std::min(task.least_deviation, scan.largest);
+        again.stalled = task.stalled + (has_gained ? 0 : 1);
+    }
+
+    bool const can_be_split = scan.split < task.last - task.first;
+    bool const is_stalled = again.stalled >= most_stalled_remeshings;
+    if (can_be_split && (!is_spread || is_stalled)) return {action::split, scan.split, {}};
+    if (is_stalled) return {};
+    return {action::remesh, 0, again};
+}
+
+} // namespace trelk::vornik1d
