@@ -4,8 +4,8 @@
 
 using namespace trelk;
 
-// Every allocation of `mesh_line` in turn, alone and with all behind it, is refused. What reports it leaves the
-// arguments as they were; what need not (a placement without storage places nothing) leaves a sound mesh.
+// Every allocation of `mesh_line` in turn, alone and with all behind it, is refused. What reports it leaves
+// the arguments as they were; what need not (a placement without storage places nothing) leaves a sound mesh.
 TEST(allocation_failures, of_mesh_line_leave_the_arguments_as_they_were)
 {
     using extent = failing_allocations::extent;
@@ -42,16 +42,4 @@ TEST(allocation_failures, of_mesh_line_leave_the_arguments_as_they_were)
                 }
                 EXPECT_GT(refused, 5);
             }
-}
-
-TEST(allocation_failures, of_curvatures)
-{
-    auto const coords = arc(30, 4);
-    auto const chain = nodes_up_to(31);
-    for (std::size_t const number : {0U, 1U}) {
-        dense1D<double> result;
-        failing_allocations const failing(number, failing_allocations::extent::one);
-        EXPECT_EQ(vornik1d::curvatures(coords, chain, result), -199);
-        EXPECT_TRUE(result.empty());
-    }
 }

@@ -3,8 +3,6 @@
 #include <cstdint>
 #include <random>
 
-#include <trelk/symmetric_fixed.h>
-
 #include "support.h"
 
 using namespace trelk;
@@ -102,13 +100,4 @@ TEST(dense2D, views_share_values)
     row.as_vector()[0] = -1; // its values do not stand side by side: a copy
     EXPECT_EQ(std::vector<double>(values, values + 4), (std::vector<double>{10, 2, 3, 40}));
     EXPECT_EQ(own(0, 0), 1);
-}
-
-TEST(symmetric_fixed, is_packed_column_by_column)
-{
-    symmetric_fixed<double, 3> const t{0, 1, 2, 3, 4, 5};
-    EXPECT_EQ(t(0, 1), t[1]);
-    EXPECT_EQ(t(2, 0), t[3]);
-    EXPECT_EQ(t(1, 2), t[4]);
-    EXPECT_EQ(t(2, 2), t[5]);
 }

@@ -2,6 +2,7 @@
 # The shared library exports its public functions and what callers need of the containers, nothing else.
 # Usage: exported_symbols.sh LIBRARY
 set -euo pipefail
+export LC_ALL=C
 
 containers='^((vtable|typeinfo|typeinfo name) for )?trelk::(sumvane::ref_counted|vector_num<|__vector_num_)'
 instrumentation='^(__asan|__odr_asan|__ubsan|__tsan|__gcov|gcov|typeinfo (name )?for [^:]*\()'

@@ -26,7 +26,7 @@ TEST(curvatures, of_known_chains)
 TEST(curvatures, statuses)
 {
     auto const status = [](dense2D<double> const& coords, dense1D<unsigned> const& chain) {
-        auto result = reals({1, 2});
+        dense1D<double> result;
         int const code = curvatures(coords, chain, result);
         EXPECT_EQ(result.size(), code == 0 ? chain.size() : 0U);
         return code;
@@ -35,9 +35,10 @@ TEST(curvatures, statuses)
     EXPECT_EQ(status(columns({{1, 2, 3, 4, 5}}), nodes({0})), -1);
     EXPECT_EQ(status(columns({{1, 2}}), nodes({0, 1})), -2);
     EXPECT_EQ(status(columns({{1, 2}}), nodes({0})), 0);
+    auto const line = arc(5, 1);
+    auto const chain = nodes_up_to(6);
     failing_allocations const none(0, failing_allocations::extent::all_behind);
-    dense1D<double> result;
-    EXPECT_EQ(curvatures(dense2D<double>(), nodes_up_to(0), result), 0);
+    EXPECT_EQ(status(line, chain), -199);
 }
 
 TEST(interpolate_coordinates, agrees_with_linear_search)

@@ -78,18 +78,12 @@ TEST(mesh_line, arguments_may_share_storage)
     ASSERT_EQ(m.run(), 0);
     EXPECT_EQ(values_of(m.out_indices.sub_vector(21, 1000)), own.mesh());
     EXPECT_EQ(values_of(m.coords), values_of(own.coords));
-
-    // One list for two outputs holds both, one behind the other.
-    dense1D<double> both;
-    dense1D<unsigned> mesh;
-    ASSERT_EQ(
-        vornik1d::mesh_line(m.coords, m.indices, m.sizes, false, 1, no_limit, 0, 0, mesh, both, both), 0);
-    EXPECT_EQ(both.size(), 2 * mesh.size());
 }
 
 TEST(mesh_line, tolerance_regimes_without_refinement)
 {
-    // On a circle of radius 1 a negative tolerance bounds sizes by h^2 / 8 = -tolerance, but not below min_size.
+    // On a circle of radius 1 a negative tolerance bounds sizes by h^2 / 8 = -tolerance, but not below
+    // min_size.
     struct
     {
         double tolerance, min_size, first, last;
