@@ -4,6 +4,7 @@
 
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
+#include <trelk/symmetric_fixed.h>
 
 namespace trelk::vornik {
 
@@ -23,5 +24,48 @@ bool are_valid_metrics(dense1D<double> const& sizes) noexcept;
 /// True when every column is a finite, positive definite tensor, packed as in `symmetric_fixed`: 3 rows in
 /// the plane, 6 in space. An empty list passes, whatever its row count.
 bool are_valid_metrics(dense2D<double> const& metrics) noexcept;
+
+/// Each size becomes min(max(size, low), high).
+void bound_metrics(dense1D<double>& sizes, double low, double high) noexcept;
+
+/// Lowers the sizes of a tensor along its own axes to the smaller of two bounds; the axes stay.
+template <std::size_t N>
+void bound_metric(symmetric_fixed<double, N>& metric, double first, double second) noexcept;
+
+/// The intersection of two metrics: a metric in which every vector is at least as long as in either, and that
+/// is one of them along each of their common directions. A tensor that is all zero asks for nothing and gives
+/// the other one; equal tensors give that tensor, bit for bit. Where neither tensor is definite, it is their
+/// sum. `result` may be one of the two.
+template <std::size_t N>
+void minimum_metric(symmetric_fixed<double, N> const& first, symmetric_fixed<double, N> const& second,
+    symmetric_fixed<double, N>& result) noexcept;
+
+/// `metrics` becomes one isotropic tensor of 3 or 6 rows per size. False without storage, with it as it was.
+bool metrics_iso_to_aniso2d(dense1D<double> const& sizes, dense2D<double>& metrics) noexcept;
+bool metrics_iso_to_aniso3d(dense1D<double> const& sizes, dense2D<double>& metrics) noexcept;
+
+/// Lowers targets so that they do not grow by more than `max_gradation` per length along the edges of a mesh,
+/// in one sweep over the edges in their order and one back.
+///
+/// Sizes: along an edge of length d the size at one end is at most that at the other plus max_gradation * d.
+/// Tensors: at one end stands the intersection of its tensor with that of the other end divided by
+/// (1 + max_gradation * l)^2, l being the edge's length in the latter (Alauzet, Size gradation control of
+/// anisotropic meshes, 2010, homogeneous growth); for isotropic tensors this is the rule for sizes.
+///
+/// @param coords   2 or 3 rows, a node per column.
+/// @param connect  an edge per column, its end nodes in rows 0 and 1; an edge with a node that `coords` or
+///                 `target` does not have is passed over.
+/// @param nodes    the nodes whose targets may change; all of them if it is empty.
+/// @param both_ends  false bounds the second node of an edge by the first one alone.
+/// @param mode     the rule of growth: -1 for sizes, 0 (homogeneous) for tensors; there are no others.
+/// @param max_gradation  growth of size per length; what is not at least 0 bounds nothing.
+/// @param[in,out] target  a size per node, or a tensor of 3 or 6 rows per node for 2 or 3 rows of `coords`.
+/// Without storage for a list of the nodes the target stays as it is.
+void bound_metric_gradations(dense2D<double> const& coords, dense2D<unsigned> const& connect,
+    element_type type, dense1D<unsigned> const& nodes, bool both_ends, int mode, double max_gradation,
+    dense1D<double>& target) noexcept;
+void bound_metric_gradations(dense2D<double> const& coords, dense2D<unsigned> const& connect,
+    element_type type, dense1D<unsigned> const& nodes, bool both_ends, int mode, double max_gradation,
+    dense2D<double>& target) noexcept;
 
 } // namespace trelk::vornik

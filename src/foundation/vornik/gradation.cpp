@@ -1,0 +1,88 @@
+#include <vornik/toolkit.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "arrays/vectors.h"
+#include "metric/tensor.h"
+
+namespace trelk::vornik {
+
+namespace {
+
+using vornik1d::edge_vector;
+using vornik1d::packed_rows;
+using vornik1d::quadratic_form;
+using vornik1d::tensor;
+using vornik1d::tensor_at;
+
+/// Calls `bound(from, to)` for the nodes of each edge that may change, forth and back over all edges.
+template <class Bound>
+void sweep(dense2D<unsigned> const& connect, std::size_t node_count, dense1D<unsigned> const& nodes,
+    bool both_ends, Bound bound)
+{
+    if (connect.rows() < 2) return;
+    dense1D<unsigned> may_change;
+    if (!may_change.resize(node_count, nodes.empty() ? 1 : 0)) return;
+    for (unsigned const node : nodes)
+        if (node < node_count) may_change[node] = 1;
+
+    auto const visit = [&](std::size_t e) {
+        unsigned const a = connect(0, e);
+        unsigned const b = connect(1, e);
+        if (a >= node_count || b >= node_count) return;
+        if (may_change[b]) bound(a, b);
+        if (both_ends && may_change[a]) bound(b, a);
+    };
+    std::size_t const edges = connect.cols();
+    for (std::size_t e = 0; e < edges; ++e) visit(e);
+    for (std::size_t e = edges; e-- > 0;) visit(e);
+}
+
+template <std::size_t N>
+void bound_tensors(dense2D<double> const& coords, dense2D<unsigned> const& connect,
+    dense1D<unsigned> const& nodes, bool both_ends, double max_gradation, dense2D<double>& target)
+{
+    auto const bound = [&](unsigned from, unsigned to) {
+        auto const m = tensor_at<N>(target.col(from));
+        auto const d = edge_vector<N>(coords.col(from), coords.col(to));
+        double const growth = 1 + max_gradation * std::sqrt(quadratic_form(m.values, d));
+        if (!std::isfinite(growth)) return;
+        tensor<N> grown = m;
+        for (double& v : grown.values) v /= growth * growth;
+
+        auto own = tensor_at<N>(target.col(to));
+        minimum_metric(own, grown, own);
+        std::copy_n(own.values, packed_rows<N>, target.col(to));
+    };
+    sweep(connect, std::min(coords.cols(), target.cols()), nodes, both_ends, bound);
+}
+
+} // namespace
+
+void bound_metric_gradations(dense2D<double> const& coords, dense2D<unsigned> const& connect, element_type,
+    dense1D<unsigned> const& nodes, bool both_ends, int, double max_gradation,
+    dense1D<double>& target) noexcept
+{
+    if (!(max_gradation >= 0)) return;
+    auto const bound = [&](unsigned from, unsigned to) {
+        double square = 0;
+        for (std::size_t r = 0; r < coords.rows(); ++r)
+            square += (coords(r, to) - coords(r, from)) * (coords(r, to) - coords(r, from));
+        target[to] = std::min(target[to], target[from] + max_gradation * std::sqrt(square));
+    };
+    sweep(connect, std::min(coords.cols(), target.size()), nodes, both_ends, bound);
+}
+
+void bound_metric_gradations(dense2D<double> const& coords, dense2D<unsigned> const& connect, element_type,
+    dense1D<unsigned> const& nodes, bool both_ends, int, double max_gradation,
+    dense2D<double>& target) noexcept
+{
+    if (!(max_gradation >= 0)) return;
+    if (coords.rows() == 2 && target.rows() == packed_rows<2>)
+        bound_tensors<2>(coords, connect, nodes, both_ends, max_gradation, target);
+    if (coords.rows() == 3 && target.rows() == packed_rows<3>)
+        bound_tensors<3>(coords, connect, nodes, both_ends, max_gradation, target);
+}
+
+} // namespace trelk::vornik
