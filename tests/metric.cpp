@@ -1,0 +1,218 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include <vornik/toolkit.h>
+
+#include "metric/eigen.h"
+#include "metric/metric_interpolator.h"
+#include "support.h"
+
+using namespace trelk;
+using namespace trelk::vornik1d;
+
+namespace {
+
+std::mt19937 random_bits(17);
+
+double uniform(double low, double high)
+{
+    return std::uniform_real_distribution<double>(low, high)(random_bits);
+}
+
+template <std::size_t N>
+vector<N> random_direction()
+{
+    vector<N> d;
+    for (double& x : d.values) x = uniform(-1, 1);
+    return d;
+}
+
+/// R^T D R for a random matrix R near a rotation, with condition up to about 10^`decades`.
+template <std::size_t N>
+tensor<N> random_tensor(double decades)
+{
+    vector<N> basis[N];
+    for (std::size_t i = 0; i < N; ++i) { // Gram and Schmidt
+        basis[i] = random_direction<N>();
+        for (std::size_t k = 0; k < i; ++k) {
+            double const along = dot(basis[i], basis[k]);
+            for (std::size_t r = 0; r < N; ++r) basis[i][r] -= along * basis[k][r];
+        }
+        double const length = norm(basis[i]);
+        for (double& x : basis[i].values) x /= length;
+    }
+    vector<N> values;
+    for (double& v : values.values) v = std::pow(10, uniform(0, decades));
+    return recompose_metric(values, basis);
+}
+
+/// a^T M b.
+template <std::size_t N>
+double bilinear_form(tensor<N> const& m, vector<N> const& a, vector<N> const& b)
+{
+    double sum = 0;
+    for (std::size_t i = 0; i < N; ++i)
+        for (std::size_t j = 0; j < N; ++j) sum += a[i] * m(i, j) * b[j];
+    return sum;
+}
+
+template <std::size_t N>
+double largest_entry(tensor<N> const& m)
+{
+    double result = 0;
+    for (double const v : m.values) result = std::max(result, std::abs(v));
+    return result;
+}
+
+template <std::size_t N>
+void expect_near(tensor<N> const& m, tensor<N> const& expected, double relative)
+{
+    for (std::size_t k = 0; k < packed_rows<N>; ++k)
+        ASSERT_NEAR(m[k], expected[k], relative * largest_entry(expected)) << k;
+}
+
+template <std::size_t N>
+void check_pairs()
+{
+    for (int round = 0; round < 500; ++round) {
+        double const decades = round % 2 == 0 ? 8 : 5;
+        auto const m0 = random_tensor<N>(decades);
+        auto const m1 = random_tensor<N>(8);
+        metric_interpolator<N> pair;
+        ASSERT_TRUE(pair.build(m0, m1));
+        for (std::size_t i = 0; i < N; ++i)
+            for (std::size_t j = 0; j < i; ++j) {
+                ASSERT_LT(std::abs(bilinear_form(m0, pair.p[i], pair.p[j])), 1e-12 * largest_entry(m0));
+                ASSERT_LT(std::abs(bilinear_form(m1, pair.p[i], pair.p[j])), 1e-10 * largest_entry(m1));
+            }
+        // The second tensor is rebuilt to rounding times the condition of the first.
+        expect_near(recompose_metric(pair.a0, pair.q), m0, 1e-10);
+        expect_near(recompose_metric(pair.a1, pair.q), m1, decades < 6 ? 1e-10 : 5e-8);
+        expect_near(pair.evaluate(0), m0, 1e-10);
+
+        tensor<N> both;
+        vornik::minimum_metric(m0, m1, both);
+        for (std::size_t k = 0; k < 200; ++k) {
+            auto const d = k < N ? pair.p[k] : random_direction<N>();
+            double const asked = std::max(bilinear_form(m0, d, d), bilinear_form(m1, d, d));
+            double const held = bilinear_form(both, d, d);
+            ASSERT_GT(held, asked * (1 - 1e-6));
+            // Along the common directions it touches them.
+            ASSERT_LT(k < N ? held : asked, asked * (1 + 1e-6));
+        }
+    }
+}
+
+} // namespace
+
+TEST(metric, pairs_are_reduced_interpolated_and_intersected)
+{
+    check_pairs<2>();
+    check_pairs<3>();
+}
+
+TEST(metric, intersection_of_tensors_that_ask_for_nothing_or_are_not_definite)
+{
+    tensor<3> const zero{};
+    tensor<3> const m = random_tensor<3>(2);
+    tensor<3> result;
+    for (auto const& [first, second] : {std::pair(zero, m), {m, zero}, {m, m}}) {
+        vornik::minimum_metric(first, second, result);
+        EXPECT_TRUE(std::equal(result.values, result.values + 6, m.values)); // bit for bit
+    }
+    tensor<2> flat{4, 0, 0};
+    vornik::minimum_metric(flat, {0, 0, 9}, flat); // neither is definite; the result is one of the two
+    expect_near(flat, {4, 0, 9}, 0);
+    vornik::minimum_metric({4, 0, 0}, {1, 0, 9}, flat);
+    expect_near(flat, {4, 0, 9}, 1e-15);
+}
+
+TEST(metric, sizes_are_clamped_along_the_axes)
+{
+    tensor<2> m{2.5, 1.5, 2.5}; // 1 along (1, -1), 4 along (1, 1)
+    EXPECT_FALSE(clamp_metric_sizes(m, 0, 0));
+    EXPECT_FALSE(clamp_metric_sizes(m, 0.4, 2));
+    EXPECT_TRUE(clamp_metric_sizes(m, 0, 0.7));
+    expect_near(m, {(4 + 1 / 0.49) / 2, (4 - 1 / 0.49) / 2, (4 + 1 / 0.49) / 2}, 1e-14);
+    vornik::bound_metric(m, 0.5, largest);
+    expect_near(m, {4, 0, 4}, 1e-14);
+    tensor<3> flat{4, 0, 0, 0, 0, 1};
+    EXPECT_TRUE(clamp_metric_sizes(flat, 0, 2));
+    expect_near(flat, {4, 0, 0.25, 0, 0, 1}, 1e-15);
+    for (double const bad : {not_a_number, infinity}) {
+        tensor<2> m2{bad, 0, 1};
+        tensor<3> m3{bad, 0, 1, 0, 0, 1};
+        EXPECT_FALSE(clamp_metric_sizes(m2, 0, 0.5));
+        EXPECT_FALSE(clamp_metric_sizes(m3, 0, 0.5));
+        EXPECT_TRUE(m2[2] == 1 && m3[5] == 1);
+    }
+}
+
+TEST(metric, gradation_bounds_growth_along_edges)
+{
+    std::size_t const n = 40;
+    auto const coords = arc(n, 3, 3);
+    dense2D<unsigned> edges;
+    ASSERT_TRUE(edges.resize(2, n));
+    dense1D<double> sizes(n + 1);
+    for (unsigned k = 0; k < n; ++k) edges(0, k) = k, edges(1, k) = k + 1;
+    for (double& h : sizes) h = uniform(0.01, 2);
+    dense2D<double> metrics;
+    ASSERT_TRUE(vornik::metrics_iso_to_aniso3d(sizes, metrics));
+    auto const edge = vornik::element_type::edge;
+    vornik::bound_metric_gradations(coords, edges, edge, {}, true, -1, 0.3, sizes);
+    vornik::bound_metric_gradations(coords, edges, edge, {}, true, 0, 0.3, metrics);
+    double const step = 2 * std::sin(1.5 / double(n));
+    for (std::size_t k = 0; k <= n; ++k) {
+        EXPECT_LE(std::abs(sizes[k] - sizes[k > 0 ? k - 1 : k]), 0.3 * step * (1 + 1e-12));
+        EXPECT_NEAR(1 / std::sqrt(metrics(5, k)), sizes[k], 1e-9);
+    }
+}
+
+TEST(interpolate_metrics, values_and_tensors)
+{
+    auto const params = reals({0, 1, 1, 3});
+    auto const wanted = reals({0, 0.5, 1, 1 + 1e-13, 2, 3});
+    dense1D<double> values;
+    ASSERT_EQ(interpolate_metrics(params, reals({2, 4, 6, 0}), wanted, values), 0);
+    EXPECT_EQ(values_of(values), (std::vector<double>{2, 3, 4, 6, 0, 0}));
+
+    // Sizes 1 to 2 along the first axis and 1 to 4 along the second.
+    dense2D<double> metrics;
+    auto const ends = columns({{1, 0, 1}, {0.25, 0, 0.0625}});
+    ASSERT_EQ(interpolate_metrics(reals({0, 1}), ends, reals({0, 0.5, 1}), metrics), 0);
+    EXPECT_EQ(values_of(metrics.sub_matrix(0, 2, 3, 1)), values_of(ends.sub_matrix(0, 1, 3, 1)));
+    EXPECT_NEAR(metrics(0, 1), 1 / 2.25, 1e-15);
+    EXPECT_NEAR(metrics(2, 1), 1 / 6.25, 1e-15);
+    ASSERT_EQ(
+        interpolate_metrics(reals({0, 1}), columns({{0, 0, 0}, {1, 0, 1}}), reals({0.5, 1}), metrics), 0);
+    EXPECT_EQ(values_of(metrics), (std::vector<std::vector<double>>{{0, 0, 0}, {1, 0, 1}}));
+    auto const row = columns({{2, 9}, {4, 9}}).sub_matrix(0, 0, 1, 2);
+    ASSERT_EQ(interpolate_metrics(reals({0, 1}), row, reals({0.5}), metrics), 0);
+    EXPECT_EQ(values_of(metrics), (std::vector<std::vector<double>>{{3}}));
+}
+
+TEST(interpolate_metrics, statuses)
+{
+    struct
+    {
+        std::vector<double> params, values, wanted;
+        int status;
+    } const rows[] = {{{0}, {}, {}, 0}, {{0}, {1}, {0}, -1}, {{1, 0}, {1}, {2, 0}, -1},
+        {{0, 1}, {1}, {2, 0}, -2}, {{0, 1}, {1, 2}, {1, 0}, -3}, {{0, 1}, {1, 2}, {-1, 1}, -3},
+        {{0, 1}, {1, 2}, {1, 2}, -3}, {{0, 1}, {1, 2}, {not_a_number}, -3}};
+    for (auto const& row : rows) {
+        auto values = reals({1, 2});
+        auto tensors = columns({{1, 0, 1}});
+        dense2D<double> metrics;
+        ASSERT_TRUE(metrics.resize(3, row.values.size(), 1.0));
+        EXPECT_EQ(
+            interpolate_metrics(list(row.params), list(row.values), list(row.wanted), values), row.status);
+        EXPECT_EQ(interpolate_metrics(list(row.params), metrics, list(row.wanted), tensors), row.status);
+        EXPECT_TRUE(values.empty() && tensors.empty());
+    }
+    dense2D<double> tensors;
+    EXPECT_EQ(interpolate_metrics(reals({0, 1}), columns({{1, 2}, {1, 2}}), reals({0}), tensors), -2);
+}
