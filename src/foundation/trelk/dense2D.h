@@ -137,7 +137,8 @@ public:
         if (empty()) return {};
         if (ld_ == rows_ || cols_ == 1) return dense1D<T, Alignment>(storage_, offset_, rows_ * cols_);
         dense2D packed;
-        return packed.copy(*this) ? packed.as_vector() : dense1D<T, Alignment>();
+        if (!packed.copy(*this)) return {};
+        return dense1D<T, Alignment>(packed.storage_, packed.offset_, rows_ * cols_);
     }
 
     void swap(dense2D& other) noexcept
