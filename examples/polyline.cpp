@@ -16,7 +16,8 @@ int main()
     sizes[1] = 0.2;
 
     int const status = vornik1d::mesh_line(coords, chain, sizes, /* force_even */ false, /* min_elements */ 1,
-        /* max_elements */ 1000, /* deviation_tolerance */ 0.01, /* min_size */ 0.0, mesh, params, mesh_sizes);
+        /* max_elements */ 1000, /* deviation_tolerance */ 0.01, /* min_size */ 0.0, mesh, params,
+        mesh_sizes);
     if (status != 0) return 1; // -1, -2, ...: that argument is at fault; -199: no storage
 
     for (unsigned const node : mesh) std::printf("%g %g\n", coords(0, node), coords(1, node));
