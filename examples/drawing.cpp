@@ -51,12 +51,14 @@ void save_drawing(std::filesystem::path const& stem, double width, double height
     }
 }
 
-std::string in_km(double length)
+std::string brief(double number)
 {
     std::array<char, 32> text;
-    std::snprintf(text.data(), text.size(), "%g km", length);
+    std::snprintf(text.data(), text.size(), "%g", number);
     return text.data();
 }
+
+std::string in_km(double length) { return brief(length) + " km"; }
 
 void draw_text(
     canvas const& page, point const& where, std::string const& text, double size, color const& ink, font face)
@@ -114,6 +116,24 @@ void map_frame::circle(point const& centre, double radius, color const& ink, dou
     auto const [x, y] = to_page(centre);
     page_->begin_new_sub_path();
     page_->arc(x, y, radius * points_per_km_, 0.0, 2.0 * std::numbers::pi);
+    stroke(ink, pen_width);
+}
+
+void map_frame::unit_ball(point const& centre, tensor const& metric, color const& ink, double pen_width) const
+{
+    // With M = U^T U, U upper triangular, the inverse of U takes the unit circle there.
+    auto const [m00, m01, m11] = metric;
+    double const u00 = std::sqrt(m00);
+    double const u01 = m01 / u00;
+    double const u11 = std::sqrt(m11 - u01 * u01);
+    auto const [x, y] = to_page(centre);
+    page_->save();
+    page_->translate(x, y);
+    page_->scale(points_per_km_, -points_per_km_);
+    page_->transform({1.0 / u00, 0.0, -u01 / (u00 * u11), 1.0 / u11, 0.0, 0.0});
+    page_->begin_new_sub_path();
+    page_->arc(0.0, 0.0, 1.0, 0.0, 2.0 * std::numbers::pi);
+    page_->restore(); // the path stays, and the pen is round again
     stroke(ink, pen_width);
 }
 

@@ -17,6 +17,11 @@ struct color
     double blue = 0.0;
 };
 
+constexpr color grey = {0.4, 0.4, 0.4};
+constexpr color medium_grey = {0.58, 0.58, 0.58};
+constexpr color light_grey = {0.74, 0.74, 0.74};
+constexpr color pale_blue = {0.72, 0.84, 0.94};
+
 /// The corner is the one with the least coordinates.
 struct rectangle
 {
@@ -30,7 +35,8 @@ struct rectangle
 void save_drawing(std::filesystem::path const& stem, double width, double height, color const& ground,
     std::function<void(canvas const&)> const& draw);
 
-/// A length with its unit, as briefly as possible.
+/// A number as briefly as possible, and a length with its unit.
+std::string brief(double number);
 std::string in_km(double length);
 
 enum class font { normal, bold };
@@ -54,6 +60,8 @@ public:
     void nodes(line_mesh const& mesh, color const& ink, double diameter) const;
     void dot(point const& where, color const& ink, double diameter) const;
     void circle(point const& centre, double radius, color const& ink, double pen_width) const;
+    /// The points at distance 1 from the centre, as the tensor measures it.
+    void unit_ball(point const& centre, tensor const& metric, color const& ink, double pen_width) const;
     void box(rectangle const& area, color const& ink, double pen_width) const;
 
     /// Text with its middle at `where`.

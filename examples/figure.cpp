@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <string>
 
 namespace {
 
 constexpr color black = {0.1, 0.1, 0.1};
-constexpr color grey = {0.4, 0.4, 0.4};
-constexpr color light_grey = {0.74, 0.74, 0.74};
 constexpr color white = {1.0, 1.0, 1.0};
 constexpr color sea = {0.94, 0.96, 0.98};
 
@@ -18,6 +17,7 @@ constexpr double margin = 12.0;
 constexpr double gap = 14.0;
 constexpr double heading_height = 44.0;
 constexpr double caption_height = 24.0;
+constexpr double line_height = 17.0;
 
 rectangle bounds(line_mesh const& mesh)
 {
@@ -39,22 +39,35 @@ rectangle widened(rectangle const& area, double by)
     return {{area.corner.x - by, area.corner.y - by}, area.width + 2.0 * by, area.height + 2.0 * by};
 }
 
-/// Rings about the harbour where the target size is a power of two times the finest one.
-void draw_size_rings(map_frame const& map, size_field const& sizes)
+/// The unit balls of some of the mesh's targets, which tell how long elements should be: from the middle to
+/// the rim. Their middles are `clearance` apart, in the targets of both; like balls do not touch from 2 on.
+void draw_targets(map_frame const& map, line_mesh const& mesh, double clearance)
 {
-    constexpr double label_angle = -1.68; // a little west of south: open water off Lofoten
-    for (double size = 2.0 * sizes.finest; size < sizes.coarsest; size *= 2.0) {
-        double const radius = sizes.radius(size);
-        map.circle({}, radius, light_grey, 0.8);
-        map.label({radius * std::cos(label_angle), radius * std::sin(label_angle)}, in_km(size), grey);
-    }
+    struct ball
+    {
+        point centre;
+        tensor target;
+    };
+    std::vector<ball> drawn;
+    for (line const& chain : mesh.lines)
+        for (std::size_t i = 0; i < chain.nodes.size(); ++i) {
+            ball const next = {mesh.node(chain.nodes[i]), chain.target(i)};
+            auto const is_near = [&](ball const& other) {
+                return std::min(metric_distance(next.target, next.centre, other.centre),
+                           metric_distance(other.target, next.centre, other.centre)) < clearance;
+            };
+            if (std::ranges::any_of(drawn, is_near)) continue;
+            map.unit_ball(next.centre, next.target, medium_grey, 0.8);
+            drawn.push_back(next);
+        }
 }
 
 void draw_overview(canvas const& page, rectangle const& frame, rectangle const& region, scene const& view,
     panel const& content)
 {
     map_frame const map(page, frame, region, sea);
-    draw_size_rings(map, view.sizes);
+    view.backdrop(map);
+    if (content.with_targets) draw_targets(map, content.mesh, 4.0);
     map.lines(view.coast, light_grey, 1.6);
     map.lines(content.mesh, content.ink, 0.8);
     map.nodes(content.mesh, content.ink, 2.0);
@@ -66,7 +79,8 @@ void draw_overview(canvas const& page, rectangle const& frame, rectangle const& 
 void draw_detail(canvas const& page, rectangle const& frame, scene const& view, panel const& content)
 {
     map_frame const map(page, frame, view.detail, sea);
-    draw_size_rings(map, view.sizes);
+    view.backdrop(map);
+    if (content.with_targets) draw_targets(map, content.mesh, 2.4);
     map.lines(view.coast, light_grey, 3.0);
     map.lines(content.mesh, content.ink, 1.0);
     map.nodes(content.mesh, content.ink, 3.2);
@@ -88,7 +102,8 @@ void save_figure(std::filesystem::path const& stem, scene const& view, std::vect
     double const detail_top = overview_top + overview_height + gap;
     double const detail_height = width * view.detail.height / view.detail.width;
     double const caption_top = detail_top + detail_height;
-    double const page_height = caption_top + caption_height + margin;
+    auto const caption_lines = static_cast<double>(view.caption.size());
+    double const page_height = caption_top + caption_height + (caption_lines - 1.0) * line_height + margin;
 
     save_drawing(stem, page_width, page_height, white, [&](canvas const& page) {
         double left = margin;
@@ -99,10 +114,10 @@ void save_figure(std::filesystem::path const& stem, scene const& view, std::vect
             draw_detail(page, {{left, detail_top}, width, detail_height}, view, content);
             left += width + gap;
         }
-        draw_text(page, {margin, caption_top + caption_height},
-            "Dots are nodes, the pale line is the input. Rings about the harbour are labelled with the "
-            "target "
-            "size of the elements there.",
-            12.0, grey);
+        double baseline = caption_top + caption_height;
+        for (std::string const& text : view.caption) {
+            draw_text(page, {margin, baseline}, text, 12.0, grey);
+            baseline += line_height;
+        }
     });
 }

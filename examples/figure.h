@@ -1,20 +1,22 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "drawing.h"
 #include "line_mesh.h"
-#include "size_field.h"
 
-/// What every map of the figure shows: the coast as it was read, the harbour, and the part to enlarge.
+/// What every map of the figure shows: the coast as it was read, what is to be seen behind it, the harbour,
+/// and the part to enlarge. The caption stands below, line by line.
 struct scene
 {
     line_mesh coast;
-    size_field sizes;
+    std::function<void(map_frame const&)> backdrop;
     std::string harbour;
     rectangle detail;
+    std::vector<std::string> caption;
 };
 
 struct panel
@@ -23,6 +25,7 @@ struct panel
     std::string subtitle;
     line_mesh mesh;
     color ink;
+    bool with_targets = false;
 };
 
 /// Draws the panels side by side, each as a map with its enlarged part below, on STEM.svg and STEM.png.

@@ -6,14 +6,14 @@
 
 namespace {
 
-/// The integral of 1 / h along the element, with h linear between the sizes at its ends.
-double metric_length(double length, double h0, double h1)
+/// The length of an element that the targets at its ends measure as l0 and l1: the integral of 1 / h along
+/// it, with h, the size in its direction, linear between the ends.
+double metric_length(double l0, double l1)
 {
-    double const growth = (h1 - h0) / h0;
-    return length / h0 * (growth == 0.0 ? 1.0 : std::log1p(growth) / growth);
+    if (l0 == l1) return l0;
+    double const growth = (l0 - l1) / l1; // of h
+    return l0 * (std::log1p(growth) / growth);
 }
-
-double distance(point const& a, point const& b) { return std::hypot(b.x - a.x, b.y - a.y); }
 
 double distance_to_element(point const& p, point const& a, point const& b)
 {
@@ -51,9 +51,10 @@ summary summarize(line_mesh const& mesh, line_mesh const& original)
         result.nodes += chain.nodes.size() - (chain.closed() ? 1 : 0);
 
         for (std::size_t i = 1; i < chain.nodes.size(); ++i) {
-            double const length =
-                metric_length(distance(mesh.node(chain.nodes[i - 1]), mesh.node(chain.nodes[i])),
-                    chain.sizes[i - 1], chain.sizes[i]);
+            point const a = mesh.node(chain.nodes[i - 1]);
+            point const b = mesh.node(chain.nodes[i]);
+            double const length = metric_length(
+                metric_distance(chain.target(i - 1), a, b), metric_distance(chain.target(i), a, b));
             result.shortest = std::min(result.shortest, length);
             result.longest = std::max(result.longest, length);
             total += length;

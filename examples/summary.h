@@ -4,7 +4,7 @@
 
 #include "line_mesh.h"
 
-/// What there is to know of a mesh of lines. Lengths are metric: an element that its target sizes ask for has
+/// What there is to know of a mesh of lines. Lengths are metric: an element that its targets ask for has
 /// length 1.
 struct summary
 {

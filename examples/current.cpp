@@ -1,0 +1,105 @@
+// Meshes a coast along which a current flows. What changes across the current wants short elements; along it
+// far longer ones will do. Sizes must then be short in every direction, while tensors ask for both lengths.
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <filesystem>
+#include <new>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "current_field.h"
+#include "demo.h"
+#include "drawing.h"
+#include "figure.h"
+#include "line_mesh.h"
+
+namespace {
+
+struct options : demo_options
+{
+    current_field current;
+};
+
+void set_tensors(line_mesh& coast, current_field const& current)
+{
+    for (line& chain : coast.lines) {
+        if (!chain.metrics.resize(3, chain.nodes.size())) throw std::bad_alloc();
+        for (std::size_t i = 0; i < chain.nodes.size(); ++i)
+            std::ranges::copy(current.metric(coast.node(chain.nodes[i])), chain.metrics.col(i));
+    }
+}
+
+/// The axis of the current, and the lines on either side where the size across it is a power of two times the
+/// finest one, labelled on the left.
+void draw_current(map_frame const& map, current_field const& current)
+{
+    constexpr double label_angle = -0.5; // open water off Vesterålen
+    auto const [x, y] = current.centre;
+    map.circle(current.centre, current.radius, pale_blue, 5.0);
+    for (double size = 2.0 * current.finest; size < current.coarsest; size *= 2.0) {
+        double const left = current.radius - current.offset(size);
+        map.circle(current.centre, left, light_grey, 0.8);
+        map.circle(current.centre, current.radius + current.offset(size), light_grey, 0.8);
+        map.label({x + left * std::cos(label_angle), y + left * std::sin(label_angle)}, in_km(size), grey);
+    }
+}
+
+/// What is to be seen, in lines as long as the figure is wide.
+std::vector<std::string> caption(current_field const& current)
+{
+    std::string const finest = in_km(current.finest);
+    return {
+        "Dots are nodes, the pale line is the input, the blue band the axis of a current. Elements should be",
+        finest +
+            " long across it there, and as the labels say on the lines beside it; along it, tensors ask "
+            "for " +
+            brief(current.stretch) + " times that.",
+        "From the middle of a circle or an ellipse to its rim, an element is as long as it should be.",
+    };
+}
+
+void run(options const& chosen)
+{
+    line_mesh const coast = read_coast(chosen);
+    line_mesh by_sizes = coast;
+    line_mesh by_tensors = coast;
+    set_sizes(by_sizes, [&](point const& where) { return chosen.current.size_across(where); });
+    set_tensors(by_tensors, chosen.current);
+
+    print_heading();
+    std::vector<panel> panels = {
+        present("Input", {by_tensors}, coast, black),
+        present("Sizes", mesh_lines(by_sizes, chosen.tolerance), coast, vermilion),
+        present("Tensors", mesh_lines(by_tensors, chosen.tolerance), coast, blue),
+    };
+    panels[1].with_targets = panels[2].with_targets = true;
+
+    std::filesystem::create_directories(chosen.output);
+    auto const backdrop = [&](map_frame const& map) { draw_current(map, chosen.current); };
+    scene const view = {coast, backdrop, chosen.harbour, chosen.detail_area(), caption(chosen.current)};
+    save_figure(chosen.output / "current", view, panels);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    options chosen;
+    chosen.detail = {46.0, 89.0, 52.0};
+    CLI::App app(
+        "Meshes a coast by metric tensors that are fine across a current and coarse along it.", "current");
+    add_options(app, chosen, "current");
+    app.add_option("--finest", chosen.current.finest, "size across the current on its axis, km")
+        ->check(CLI::PositiveNumber);
+    app.add_option("--coarsest", chosen.current.coarsest, "limit of the sizes across the current, km")
+        ->check(CLI::PositiveNumber);
+    app.add_option("--growth", chosen.current.growth, "growth of the size across per km from the axis")
+        ->check(CLI::PositiveNumber);
+    app.add_option("--stretch", chosen.current.stretch, "size along the current over size across it")
+        ->check(CLI::PositiveNumber);
+    return run_demo(app, argc, argv, [&] { run(chosen); });
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <array>
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "drawing.h"
+#include "figure.h"
+#include "line_mesh.h"
+
+// What the demo programs share: options, the coast, its meshes, and the rows and panels that show them.
+
+struct demo_options
+{
+    std::filesystem::path input = "data/lofoten-coast.geojson";
+    std::filesystem::path output = ".";
+    double tolerance = 0.5;
+    std::string harbour = "Svolvær";
+    std::array<double, 2> position = {14.571, 68.219};
+    std::array<double, 3> detail = {-18.0, -1.0, 60.0};
+
+    rectangle detail_area() const;
+};
+
+/// Adds the options to those of the program that draws `picture`.svg and `picture`.png.
+void add_options(CLI::App& app, demo_options& chosen, std::string const& picture);
+
+/// Parses the arguments and runs the program. Returns what main is to return; errors are reported.
+int run_demo(CLI::App& app, int argc, char** argv, std::function<void()> const& run);
+
+/// Reads the coast into the plane, with the harbour at the origin. It has no targets yet.
+line_mesh read_coast(demo_options const& chosen);
+
+/// Sets the target size at each node of each line.
+void set_sizes(line_mesh& coast, std::function<double(point const&)> const& size_at);
+
+struct meshing
+{
+    line_mesh mesh;
+    double milliseconds = 0.0;
+};
+
+/// Meshes each line by its targets.
+meshing mesh_lines(line_mesh const& coast, double tolerance);
+
+void print_heading();
+
+/// Prints a row on a mesh of the coast, and gives the panel that shows it.
+panel present(std::string const& title, meshing const& shown, line_mesh const& coast, color const& ink);
+
+// Colours that colour-blind readers can tell apart.
+constexpr color black = {0.2, 0.2, 0.2};
+constexpr color vermilion = {0.84, 0.37, 0.0};
+constexpr color blue = {0.0, 0.45, 0.7};
