@@ -14,8 +14,11 @@
 
 #include "bare_loop.h"
 #include "chains.h"
+#include "metric/metric_interpolator.h"
+#include "placement/place_nodes_aniso.h"
 #include "placement/place_nodes_iso.h"
 #include "race.h"
+#include "tensors.h"
 
 using namespace trelk;
 
@@ -25,7 +28,7 @@ constexpr unsigned no_limit = std::numeric_limits<unsigned>::max();
 
 bool all_agree = true;
 
-/// The two sides must give the same bits, or the one is no floor of the other.
+/// The two sides must give the same, or the one is no measure of the other.
 void disagree(benchmark::State& state, char const* message)
 {
     all_agree = false;
@@ -84,7 +87,7 @@ void place_nodes_iso(
         return;
     }
     race(
-        state, new_nodes, [&] { c.run_bare_loop(); }, [] {}, library);
+        state, {"bare", "node", new_nodes}, [&] { c.run_bare_loop(); }, [] {}, library);
 }
 
 /// `mesh_line` places nodes twice, the second time along the first mesh; the bare loop does so once.
@@ -115,16 +118,97 @@ void mesh_line(benchmark::State& state, std::size_t entries, size_pattern patter
         return;
     }
     race(
-        state, new_nodes, [&] { c.run_bare_loop(); }, prepare, library);
+        state, {"bare", "node", new_nodes}, [&] { c.run_bare_loop(); }, prepare, library);
+}
+
+/// Tensors beside the sizes that they are made of: the same nodes, by more work. Such tensors have no axes
+/// that it would take time to find; `build_interpolators` is for those that have.
+template <std::size_t N>
+struct tensor_contest : contest<N>
+{
+    using contest<N>::contest;
+
+    std::vector<tensor<N>> tensors = isotropic<N>(this->chain.sizes);
+    dense2D<double> metrics{vornik1d::packed_rows<N>, tensors.size(), tensors.front().values};
+    output<dense1D<double>> by_sizes;
+    output<dense2D<double>> by_tensors;
+};
+
+template <std::size_t N>
+void place_nodes_aniso(
+    benchmark::State& state, std::size_t entries, size_pattern pattern, std::size_t new_nodes)
+{
+    tensor_contest<N> c(entries, pattern, new_nodes);
+    auto const iso = [&, &out = c.by_sizes] {
+        vornik1d::place_nodes_iso<N>(c.coords, c.indices, c.params, c.sizes, 0.0, false, 1, no_limit,
+            out.coords, out.targets, out.params);
+    };
+    auto const aniso = [&, &out = c.by_tensors] {
+        vornik1d::place_nodes_aniso<N>(c.coords, c.indices, c.params, c.metrics, 0.0, false, 1, no_limit,
+            out.coords, out.targets, out.params);
+    };
+
+    iso(), aniso();
+    if (!same_nodes<N>(c.by_sizes, c.by_tensors, 0)) {
+        disagree(state, "place_nodes_aniso and place_nodes_iso do not agree");
+        return;
+    }
+    race(
+        state, {"iso", "node", new_nodes}, iso, [] {}, aniso);
+}
+
+template <std::size_t N>
+void mesh_line_aniso(
+    benchmark::State& state, std::size_t entries, size_pattern pattern, std::size_t new_nodes)
+{
+    tensor_contest<N> c(entries, pattern, new_nodes);
+    bool const copied = c.by_sizes.coords.copy(c.coords) && c.by_tensors.coords.copy(c.coords);
+    auto const mesh = [&c](auto const& targets, auto& out) {
+        return vornik1d::mesh_line(out.coords, c.indices, c.params, targets, false, 1, no_limit, 0.0, 0.0,
+            out.mesh, out.params, out.targets);
+    };
+    auto const iso = [&] { return mesh(c.sizes, c.by_sizes); };
+    auto const aniso = [&] { return mesh(c.metrics, c.by_tensors); };
+    auto const prepare = [&] { c.by_sizes.reset(entries), c.by_tensors.reset(entries); };
+
+    if (!copied || iso() != 0 || aniso() != 0 || !same_nodes<N>(c.by_sizes, c.by_tensors, entries)) {
+        disagree(state, "mesh_line by tensors and by sizes do not agree");
+        return;
+    }
+    race(state, {"iso", "node", new_nodes}, iso, prepare, aniso);
+}
+
+template <std::size_t N>
+void build_all(tensor_pairs<N> const& pairs)
+{
+    for (auto const& [m0, m1] : pairs) {
+        vornik1d::metric_interpolator<N> interpolator;
+        benchmark::DoNotOptimize(interpolator.build(m0, m1));
+        benchmark::DoNotOptimize(interpolator);
+    }
+}
+
+/// In space, beside the plane: pairs of tensors whose axes have nothing to do with each other.
+void build_interpolators(benchmark::State& state)
+{
+    auto const in_plane = random_pairs<2>(1000);
+    auto const in_space = random_pairs<3>(1000);
+    if (!all_reproduced(in_plane) || !all_reproduced(in_space)) {
+        disagree(state, "an interpolator does not give the tensors that it was built on");
+        return;
+    }
+    race(
+        state, {"2d", "build", in_space.size()}, [&] { build_all(in_plane); }, [] {},
+        [&] { build_all(in_space); });
 }
 
 using contender = void (*)(benchmark::State&, std::size_t, size_pattern, std::size_t);
 
 void enlist(std::string const& name, contender run, size_pattern pattern,
-    std::vector<int> const& nodes_per_10_segments)
+    std::vector<int> const& nodes_per_10_segments, std::size_t most_entries = 1'000'000)
 {
     for (int const density : nodes_per_10_segments)
-        for (std::size_t entries = 1000; entries <= 1'000'000; entries *= 10) {
+        for (std::size_t entries = 1000; entries <= most_entries; entries *= 10) {
             std::size_t const new_nodes = (entries - 1) * static_cast<std::size_t>(density) / 10;
             auto const work = static_cast<std::int64_t>(entries + new_nodes);
             auto const per_segment = std::to_string(density / 10) + '.' + std::to_string(density % 10);
@@ -154,6 +238,14 @@ int main(int argc, char** argv)
     enlist("place_nodes_iso/3d", place_nodes_iso<3>, size_pattern::smooth, {10});
     enlist("mesh_line/2d", mesh_line<2>, size_pattern::smooth, {3, 10, 40});
     enlist("mesh_line/3d", mesh_line<3>, size_pattern::smooth, {10});
+    enlist("place_nodes_aniso/2d", place_nodes_aniso<2>, size_pattern::smooth, {10, 40}, 100'000);
+    enlist("place_nodes_aniso/3d", place_nodes_aniso<3>, size_pattern::smooth, {10}, 100'000);
+    enlist("mesh_line_aniso/2d", mesh_line_aniso<2>, size_pattern::smooth, {10, 40}, 100'000);
+    enlist("mesh_line_aniso/3d", mesh_line_aniso<3>, size_pattern::smooth, {10}, 100'000);
+    benchmark::RegisterBenchmark("metric_interpolator/build/3d", build_interpolators)
+        ->Iterations(1000)
+        ->UseManualTime()
+        ->Unit(benchmark::kMicrosecond);
 
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <ctime>
+#include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -31,25 +32,33 @@ double nanoseconds(Body const& body)
     return thread_nanoseconds() - start;
 }
 
-/// Times the bare loop and the library in turn, so that both meet the same machine, and reports the medians.
-/// `prepare` runs before the two, untimed.
-template <class Bare, class Prepare, class Library>
-void race(benchmark::State& state, std::size_t new_nodes, Bare bare, Prepare prepare, Library library)
+/// What a race reports: nanoseconds per unit of work, of which a run does `count`.
+struct measure
 {
-    std::vector<double> bare_times;
+    std::string rival;
+    std::string unit;
+    std::size_t count;
+};
+
+/// Times the library and its rival in turn, so that both meet the same machine, and reports the medians.
+/// `prepare` runs before the two, untimed.
+template <class Rival, class Prepare, class Library>
+void race(benchmark::State& state, measure const& m, Rival rival, Prepare prepare, Library library)
+{
+    std::vector<double> rival_times;
     std::vector<double> library_times;
     for (auto _ : state) {
-        bool const bare_first = bare_times.size() % 2 == 0;
+        bool const rival_first = rival_times.size() % 2 == 0;
         prepare();
-        if (bare_first) bare_times.push_back(nanoseconds(bare));
+        if (rival_first) rival_times.push_back(nanoseconds(rival));
         library_times.push_back(nanoseconds(library));
-        if (!bare_first) bare_times.push_back(nanoseconds(bare));
+        if (!rival_first) rival_times.push_back(nanoseconds(rival));
         state.SetIterationTime(1e-9 * library_times.back());
     }
 
-    double const bare_time = median(bare_times);
+    double const rival_time = median(rival_times);
     double const library_time = median(library_times);
-    state.counters["bare_ns_per_node"] = bare_time / static_cast<double>(new_nodes);
-    state.counters["ns_per_node"] = library_time / static_cast<double>(new_nodes);
-    state.counters["ratio"] = library_time / bare_time;
+    state.counters[m.rival + "_ns_per_" + m.unit] = rival_time / static_cast<double>(m.count);
+    state.counters["ns_per_" + m.unit] = library_time / static_cast<double>(m.count);
+    state.counters["ratio"] = library_time / rival_time;
 }
