@@ -150,6 +150,14 @@ TEST(tensor_line, statuses)
     }
 }
 
+TEST(tensor_line, outputs_without_rows_have_no_columns)
+{
+    tensor_meshing t = turned(chain_of(arc(3, 1), 0.1), 0, 1);
+    ASSERT_TRUE(t.out_metrics.resize(0, 3));
+    ASSERT_EQ(t.run(), 0);
+    EXPECT_EQ(t.out_metrics.cols(), t.m.mesh().size());
+}
+
 TEST(mesh_straight, cuts_each_segment_on_its_own)
 {
     auto const line = columns({{0, 0}, {1, 0}, {1, 3}});

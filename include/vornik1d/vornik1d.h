@@ -25,9 +25,9 @@
 /// Functions throw nothing, keep no state and no reference to an argument. Calls may run side by side if none
 /// writes storage that another one uses. No argument makes them read or write outside the containers.
 ///
-/// An output may be one object with an input or another output. It may also share storage with one, as long
-/// as what is still wanted does not stand behind its last value: a list that grows writes there, and a list
-/// that is emptied first writes over what it held.
+/// An output may be one object with an input or another output: one that is emptied first is then empty as an
+/// input too. It may also share storage with one, as long as what is still wanted does not stand behind its
+/// last value: a list that grows writes there, and a list that is emptied first writes over what it held.
 namespace trelk::vornik1d {
 
 /// Status of a call for which storage is not available.
@@ -88,9 +88,10 @@ constexpr int no_storage = -199;
 /// is 0, and the mesh may be coarser than its sizes ask for, down to the chord from the first node to the
 /// last.
 ///
-/// Cost: linear in chain plus mesh for each placement, usually two of them, and a binary search per node to
-/// move it back onto the chain; under a positive tolerance, again for each part that is meshed anew. Memory
-/// is linear in chain plus mesh.
+/// Cost: linear in chain plus mesh for each placement, and a binary search per node to move it back onto the
+/// chain. There are usually two placements; there is one more as long as the number of nodes falls, as it can
+/// many times over for targets that differ widely from entry to entry. Under a positive tolerance, all that
+/// again for each part that is meshed anew. Memory is linear in chain plus mesh.
 [[nodiscard]] VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& params, dense1D<double> const& sizes, bool force_even, unsigned min_elements,
     unsigned max_elements, double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices,
@@ -131,8 +132,9 @@ constexpr int no_storage = -199;
 ///         -4: `metrics` has too few columns, or a tensor that is not finite and positive definite, or the
 ///         wrong row count;
 ///         -11: `out_metrics` is not empty and has the wrong row count.
-/// The other arguments are as above. A line with tensors that cannot be reduced to a common basis, being all
-/// but singular, is left without new nodes.
+/// The other arguments are as above. A line with tensors that cannot be reduced to a common basis is left
+/// without new nodes: tensors that are all but singular, or with sizes outside about 1e-18 to 1e18, since
+/// squares of squares of them are formed.
 [[nodiscard]] VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& params, dense2D<double> const& metrics, bool force_even, unsigned min_elements,
     unsigned max_elements, double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices,

@@ -22,6 +22,12 @@ void truncate(dense2D<T>& matrix, std::size_t count) noexcept
     static_cast<void>(matrix.resize(matrix.rows(), count));
 }
 
+/// Columns of a matrix that hold something: those of a matrix without rows do not count.
+inline std::size_t filled_columns(dense2D<double> const& matrix) noexcept
+{
+    return matrix.empty() ? 0 : matrix.cols();
+}
+
 /// Room to ask for when `added` values or columns join `present` ones: doubling at least, so that appending
 /// again and again stays linear.
 constexpr std::size_t grown(std::size_t present, std::size_t added) noexcept
@@ -36,7 +42,7 @@ template <std::size_t N>
 {
     if (!matrix.empty() && matrix.rows() != N) return false;
 
-    std::size_t const cols = matrix.cols();
+    std::size_t const cols = filled_columns(matrix);
     if (cols >= matrix.room() / std::max<std::size_t>(matrix.ld(), 1))
         static_cast<void>(matrix.reserve(N, std::max<std::size_t>(2 * cols, 4))); // resize tries with less
     if (!matrix.resize(N, cols + 1)) return false;

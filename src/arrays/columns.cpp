@@ -12,7 +12,7 @@ namespace {
 bool grow(dense2D<double> const& source, std::size_t added, dense2D<double>& target) noexcept
 {
     std::size_t const rows = source.rows();
-    std::size_t const present = target.cols();
+    std::size_t const present = filled_columns(target);
     if (present + added > target.room() / std::max<std::size_t>({target.ld(), rows, 1}))
         static_cast<void>(target.reserve(rows, grown(present, added))); // resize tries with less
     return target.resize(rows, present + added);
@@ -24,7 +24,7 @@ bool gather_columns(
     dense2D<double> const& source, dense1D<unsigned> const& columns, dense2D<double>& target) noexcept
 {
     if (columns.empty()) return true;
-    std::size_t const present = target.cols();
+    std::size_t const present = filled_columns(target);
     if (!grow(source, columns.size(), target)) return false;
     for (std::size_t k = 0; k < columns.size(); ++k)
         std::copy_n(source.col(columns[k]), source.rows(), target.col(present + k));
@@ -36,7 +36,7 @@ bool append_columns(dense2D<double> const& source, dense2D<double>& target) noex
     if (source.empty()) return true;
     std::size_t const rows = source.rows();
     std::size_t const added = source.cols();
-    std::size_t const present = target.cols();
+    std::size_t const present = filled_columns(target);
     if (!grow(source, added, target)) return false;
     if (source.ld() == rows && target.ld() == rows)
         std::copy_n(source.data(), rows * added, target.col(present));

@@ -17,10 +17,11 @@ namespace trelk::vornik1d {
 /// whose nodes have been moved back onto the chain, until the node count stops falling. (It can fall because
 /// the later polyline cuts the chain's corners and is shorter in metric length.)
 ///
-/// The new nodes are appended to `coords` as the last pass placed them; `mesh` is replaced. The result is 0,
-/// or `no_storage` with `coords` as it was.
+/// The new nodes are appended to `coords` as the last pass placed them; `mesh` is replaced. False without
+/// storage, with `coords` as it was.
 template <class Targets>
-int mesh_span(dense2D<double>& coords, line<Targets> const& chain, span_rule const& rule, line<Targets>& mesh)
+[[nodiscard]] bool mesh_span(
+    dense2D<double>& coords, line<Targets> const& chain, span_rule const& rule, line<Targets>& mesh)
 {
     std::size_t const n = chain.size();
     if (!can_be_numbered(n)) return false;

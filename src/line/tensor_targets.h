@@ -34,7 +34,7 @@ struct tensor_targets
 
     [[nodiscard]] static bool make_room(list& metrics, std::size_t added) noexcept
     {
-        return metrics.reserve(rows, metrics.cols() + added, 2);
+        return metrics.reserve(rows, filled_columns(metrics) + added, 2);
     }
 
     [[nodiscard]] static bool append(list const& source, list& metrics) noexcept

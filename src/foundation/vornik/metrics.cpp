@@ -1,6 +1,7 @@
 #include <vornik/toolkit.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "metric/reduction.h"
 #include "metric/sizes.h"
@@ -26,22 +27,61 @@ bool is_zero(tensor<N> const& m)
     return std::all_of(m.values, m.values + packed_rows<N>, [](double v) { return v == 0; });
 }
 
-/// In the common basis of the pair the larger of the two values along each direction; false where the first
-/// tensor cannot be reduced.
+/// The tensor that has the quadratic values of `m` along the directions p_i, q being their dual basis, is `m`
+/// again if the reduction was sound: where a tensor is all but singular, rounding can make it look definite.
+template <std::size_t N>
+bool is_rebuilt(tensor<N> const& m, vector<N> const& values, vector<N> const (&q)[N])
+{
+    constexpr double tolerance = 1e-6; // of the largest entry
+    auto const rebuilt = recompose_metric(values, q);
+    double scale = 0;
+    for (double const v : m.values) scale = std::max(scale, std::abs(v));
+    for (std::size_t k = 0; k < packed_rows<N>; ++k)
+        if (!(std::abs(rebuilt[k] - m[k]) <= tolerance * scale)) return false; // a NaN is not
+    return true;
+}
+
+/// In the common basis of the pair the larger of the two quadratic values along each direction; false where
+/// the first tensor cannot be reduced.
 template <std::size_t N>
 bool intersect(tensor<N> const& first, tensor<N> const& second, tensor<N>& result)
 {
     reduced_pair<N> pair;
     if (!reduce_metric_pair(first, second, pair)) return false;
-    vector<N> values;
-    for (std::size_t i = 0; i < N; ++i) {
-        double const along_first = quadratic_form(first.values, pair.p[i]);
-        values[i] = std::max(along_first, pair.lambda[i] * along_first);
-    }
     vector<N> q[N];
     dual_basis(pair.p, q);
-    result = recompose_metric(values, q);
+
+    vector<N> along_first;
+    vector<N> along_second;
+    vector<N> larger;
+    for (std::size_t i = 0; i < N; ++i) {
+        along_first[i] = quadratic_form(first.values, pair.p[i]);
+        along_second[i] = quadratic_form(second.values, pair.p[i]);
+        larger[i] = std::max(along_first[i], along_second[i]);
+    }
+    if (!is_rebuilt(first, along_first, q) || !is_rebuilt(second, along_second, q)) return false;
+    result = recompose_metric(larger, q);
     return true;
+}
+
+/// The power of two that brings the largest entry of both tensors near 1: their products then neither over-
+/// nor underflow, and scaling by it is exact.
+template <std::size_t N>
+int exponent_of(tensor<N> const& first, tensor<N> const& second)
+{
+    double scale = 0;
+    for (std::size_t k = 0; k < packed_rows<N>; ++k)
+        scale = std::max({scale, std::abs(first[k]), std::abs(second[k])});
+    int exponent = 0;
+    if (std::isfinite(scale)) std::frexp(scale, &exponent);
+    return exponent;
+}
+
+template <std::size_t N>
+tensor<N> scaled(tensor<N> m, int exponent)
+{
+    for (double& v : m.values) v = std::ldexp(v, exponent);
+    return m;
 }
 
 template <std::size_t N>
@@ -85,10 +125,13 @@ void minimum_metric(symmetric_fixed<double, N> const& first, symmetric_fixed<dou
         result = second;
         return;
     }
+    int const exponent = exponent_of(first, second);
+    auto const a = scaled(first, -exponent);
+    auto const b = scaled(second, -exponent);
     tensor<N> common{};
-    if (!intersect(first, second, common) && !intersect(second, first, common))
-        for (std::size_t k = 0; k < packed_rows<N>; ++k) common[k] = first[k] + second[k];
-    result = common;
+    if (!intersect(a, b, common) && !intersect(b, a, common))
+        for (std::size_t k = 0; k < packed_rows<N>; ++k) common[k] = a[k] + b[k];
+    result = scaled(common, exponent);
 }
 
 template void bound_metric(symmetric_fixed<double, 2>&, double, double) noexcept;
