@@ -23,40 +23,53 @@ template <class Targets>
 [[nodiscard]] bool mesh_span(
     dense2D<double>& coords, line<Targets> const& chain, span_rule const& rule, line<Targets>& mesh)
 {
+    constexpr int N = Targets::dimension;
     std::size_t const n = chain.size();
     if (!can_be_numbered(n)) return false;
 
-    // Columns 0 to n - 1 hold the chain's nodes, those behind them the nodes of the latest pass.
+    // Once there is a second pass, or the targets are bounded, columns 0 to n - 1 hold the chain's nodes and those
+    // behind them the nodes of the latest pass; `numbered` is the chain in these numbers.
     dense2D<double> work_coords;
     line<Targets> numbered;
-    if (!gather_chain(coords, chain, work_coords, numbered)) return false;
+    dense2D<double> const* points = &coords;
+    line<Targets> const* start = &chain;
     if (rule.deviation_tolerance < 0) {
-        if (!numbered.targets.copy(chain.targets)) return false;
+        if (!gather_chain(coords, chain, work_coords, numbered) || !numbered.targets.copy(chain.targets))
+            return false;
         Targets::limit_by_curvature(work_coords, numbered, rule);
+        points = &work_coords;
+        start = &numbered;
     }
 
     dense2D<double> new_coords;
     line<Targets> buffers[2]; // the mesh of one pass is the chain of the next
-    line<Targets> const* work = &numbered;
+    line<Targets> const* work = start;
     std::size_t m = 0;
     std::size_t previous = unlimited;
     for (std::size_t pass = 0;; ++pass) {
         line<Targets>& next = buffers[pass % 2];
-        Targets::place(work_coords, *work, rule, new_coords, next);
+        Targets::place(*points, *work, rule, new_coords, next);
         m = new_coords.cols();
         std::size_t const columns = n + m;
         if (!can_be_numbered(std::max(n, coords.cols()) + m) || !next.resize(m + 2)) return false;
-        next.copy_entry(numbered, 0, 0);
-        std::iota(next.nodes.begin() + 1, next.nodes.begin() + 1 + m, static_cast<unsigned>(n));
-        next.copy_entry(numbered, n - 1, m + 1);
+        next.copy_entry(*start, 0, 0);
+        next.copy_entry(*start, n - 1, m + 1);
         work = &next;
 
         bool const is_straight = n == 2; // one pass is exact
         bool const cannot_fall = m + 1 == rule.min_elements;
         if (is_straight || columns >= previous || cannot_fall) break;
 
+        if (pass == 0) {
+            if (!work_coords.reserve(N, columns)) return false;
+            if (start == &chain && !gather_chain(coords, chain, work_coords, numbered)) return false;
+            points = &work_coords;
+        }
         truncate(work_coords, n);
         if (!append_columns(new_coords, work_coords)) return false;
+        next.nodes[0] = 0;
+        std::iota(next.nodes.begin() + 1, next.nodes.begin() + 1 + m, static_cast<unsigned>(n));
+        next.nodes[m + 1] = static_cast<unsigned>(n - 1);
         // The nodes of the first pass lie on the chain already; later ones lie on chords of the pass before.
         // Refused are parameters that rounding has made fall, and the nodes then stay where they are.
         if (pass > 0)
