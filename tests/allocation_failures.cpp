@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <vornik/toolkit.h>
-
 #include "support.h"
 
 using namespace trelk;
@@ -19,30 +17,24 @@ int status_without(by way, double tolerance, std::size_t number, extent which)
     meshing m = chain_of(arc(30, 4, 2 + number % 2), 0.15);
     m.coords(0, 15) += 0.3; // a corner, so that refinement splits
     m.deviation_tolerance = tolerance;
-    m.with_params = way == by::sizes;
-    dense2D<double> metrics, out_metrics;
-    EXPECT_TRUE(m.coords.rows() == 2 ? vornik::metrics_iso_to_aniso2d(m.sizes, metrics)
-                                     : vornik::metrics_iso_to_aniso3d(m.sizes, metrics));
+    m.with_params = way != by::chord_length;
+    if (way == by::tensors) m.use_tensors();
     auto const before = m.untouched();
     int status = 0;
     {
         failing_allocations const failing(number, which);
-        if (way == by::tensors)
-            status = vornik1d::mesh_line(m.coords, m.indices, m.params, metrics, false, 1, no_limit,
-                tolerance, 0, m.out_indices, m.out_params, out_metrics);
-        else if (way == by::segments)
-            status = vornik1d::mesh_straight(m.coords, m.indices, m.sizes, false, m.out_indices);
-        else
-            status = m.run();
+        status = way == by::segments
+                     ? vornik1d::mesh_straight(m.coords, m.indices, m.sizes, false, m.out_indices)
+                     : m.run();
         if (!failing_allocations::have_failed()) return 1;
     }
     if (status == 0) {
-        EXPECT_EQ(m.out_sizes.size() - 1 + out_metrics.cols(), way == by::segments ? 0 : m.mesh().size());
+        EXPECT_EQ(m.out_sizes.size() - 1 + m.out_metrics.cols(), way == by::segments ? 0 : m.mesh().size());
         for (unsigned const node : m.mesh()) EXPECT_LT(node, m.coords.cols());
         return status;
     }
     EXPECT_EQ(m.untouched(), before) << number;
-    EXPECT_TRUE(out_metrics.empty());
+    EXPECT_TRUE(m.out_metrics.empty());
     // Where the parameters themselves have no storage, the call has not come to its outputs.
     bool const is_early = way == by::segments || (way == by::chord_length && number < 2);
     EXPECT_EQ(m.out_params.size(), is_early ? 2U : 0U) << number;

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
-#include <random>
 
 #include "support.h"
 
@@ -41,42 +39,19 @@ TEST(curvatures, statuses)
     EXPECT_EQ(status(line, chain), -199);
 }
 
-TEST(interpolate_coordinates, agrees_with_linear_search)
+TEST(interpolate_coordinates, moves_nodes_onto_the_chain)
 {
-    std::mt19937 random(3);
-    for (int round = 0; round < 500; ++round) {
-        std::size_t const n = 1 + random() % 8;
-        std::size_t const m = random() % 12;
-        std::vector<std::vector<double>> expected(n + m, std::vector<double>(1 + random() % 4));
-        for (auto& point : expected)
-            for (double& x : point) x = double(random() % 100);
-        auto coords = columns(expected);
-        auto const sorted = [&](std::size_t count) { // with repeats, and some beyond the chain
-            std::vector<double> values(count);
-            for (double& v : values) v = double(random() % 12);
-            std::sort(values.begin(), values.end());
-            return values;
-        };
-        auto const params = sorted(n);
-        auto const new_params = sorted(m);
-        std::vector<unsigned> targets(m);
-        for (unsigned& t : targets) t = unsigned(random() % (n + m)); // chain nodes among them
-
-        for (std::size_t k = 0; k < m; ++k) {
-            std::size_t at = 0;
-            while (at < n && params[at] < new_params[k]) ++at;
-            bool const is_inside = at > 0 && at < n;
-            auto const from = expected[is_inside ? at - 1 : std::min(at, n - 1)];
-            auto const to = expected[std::min(at, n - 1)];
-            double const r = is_inside ? (new_params[k] - params[at - 1]) / (params[at] - params[at - 1]) : 0;
-            for (std::size_t i = 0; i < from.size(); ++i)
-                expected[targets[k]][i] = (to[i] - from[i]) * r + from[i];
-        }
-        ASSERT_EQ(
-            interpolate_coordinates(coords, nodes_up_to(n), list(params), list(targets), list(new_params)),
-            0);
-        ASSERT_EQ(values_of(coords), expected);
-    }
+    // A chain of five nodes, two of them at one parameter; node 3 is moved too and bends it for those behind.
+    auto coords = columns({{0, 0, 1}, {4, 0, 1}, {4, 8, 1}, {8, 8, 1}, {0, 8, 1}, {}, {}, {}, {}, {}, {}});
+    auto const params = reals({0, 1, 1, 2, 4});
+    auto const targets = nodes({5, 6, 7, 8, 3, 9, 10});
+    ASSERT_EQ(interpolate_coordinates(
+                  coords, nodes_up_to(5), params, targets, reals({-1, 0.25, 1, 1.5, 1.5, 3, 9})),
+        0);
+    std::vector<std::vector<double>> const expected = {
+        {0, 0, 1}, {1, 0, 1}, {4, 0, 1}, {6, 8, 1}, {3, 8, 1}, {0, 8, 1}};
+    EXPECT_EQ(values_of(coords.sub_matrix(0, 5, 3, 6)), expected);
+    EXPECT_EQ(values_of(coords.sub_matrix(0, 3, 3, 1)), (std::vector<std::vector<double>>{{6, 8, 1}}));
 }
 
 TEST(interpolate_coordinates, statuses)

@@ -7,6 +7,8 @@
 #include <new>
 #include <numeric>
 
+#include <vornik/toolkit.h>
+
 using namespace trelk;
 
 namespace {
@@ -86,10 +88,22 @@ std::vector<std::vector<double>> values_of(dense2D<double> const& values)
 
 int meshing::run()
 {
-    return with_params ? vornik1d::mesh_line(coords, indices, params, sizes, force_even, min_elements,
-                             max_elements, deviation_tolerance, min_size, out_indices, out_params, out_sizes)
-                       : vornik1d::mesh_line(coords, indices, sizes, force_even, min_elements, max_elements,
-                             deviation_tolerance, min_size, out_indices, out_params, out_sizes);
+    auto const call = [this](auto const& targets, auto& out_targets) {
+        return with_params
+                   ? vornik1d::mesh_line(coords, indices, params, targets, force_even, min_elements,
+                         max_elements, deviation_tolerance, min_size, out_indices, out_params, out_targets)
+                   : vornik1d::mesh_line(coords, indices, targets, force_even, min_elements, max_elements,
+                         deviation_tolerance, min_size, out_indices, out_params, out_targets);
+    };
+    return metrics.empty() ? call(sizes, out_sizes) : call(metrics, out_metrics);
+}
+
+void meshing::use_tensors()
+{
+    if (coords.rows() == 2)
+        vornik::metrics_iso_to_aniso2d(sizes, metrics);
+    else
+        vornik::metrics_iso_to_aniso3d(sizes, metrics);
 }
 
 std::vector<unsigned> meshing::pinned() const

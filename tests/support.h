@@ -41,12 +41,13 @@ std::vector<T> values_of(trelk::dense1D<T> const& values)
 
 std::vector<std::vector<double>> values_of(trelk::dense2D<double> const& values);
 
-/// A call of `mesh_line`, with or without parameters, that starts from outputs which hold something.
+/// A call of `mesh_line`, in any of its overloads, that starts from outputs which hold something.
 struct meshing
 {
     trelk::dense2D<double> coords;
     trelk::dense1D<unsigned> indices;
     trelk::dense1D<double> params, sizes;
+    trelk::dense2D<double> metrics; // taken instead of the sizes unless there are none
     bool force_even = false;
     unsigned min_elements = 1;
     unsigned max_elements = no_limit;
@@ -57,8 +58,12 @@ struct meshing
     trelk::dense1D<unsigned> out_indices = nodes({77});
     trelk::dense1D<double> out_params = reals({-7, -8});
     trelk::dense1D<double> out_sizes = reals({0.7});
+    trelk::dense2D<double> out_metrics;
 
     int run();
+
+    /// Takes isotropic tensors of its sizes instead of these.
+    void use_tensors();
 
     /// Everything that a failure must leave alone, but for `out_params`.
     auto untouched() const

@@ -34,33 +34,18 @@ meshing random_chain(std::size_t rows)
     return m;
 }
 
-struct tensor_meshing
-{
-    meshing m; // its sizes are not used
-    dense2D<double> metrics;
-    dense2D<double> out_metrics;
-
-    int run()
-    {
-        return m.with_params
-                   ? mesh_line(m.coords, m.indices, m.params, metrics, m.force_even, m.min_elements,
-                         m.max_elements, m.deviation_tolerance, m.min_size, m.out_indices, m.out_params,
-                         out_metrics)
-                   : mesh_line(m.coords, m.indices, metrics, m.force_even, m.min_elements, m.max_elements,
-                         m.deviation_tolerance, m.min_size, m.out_indices, m.out_params, out_metrics);
-    }
-};
-
 /// A chain and tensors of random axes, each with sizes 0.1 to 1, in coordinates turned by `angle` and scaled.
-tensor_meshing turned(meshing const& chain, double angle, double scale)
+meshing turned(meshing const& chain, double angle, double scale)
 {
-    tensor_meshing t{chain, {}, {}};
-    EXPECT_TRUE(t.m.coords.copy(chain.coords) && t.metrics.resize(3, chain.sizes.size()));
+    meshing t = chain;
+    t.out_indices = nodes({77});
+    t.out_params = reals({});
+    EXPECT_TRUE(t.coords.copy(chain.coords) && t.metrics.resize(3, chain.sizes.size()));
     double const c = std::cos(angle), s = std::sin(angle);
     for (std::size_t k = 0; k < chain.sizes.size(); ++k) {
         double const x = chain.coords(0, k), y = chain.coords(1, k);
-        t.m.coords(0, k) = scale * (c * x - s * y);
-        t.m.coords(1, k) = scale * (s * x + c * y);
+        t.coords(0, k) = scale * (c * x - s * y);
+        t.coords(1, k) = scale * (s * x + c * y);
         double const a = 5 * chain.sizes[k] + angle, h = chain.sizes[k] * scale;
         double const e0 = 1 / (h * h), e1 = 16 * e0;
         t.metrics(0, k) = e0 * std::cos(a) * std::cos(a) + e1 * std::sin(a) * std::sin(a);
@@ -76,17 +61,16 @@ TEST(tensor_line, isotropic_tensors_mesh_as_sizes_do)
 {
     for (int round = 0; round < 300; ++round) {
         meshing m = random_chain(2 + std::size_t(round % 2));
-        tensor_meshing t{m, {}, {}};
-        ASSERT_TRUE(t.m.coords.copy(m.coords));
-        ASSERT_TRUE(m.coords.rows() == 2 ? vornik::metrics_iso_to_aniso2d(m.sizes, t.metrics)
-                                         : vornik::metrics_iso_to_aniso3d(m.sizes, t.metrics));
-        ASSERT_TRUE(t.m.out_indices.copy(m.out_indices) && t.m.out_params.copy(m.out_params));
+        meshing t = m;
+        t.use_tensors();
+        ASSERT_TRUE(
+            t.coords.copy(m.coords) && t.out_indices.copy(m.out_indices) && t.out_params.copy(m.out_params));
         ASSERT_EQ(m.run(), 0);
         ASSERT_EQ(t.run(), 0);
-        ASSERT_EQ(t.m.mesh(), m.mesh()) << round;
+        ASSERT_EQ(t.mesh(), m.mesh()) << round;
         for (std::size_t j = 0; j < m.coords.cols(); ++j)
             for (std::size_t r = 0; r < m.coords.rows(); ++r)
-                ASSERT_NEAR(t.m.coords(r, j), m.coords(r, j), 1e-9);
+                ASSERT_NEAR(t.coords(r, j), m.coords(r, j), 1e-9);
         ASSERT_EQ(t.out_metrics.cols(), m.mesh().size());
         for (std::size_t k = 0; k < t.out_metrics.cols(); ++k)
             ASSERT_NEAR(1 / std::sqrt(t.out_metrics(0, k)), m.out_sizes[k + 1], 1e-9);
@@ -100,19 +84,17 @@ TEST(tensor_line, turns_and_scales_with_its_space)
         auto straight = turned(chain, 0, 1);
         auto scaled = turned(chain, 0, 0x1p20);
         auto rotated = turned(chain, 0.7, 1);
-        if (chain.deviation_tolerance > 0) scaled.m.deviation_tolerance *= 0x1p20;
+        if (chain.deviation_tolerance > 0) scaled.deviation_tolerance *= 0x1p20;
         for (auto* t : {&straight, &scaled, &rotated}) {
-            t->m.out_indices = nodes({77});
-            t->m.out_params = reals({});
             ASSERT_EQ(t->run(), 0);
-            ASSERT_EQ(t->m.mesh(), straight.m.mesh());
+            ASSERT_EQ(t->mesh(), straight.mesh());
         }
-        for (std::size_t j = 0; j < straight.m.coords.cols(); ++j) {
-            double const x = straight.m.coords(0, j), y = straight.m.coords(1, j);
-            ASSERT_EQ(scaled.m.coords(0, j), x * 0x1p20);
-            ASSERT_EQ(scaled.m.coords(1, j), y * 0x1p20);
-            ASSERT_NEAR(rotated.m.coords(0, j), std::cos(0.7) * x - std::sin(0.7) * y, 1e-9);
-            ASSERT_NEAR(rotated.m.coords(1, j), std::sin(0.7) * x + std::cos(0.7) * y, 1e-9);
+        for (std::size_t j = 0; j < straight.coords.cols(); ++j) {
+            double const x = straight.coords(0, j), y = straight.coords(1, j);
+            ASSERT_EQ(scaled.coords(0, j), x * 0x1p20);
+            ASSERT_EQ(scaled.coords(1, j), y * 0x1p20);
+            ASSERT_NEAR(rotated.coords(0, j), std::cos(0.7) * x - std::sin(0.7) * y, 1e-9);
+            ASSERT_NEAR(rotated.coords(1, j), std::sin(0.7) * x + std::cos(0.7) * y, 1e-9);
         }
     }
 }
@@ -121,41 +103,40 @@ TEST(tensor_line, statuses)
 {
     struct
     {
-        void (*damage)(tensor_meshing&);
+        void (*damage)(meshing&);
         int with_params, without;
     } const rows[] = {
-        {[](tensor_meshing& t) { t.m.indices[1] = 99; }, -2, -2},
-        {[](tensor_meshing& t) {
+        {[](meshing& t) { t.indices[1] = 99; }, -2, -2},
+        {[](meshing& t) {
              t.out_metrics = columns({{1, 0, 1, 0, 0, 1}});
          },
             -11, -2},
-        {[](tensor_meshing& t) { t.m.indices[1] = 1; }, -11, -10},
-        {[](tensor_meshing& t) { t.m.min_elements = 0; }, -6, -5},
-        {[](tensor_meshing& t) { ASSERT_TRUE(vornik::metrics_iso_to_aniso3d(t.m.sizes, t.metrics)); }, -4,
-            -3},
-        {[](tensor_meshing& t) { t.metrics(0, 1) = -1; }, -4, -3},
-        {[](tensor_meshing& t) { t.metrics = t.metrics.sub_matrix(0, 0, 6, 2); }, -4, -3},
-        {[](tensor_meshing& t) { t.m.params[2] = -1; }, -3, -3},
+        {[](meshing& t) { t.indices[1] = 1; }, -11, -10},
+        {[](meshing& t) { t.min_elements = 0; }, -6, -5},
+        {[](meshing& t) { ASSERT_TRUE(vornik::metrics_iso_to_aniso3d(t.sizes, t.metrics)); }, -4, -3},
+        {[](meshing& t) { t.metrics(0, 1) = -1; }, -4, -3},
+        {[](meshing& t) { t.metrics = t.metrics.sub_matrix(0, 0, 6, 2); }, -4, -3},
+        {[](meshing& t) { t.params[2] = -1; }, -3, -3},
     };
-    tensor_meshing t = turned(chain_of(arc(3, 1), 0.1), 0, 1);
+    meshing t = turned(chain_of(arc(3, 1), 0.1), 0, 1);
     ASSERT_TRUE(t.out_metrics.resize(7, 0)); // no column: any row count will do
     for (auto const& row : rows) {
         row.damage(t);
-        auto const before = t.m.untouched();
+        auto const before = t.untouched();
         for (bool const with_params : {false, true}) {
-            t.m.with_params = with_params;
+            t.with_params = with_params;
             ASSERT_EQ(t.run(), with_params ? row.with_params : row.without) << &row - rows;
-            ASSERT_EQ(t.m.untouched(), before);
+            ASSERT_EQ(t.untouched(), before);
         }
     }
 }
 
 TEST(tensor_line, outputs_without_rows_have_no_columns)
 {
-    tensor_meshing t = turned(chain_of(arc(3, 1), 0.1), 0, 1);
+    meshing t = turned(chain_of(arc(3, 1), 0.1), 0, 1);
     ASSERT_TRUE(t.out_metrics.resize(0, 3));
     ASSERT_EQ(t.run(), 0);
-    EXPECT_EQ(t.out_metrics.cols(), t.m.mesh().size());
+    EXPECT_EQ(t.out_metrics.cols(), t.mesh().size());
 }
 
 TEST(mesh_straight, cuts_each_segment_on_its_own)
