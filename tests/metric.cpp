@@ -150,6 +150,9 @@ TEST(metric, intersection_of_tensors_that_ask_for_nothing_or_are_not_definite)
 TEST(metric, sizes_are_clamped_along_the_axes)
 {
     tensor<2> m{2.5, 1.5, 2.5}; // 1 along (1, -1), 4 along (1, 1)
+    auto sizes = reals({0.1, 1, 9});
+    vornik::bound_metrics(sizes, 0.5, 2);
+    EXPECT_EQ(values_of(sizes), (std::vector<double>{0.5, 1, 2}));
     EXPECT_FALSE(clamp_metric_sizes(m, 0, 0));
     EXPECT_FALSE(clamp_metric_sizes(m, 0.4, 2));
     EXPECT_TRUE(clamp_metric_sizes(m, 0, 0.7));
@@ -166,6 +169,16 @@ TEST(metric, sizes_are_clamped_along_the_axes)
         EXPECT_FALSE(clamp_metric_sizes(m3, 0, 0.5));
         EXPECT_TRUE(m2[2] == 1 && m3[5] == 1);
     }
+}
+
+TEST(metric, second_tensor_of_a_pair_may_be_singular)
+{
+    metric_interpolator<2> pair;
+    ASSERT_TRUE(pair.build({1, 0, 1}, {4, 0, 0})); // an unlimited size along the second axis
+    expect_near(pair.evaluate(1), {4, 0, 0}, 1e-15);
+    EXPECT_NEAR(pair.evaluate(0.5)[0], 1 / 0.5625, 1e-15);
+    EXPECT_FALSE(pair.build({4, 0, 0}, {1, 0, 1}));
+    EXPECT_EQ(pair.h1[0], 0);
 }
 
 TEST(metric, gradation_bounds_growth_along_edges)

@@ -27,8 +27,8 @@ template <class Targets>
     std::size_t const n = chain.size();
     if (!can_be_numbered(n)) return false;
 
-    // Once there is a second pass, or the targets are bounded, columns 0 to n - 1 hold the chain's nodes and those
-    // behind them the nodes of the latest pass; `numbered` is the chain in these numbers.
+    // Once there is a second pass, or the targets are bounded, columns 0 to n - 1 hold the chain's nodes and
+    // those behind them the nodes of the latest pass; `numbered` is the chain in these numbers.
     dense2D<double> work_coords;
     line<Targets> numbered;
     dense2D<double> const* points = &coords;
