@@ -145,6 +145,15 @@ TEST(refinement, always_ends)
     sinking.deviation_tolerance = 4 - 4e-9;
     ASSERT_EQ(sinking.run(), 0);
     EXPECT_LT(sinking.elements(), 100U);
+
+    // A deviation that is the threshold exactly, whatever the number of elements.
+    meshing equal = chain_of(
+        columns({{0, 0}, {1e-30, 0}, {1, 0}, {1, 1}, {1, 1}, {1, 1}, {1, 1}, {1, 1}, {1, 1}, {1, 2}}), 0.5);
+    equal.params = reals({0, 1, 1, 1, 1, 1, 1, 1, 1, 2});
+    equal.min_elements = 50;
+    equal.deviation_tolerance = 1 - 0x1p-52;
+    ASSERT_EQ(equal.run(), 0);
+    EXPECT_LT(equal.elements(), 50U);
 }
 
 TEST(refinement, a_line_split_at_every_node)

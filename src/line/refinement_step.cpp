@@ -31,7 +31,8 @@ refinement_step decide(
     span_task again{task.first, task.last, is_spread ? more : 1, elements, scan.largest, 0};
     if (task.replaced_elements > 0) {
         double const excess = task.least_deviation - scan.threshold;
-        bool const has_gained = task.least_deviation - scan.largest >= least_gain * excess;
+        double const gain = task.least_deviation - scan.largest;
+        bool const has_gained = gain > 0 && gain >= least_gain * excess; // the excess may be 0
         again.least_deviation = std::min(task.least_deviation, scan.largest);
         again.stalled = task.stalled + (has_gained ? 0 : 1);
     }
