@@ -58,6 +58,11 @@ TEST(containers, refuse_what_storage_or_arithmetic_cannot_hold)
     EXPECT_EQ(a.size(), 100U);
     EXPECT_EQ(values_of(m), (std::vector<std::vector<double>>{{1, 2}, {3, 4}}));
     EXPECT_TRUE(dense1D<double>(5, 1.0).empty());
+
+    // A matrix without rows may have any number of columns.
+    dense2D<double> bare, copy;
+    EXPECT_TRUE(m.resize(0, SIZE_MAX, 1.0) && bare.resize(0, SIZE_MAX) && copy.copy(bare));
+    EXPECT_EQ(copy.cols(), SIZE_MAX);
 }
 
 TEST(dense2D, resizing_agrees_with_a_list_of_columns)

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <random>
 
 #include <vornik/toolkit.h>
@@ -134,10 +135,12 @@ TEST(tensor_line, statuses)
 
 TEST(tensor_line, outputs_without_rows_have_no_columns)
 {
-    meshing t = turned(chain_of(arc(3, 1), 0.1), 0, 1);
-    ASSERT_TRUE(t.out_metrics.resize(0, 3));
-    ASSERT_EQ(t.run(), 0);
-    EXPECT_EQ(t.out_metrics.cols(), t.mesh().size());
+    for (std::size_t const columns : {std::size_t(3), std::size_t(SIZE_MAX)}) {
+        meshing t = turned(chain_of(arc(3, 1), 0.1), 0, 1);
+        ASSERT_TRUE(t.out_metrics.resize(0, columns));
+        ASSERT_EQ(t.run(), 0);
+        EXPECT_EQ(t.out_metrics.cols(), t.mesh().size());
+    }
 }
 
 TEST(mesh_straight, cuts_each_segment_on_its_own)

@@ -164,7 +164,8 @@ constexpr int no_storage = -199;
 ///         -2: one chain entry, or one that is no column of `coords`;
 ///         -3: `sizes` has fewer values than the chain, or one that is not positive and finite;
 ///         -199: no storage.
-/// On a failure `coords` and `out_indices` are as they were.
+/// On a failure `coords` and `out_indices` are as they were. A lack of storage within the placement of nodes
+/// is not reported: the segment is one element then.
 ///
 /// Cost: linear in chain plus mesh.
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,

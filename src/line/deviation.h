@@ -8,6 +8,7 @@
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 
+#include "arrays/search.h"
 #include "arrays/vectors.h"
 
 // How far the interior nodes of a chain lie from a mesh of it.
@@ -71,7 +72,7 @@ deviation_scan scan_deviation(dense2D<double> const& coords, dense1D<unsigned> c
         double const param = params[i];
 
         // NaN or overflow can leave no mesh parameter at or above this one; the last element is taken then.
-        cursor = std::min(std::lower_bound(cursor, end, param), end - 1);
+        cursor = std::min(first_not_below(cursor, end, param), end - 1);
         auto const k = static_cast<std::size_t>(cursor - first);
         unsigned const b = mesh[k];
         unsigned const a = k > 0 ? mesh[k - 1] : b;

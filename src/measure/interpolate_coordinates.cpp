@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "arrays/search.h"
 #include "front_door.h"
 
 namespace trelk::vornik1d {
@@ -43,7 +44,7 @@ int interpolate_coordinates(dense2D<double>& coords, dense1D<unsigned> const& in
     double const* cursor = first;
     for (std::size_t m = 0; m < new_indices.size(); ++m) {
         double const u = new_params[m];
-        cursor = std::lower_bound(cursor, end, u);
+        cursor = first_not_below(cursor, end, u);
         auto const at = position_at(params, static_cast<std::size_t>(cursor - first), u);
 
         unsigned const a = indices[at.from];

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "arrays/search.h"
 #include "front_door.h"
 #include "metric/metric_interpolator.h"
 
@@ -34,7 +35,7 @@ void sample_along(dense1D<double> const& params, dense1D<double> const& new_para
     double const* at = first;
     for (std::size_t k = 0; k < new_params.size(); ++k) {
         double const query = new_params[k];
-        at = std::min(std::lower_bound(at, params.end(), query), last);
+        at = std::min(first_not_below(at, params.end(), query), last);
         auto const hi = static_cast<std::size_t>(at - first);
         std::size_t const lo = hi > 0 ? hi - 1 : hi;
         double const p_lo = params[lo];

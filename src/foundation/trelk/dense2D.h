@@ -109,6 +109,7 @@ public:
         std::size_t const old_rows = rows_;
         std::size_t const old_cols = cols_;
         if (!resize(rows, cols)) return false;
+        if (empty()) return true; // without rows there may be any number of columns
         for (std::size_t j = 0; j < cols; ++j) {
             std::size_t const kept = j < old_cols ? std::min(old_rows, rows) : 0;
             std::fill(col(j) + kept, col(j) + rows, value);
@@ -177,6 +178,7 @@ private:
 
     void take_values_of(dense2D const& other) noexcept
     {
+        if (empty()) return;
         for (std::size_t j = 0; j < cols_; ++j) std::copy_n(other.col(j), rows_, col(j));
     }
 
