@@ -1,21 +1,33 @@
 #pragma once
 
+#include <cmath>
+#include <cstddef>
+
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
+#include <vornik1d/vornik1d.h>
+
+#include "line/span_rule.h"
+#include "metric/sizes.h"
+#include "placement/line.h"
 
 namespace trelk::vornik1d {
 
-/// Bounds `sizes` in place, so that at curvature c a size h obeys (h * c)^2 / 8 <= -`deviation_tolerance`:
-/// the sagitta of a chord of length h on a circle of curvature c, relative to the circle's radius. The bound
-/// is at least `min_size`. `sizes` is indexed by the node numbers in `chain`. Returns the status of
-/// `curvatures`; on a failure the sizes stay as they are.
-int limit_sizes_by_curvature(dense2D<double> const& coords, dense1D<unsigned> const& chain,
-    dense1D<double>& sizes, double deviation_tolerance, double min_size) noexcept;
+/// Bounds the sizes that the targets of `chain` ask for, so that at curvature c a size h obeys (h * c)^2 / 8
+/// <= -`rule.deviation_tolerance`: the sagitta of a chord of length h on a circle of curvature c, relative to
+/// the circle's radius. The bound is at least `rule.min_size`. Without storage for the curvatures the targets
+/// stay as they are.
+template <class Targets>
+void limit_sizes_by_curvature(dense2D<double> const& coords, line<Targets>& chain, span_rule const& rule)
+{
+    dense1D<double> curvature;
+    if (curvatures(coords, chain.nodes, curvature) != 0) return;
 
-/// Bounds the sizes of tensors along their own axes in the same way; a tensor that cannot be decomposed
-/// stays.
-template <int N>
-int limit_metrics_by_curvature(dense2D<double> const& coords, dense1D<unsigned> const& chain,
-    dense2D<double>& metrics, double deviation_tolerance, double min_size) noexcept;
+    double const size_at_unit_curvature = std::sqrt(-8 * rule.deviation_tolerance);
+    for (std::size_t k = 0; k < chain.size(); ++k) {
+        double const limit = curvature[k] > 0 ? size_at_unit_curvature / curvature[k] : largest;
+        Targets::bound(chain.targets, k, rule.min_size > limit ? rule.min_size : limit);
+    }
+}
 
 } // namespace trelk::vornik1d

@@ -7,11 +7,12 @@
 
 #include "arrays/vectors.h"
 #include "front_door.h"
-#include "line/line.h"
 #include "line/mesh_span.h"
 #include "line/refine_span.h"
-#include "line/size_targets.h"
-#include "line/tensor_targets.h"
+#include "line/span_rule.h"
+#include "placement/line.h"
+#include "placement/size_targets.h"
+#include "placement/tensor_targets.h"
 
 namespace trelk::vornik1d {
 
@@ -23,25 +24,6 @@ double clean_tolerance(double deviation_tolerance)
     constexpr double off = std::numeric_limits<double>::max();
     bool const is_off = std::isnan(deviation_tolerance) || std::abs(deviation_tolerance) == off;
     return is_off ? 0 : deviation_tolerance;
-}
-
-/// Appends a mesh to the caller's lists; on false they are as they were. Also correct when the lists share
-/// storage or are one object.
-template <class Targets>
-[[nodiscard]] bool publish(line<Targets> const& mesh, dense1D<unsigned>& out_indices,
-    dense1D<double>& out_params, typename Targets::list& out_targets)
-{
-    line<Targets> const before{out_indices, out_params, out_targets};
-    std::size_t const added = mesh.size();
-    if (Targets::make_room(out_targets, added) && make_room(out_indices, added) &&
-        make_room(out_params, added) && Targets::append(mesh.targets, out_targets) &&
-        append_values(mesh.nodes, out_indices) && append_values(mesh.params, out_params))
-        return true;
-
-    out_indices = before.nodes;
-    out_params = before.params;
-    out_targets = before.targets;
-    return false;
 }
 
 /// Meshes a chain and appends the mesh to the caller's lists. On a failure these and `coords` are as before.
@@ -121,7 +103,7 @@ int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D
     if (!vornik::check_IDs(indices, coords.cols())) return bad_argument(2);
 
     span_rule const rule{
-        force_even, min_elements, max_elements, clean_tolerance(deviation_tolerance), min_size};
+        {force_even, min_elements, max_elements}, clean_tolerance(deviation_tolerance), min_size};
     return by_dimension(coords, [&](auto dim) {
         line<size_targets<dim>> const chain{indices, params, sizes.sub_vector(0, n)};
         return mesh_chain(coords, chain, rule, out_indices, out_params, out_sizes);
@@ -145,7 +127,7 @@ int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D
     if (!vornik::check_IDs(indices, coords.cols())) return bad_argument(2);
 
     span_rule const rule{
-        force_even, min_elements, max_elements, clean_tolerance(deviation_tolerance), min_size};
+        {force_even, min_elements, max_elements}, clean_tolerance(deviation_tolerance), min_size};
     return by_dimension(coords, [&](auto dim) {
         line<tensor_targets<dim>> const chain{indices, params, metrics.sub_matrix(0, 0, rows, n)};
         return mesh_chain(coords, chain, rule, out_indices, out_params, out_metrics);

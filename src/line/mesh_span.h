@@ -9,7 +9,9 @@
 #include <vornik1d/vornik1d.h>
 
 #include "arrays/columns.h"
-#include "line/line.h"
+#include "line/curvature_limit.h"
+#include "line/span_rule.h"
+#include "placement/line.h"
 
 namespace trelk::vornik1d {
 
@@ -36,7 +38,7 @@ template <class Targets>
     if (rule.deviation_tolerance < 0) {
         if (!gather_chain(coords, chain, work_coords, numbered) || !numbered.targets.copy(chain.targets))
             return false;
-        Targets::limit_by_curvature(work_coords, numbered, rule);
+        limit_sizes_by_curvature(work_coords, numbered, rule);
         points = &work_coords;
         start = &numbered;
     }
@@ -48,13 +50,11 @@ template <class Targets>
     std::size_t previous = unlimited;
     for (std::size_t pass = 0;; ++pass) {
         line<Targets>& next = buffers[pass % 2];
-        Targets::place(*points, *work, rule, new_coords, next);
+        if (!place_between_ends(*points, *work, rule, new_coords, next)) return false;
+        work = &next;
         m = new_coords.cols();
         std::size_t const columns = n + m;
-        if (!can_be_numbered(std::max(n, coords.cols()) + m) || !next.resize(m + 2)) return false;
-        next.copy_entry(*start, 0, 0);
-        next.copy_entry(*start, n - 1, m + 1);
-        work = &next;
+        if (!can_be_numbered(std::max(n, coords.cols()) + m)) return false;
 
         bool const is_straight = n == 2; // one pass is exact
         bool const cannot_fall = m + 1 == rule.min_elements;
@@ -78,13 +78,8 @@ template <class Targets>
         previous = columns;
     }
 
-    auto const base = static_cast<unsigned>(coords.cols());
-    if (!append_columns(new_coords, coords)) return false;
     mesh = *work;
-    mesh.nodes[0] = chain.nodes[0];
-    std::iota(mesh.nodes.begin() + 1, mesh.nodes.begin() + 1 + m, base);
-    mesh.nodes[m + 1] = chain.nodes[n - 1];
-    return true;
+    return add_new_nodes(new_coords, chain.nodes[0], chain.nodes[n - 1], coords, mesh);
 }
 
 } // namespace trelk::vornik1d

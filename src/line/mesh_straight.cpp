@@ -7,7 +7,7 @@
 
 #include "arrays/append.h"
 #include "front_door.h"
-#include "line/line.h"
+#include "placement/line.h"
 
 namespace trelk::vornik1d {
 

@@ -7,9 +7,10 @@
 
 #include "arrays/columns.h"
 #include "line/deviation.h"
-#include "line/line.h"
 #include "line/mesh_span.h"
 #include "line/refinement_step.h"
+#include "line/span_rule.h"
+#include "placement/line.h"
 
 namespace trelk::vornik1d {
 

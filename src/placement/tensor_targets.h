@@ -5,11 +5,12 @@
 
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
+#include <vornik/toolkit.h>
 
 #include "arrays/columns.h"
-#include "line/curvature_limit.h"
-#include "line/line.h"
+#include "metric/sizes.h"
 #include "metric/tensor.h"
+#include "placement/line.h"
 #include "placement/place_nodes_aniso.h"
 
 namespace trelk::vornik1d {
@@ -47,17 +48,18 @@ struct tensor_targets
         std::copy_n(source.col(i), rows, metrics.col(j));
     }
 
-    static void limit_by_curvature(
-        dense2D<double> const& coords, line<tensor_targets>& chain, span_rule const& rule)
+    /// Lowers the sizes of entry k to `limit` along its axes; a NaN is no limit. A tensor that cannot be
+    /// decomposed stays.
+    static void bound(list& metrics, std::size_t k, double limit) noexcept
     {
-        // Without storage for the curvatures the tensors stay as they are.
-        static_cast<void>(limit_metrics_by_curvature<N>(
-            coords, chain.nodes, chain.targets, rule.deviation_tolerance, rule.min_size));
+        auto metric = tensor_at<N>(metrics.col(k));
+        vornik::bound_metric(metric, limit, largest);
+        std::copy_n(metric.values, rows, metrics.col(k));
     }
 
     /// Places nodes along `chain`; the lists of `mesh` get an entry more on either side, for the end nodes.
-    static void place(dense2D<double> const& coords, line<tensor_targets> const& chain, span_rule const& rule,
-        dense2D<double>& new_coords, line<tensor_targets>& mesh)
+    static void place(dense2D<double> const& coords, line<tensor_targets> const& chain,
+        element_rule const& rule, dense2D<double>& new_coords, line<tensor_targets>& mesh)
     {
         // The result is not read: without storage for new nodes, or with tensors that cannot be reduced,
         // there are none.

@@ -1,13 +1,13 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 
 #include "arrays/append.h"
-#include "line/curvature_limit.h"
-#include "line/line.h"
+#include "placement/line.h"
 #include "placement/place_nodes_iso.h"
 
 namespace trelk::vornik1d {
@@ -41,17 +41,15 @@ struct size_targets
         sizes[j] = source[i];
     }
 
-    static void limit_by_curvature(
-        dense2D<double> const& coords, line<size_targets>& chain, span_rule const& rule)
+    /// Lowers entry k to `limit`; a NaN is no limit.
+    static void bound(list& sizes, std::size_t k, double limit) noexcept
     {
-        // Without storage for the curvatures the sizes stay as they are.
-        static_cast<void>(limit_sizes_by_curvature(
-            coords, chain.nodes, chain.targets, rule.deviation_tolerance, rule.min_size));
+        sizes[k] = std::min(sizes[k], limit);
     }
 
     /// Places nodes along `chain`; the lists of `mesh` get an entry more on either side, for the end nodes.
-    static void place(dense2D<double> const& coords, line<size_targets> const& chain, span_rule const& rule,
-        dense2D<double>& new_coords, line<size_targets>& mesh)
+    static void place(dense2D<double> const& coords, line<size_targets> const& chain,
+        element_rule const& rule, dense2D<double>& new_coords, line<size_targets>& mesh)
     {
         // The result is not read: without storage for new nodes there are none.
         place_nodes_iso<N>(coords, chain.nodes, chain.params, chain.targets, 0.0, rule.force_even,

@@ -80,14 +80,60 @@ template <class Targets>
     return true;
 }
 
-/// How a chain is to be cut into elements. `deviation_tolerance` is cleaned: no NaN, no largest double.
-struct span_rule
+/// Into how many elements a line is to be cut.
+struct element_rule
 {
     bool force_even;
     std::uint64_t min_elements;
     std::uint64_t max_elements;
-    double deviation_tolerance;
-    double min_size;
 };
+
+/// Places nodes along `chain`. `new_coords` is replaced, and `mesh`: the parameters and targets of the new
+/// nodes between those of the chain's ends. Its node numbers are for the caller to set. False without storage
+/// for the mesh; a lack of storage within the placement leaves a single element.
+template <class Targets>
+[[nodiscard]] bool place_between_ends(dense2D<double> const& coords, line<Targets> const& chain,
+    element_rule const& rule, dense2D<double>& new_coords, line<Targets>& mesh)
+{
+    Targets::place(coords, chain, rule, new_coords, mesh);
+    std::size_t const added = new_coords.cols();
+    if (!mesh.resize(added + 2)) return false;
+    mesh.copy_entry(chain, 0, 0);
+    mesh.copy_entry(chain, chain.size() - 1, added + 1);
+    return true;
+}
+
+/// Appends the new nodes to `coords` and numbers the mesh that they belong to: from `first` over them to
+/// `last`. False, with `coords` as it was, without storage or numbers for them.
+template <class Targets>
+[[nodiscard]] bool add_new_nodes(dense2D<double> const& new_coords, unsigned first, unsigned last,
+    dense2D<double>& coords, line<Targets>& mesh)
+{
+    std::size_t const base = coords.cols();
+    if (!can_be_numbered(base + new_coords.cols()) || !append_columns(new_coords, coords)) return false;
+    mesh.nodes[0] = first;
+    std::iota(mesh.nodes.begin() + 1, mesh.nodes.end() - 1, static_cast<unsigned>(base));
+    mesh.nodes[mesh.elements()] = last;
+    return true;
+}
+
+/// Appends a mesh to the caller's lists; on false they are as they were. Also correct when the lists share
+/// storage or are one object.
+template <class Targets>
+[[nodiscard]] bool publish(line<Targets> const& mesh, dense1D<unsigned>& out_indices,
+    dense1D<double>& out_params, typename Targets::list& out_targets)
+{
+    line<Targets> const before{out_indices, out_params, out_targets};
+    std::size_t const added = mesh.size();
+    if (Targets::make_room(out_targets, added) && make_room(out_indices, added) &&
+        make_room(out_params, added) && Targets::append(mesh.targets, out_targets) &&
+        append_values(mesh.nodes, out_indices) && append_values(mesh.params, out_params))
+        return true;
+
+    out_indices = before.nodes;
+    out_params = before.params;
+    out_targets = before.targets;
+    return false;
+}
 
 } // namespace trelk::vornik1d
