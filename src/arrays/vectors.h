@@ -7,25 +7,75 @@
 
 namespace trelk::vornik1d {
 
+template <std::size_t N>
+using vector = vector_fixed<double, N>;
+
+template <std::size_t N>
+vector<N> operator+(vector<N> a, vector<N> const& b)
+{
+    for (std::size_t r = 0; r < N; ++r) a[r] += b[r];
+    return a;
+}
+
+template <std::size_t N>
+vector<N> operator-(vector<N> a, vector<N> const& b)
+{
+    for (std::size_t r = 0; r < N; ++r) a[r] -= b[r];
+    return a;
+}
+
+template <std::size_t N>
+vector<N> operator*(vector<N> a, double factor)
+{
+    for (std::size_t r = 0; r < N; ++r) a[r] *= factor;
+    return a;
+}
+
+template <std::size_t N>
+vector<N> operator*(double factor, vector<N> const& a)
+{
+    return a * factor;
+}
+
+/// The N coordinates at `values`, for a column of a matrix.
+template <std::size_t N>
+vector<N> vector_at(double const* values)
+{
+    vector<N> v;
+    for (std::size_t r = 0; r < N; ++r) v[r] = values[r];
+    return v;
+}
+
 /// Vector from `a` to `b`, N coordinates each.
 template <std::size_t N>
-vector_fixed<double, N> edge_vector(double const* a, double const* b)
+vector<N> edge_vector(double const* a, double const* b)
 {
-    vector_fixed<double, N> d;
-    for (std::size_t r = 0; r < N; ++r) d[r] = b[r] - a[r];
-    return d;
+    return vector_at<N>(b) - vector_at<N>(a);
 }
 
-/// Euclidean length, summed in the order of the components.
+/// Summed in the order of the components.
 template <std::size_t N>
-double norm(vector_fixed<double, N> const& d)
+double dot(vector<N> const& a, vector<N> const& b)
 {
-    double square = 0;
-    for (std::size_t r = 0; r < N; ++r) square += d[r] * d[r];
-    return std::sqrt(square);
+    double sum = a[0] * b[0];
+    for (std::size_t r = 1; r < N; ++r) sum += a[r] * b[r];
+    return sum;
 }
 
-inline vector_fixed<double, 3> cross(vector_fixed<double, 3> const& a, vector_fixed<double, 3> const& b)
+/// Euclidean length.
+template <std::size_t N>
+double norm(vector<N> const& d)
+{
+    if constexpr (N == 1)
+        return std::abs(d[0]); // where its square would over- or underflow too
+    else
+        return std::sqrt(dot(d, d));
+}
+
+/// The cross product; in the plane it has one component.
+inline vector<1> cross(vector<2> const& a, vector<2> const& b) { return {a[0] * b[1] - a[1] * b[0]}; }
+
+inline vector<3> cross(vector<3> const& a, vector<3> const& b)
 {
     return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
 }

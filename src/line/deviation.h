@@ -27,23 +27,12 @@ struct deviation_scan
     std::size_t split = 0;
 };
 
-/// Length of the cross product of u and w: twice the area of their triangle.
-inline double cross_length(vector_fixed<double, 2> const& u, vector_fixed<double, 2> const& w)
-{
-    return std::abs(u[0] * w[1] - u[1] * w[0]);
-}
-
-inline double cross_length(vector_fixed<double, 3> const& u, vector_fixed<double, 3> const& w)
-{
-    return norm(cross(u, w));
-}
-
 /// Distance of p from the infinite line through a and b; 0 where a and b are one point.
 template <int N>
 double distance_from_line(double const* p, double const* a, double const* b)
 {
     auto const u = edge_vector<N>(a, b);
-    double const area = cross_length(u, edge_vector<N>(a, p));
+    double const area = norm(cross(u, edge_vector<N>(a, p))); // of a parallelogram
     double const length = norm(u);
     return length > 0 ? area / length : area;
 }

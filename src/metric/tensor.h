@@ -14,9 +14,6 @@ namespace trelk::vornik1d {
 template <std::size_t N>
 using tensor = symmetric_fixed<double, N>;
 
-template <std::size_t N>
-using vector = vector_fixed<double, N>;
-
 /// Rows of a matrix that holds one tensor per column.
 template <std::size_t N>
 constexpr std::size_t packed_rows = N*(N + 1) / 2;
@@ -27,14 +24,6 @@ tensor<N> tensor_at(double const* column)
     tensor<N> m;
     for (std::size_t k = 0; k < packed_rows<N>; ++k) m[k] = column[k];
     return m;
-}
-
-template <std::size_t N>
-double dot(vector<N> const& a, vector<N> const& b)
-{
-    double sum = a[0] * b[0];
-    for (std::size_t r = 1; r < N; ++r) sum += a[r] * b[r];
-    return sum;
 }
 
 /// d^T M d, summed in the order of the packed entries: the squared length of d in the metric M.
