@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -91,7 +92,8 @@ double place_nodes(dense2D<double> const& coords, dense1D<unsigned> const& indic
             if (!field.enter(s, d)) return clear();
         }
 
-        double const t = cum[j] > cum[s] ? (target - cum[s]) / (cum[j] - cum[s]) : 0;
+        // An infinite metric length has no fractions: 0 in place of NaN.
+        double const t = cum[j] > cum[s] ? std::max(0.0, (target - cum[s]) / (cum[j] - cum[s])) : 0;
         double const u = field.position(t);
         field.place(margin + k, u);
         for (std::size_t r = 0; r < N; ++r) point[r] = d[r] * u + a[r];
