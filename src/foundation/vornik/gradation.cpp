@@ -22,8 +22,9 @@ void sweep(dense2D<unsigned> const& connect, std::size_t node_count, dense1D<uns
     bool both_ends, Bound bound)
 {
     if (connect.rows() < 2) return;
+    bool const all = nodes.empty();
     dense1D<unsigned> may_change;
-    if (!may_change.resize(node_count, nodes.empty() ? 1 : 0)) return;
+    if (!all && !may_change.resize(node_count, 0)) return;
     for (unsigned const node : nodes)
         if (node < node_count) may_change[node] = 1;
 
@@ -31,8 +32,8 @@ void sweep(dense2D<unsigned> const& connect, std::size_t node_count, dense1D<uns
         unsigned const a = connect(0, e);
         unsigned const b = connect(1, e);
         if (a >= node_count || b >= node_count) return;
-        if (may_change[b]) bound(a, b);
-        if (both_ends && may_change[a]) bound(b, a);
+        if (all || may_change[b]) bound(a, b);
+        if (both_ends && (all || may_change[a])) bound(b, a);
     };
     std::size_t const edges = connect.cols();
     for (std::size_t e = 0; e < edges; ++e) visit(e);

@@ -60,7 +60,7 @@ bool metrics_iso_to_aniso3d(dense1D<double> const& sizes, dense2D<double>& metri
 /// @param mode     the rule of growth: -1 for sizes, 0 (homogeneous) for tensors; there are no others.
 /// @param max_gradation  growth of size per length; what is not at least 0 bounds nothing.
 /// @param[in,out] target  a size per node, or a tensor of 3 or 6 rows per node for 2 or 3 rows of `coords`.
-/// Without storage for a list of the nodes the target stays as it is.
+/// Where `nodes` is not empty, the target stays as it is without storage for a list of them.
 void bound_metric_gradations(dense2D<double> const& coords, dense2D<unsigned> const& connect,
     element_type type, dense1D<unsigned> const& nodes, bool both_ends, int mode, double max_gradation,
     dense1D<double>& target) noexcept;
