@@ -2,6 +2,7 @@
 
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
+#include <trelk/vector_fixed.h>
 
 /// Marks the functions that the shared library exports.
 #define VORNIK1D_API __attribute__((visibility("default")))
@@ -204,6 +205,114 @@ constexpr int no_storage = -199;
 /// @return as above; -4: `node_c` is no column of `coords`; -3 also for three nodes at one place.
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
     unsigned node_c, unsigned element_count, dense1D<unsigned>& out_indices) noexcept;
+
+/// @}
+/// @name Splines
+/// @{
+
+/// Point of a spline at a parameter value.
+///
+/// The spline is a chain of cubics, one span from each node to the next, each built from its two nodes and
+/// one guide node on either side; no system of equations is solved. The tangent at a node has the direction of
+/// q u + p v, where u and v are the unit vectors along the chords before and behind it, p and q the lengths of
+/// these, so that the spline turns without a corner. A span has no tangent at an end that is its own guide node, by number and not by place,
+/// nor where the tangent would point against the chord; it is quadratic then, or straight without both.
+///
+/// @param coords  2 or 3 rows, as many as `point` has: node positions.
+/// @param i0, i3  the guide nodes before and behind the span; i0 = i1 and i3 = i2 declare a free end.
+/// @param i1, i2  the nodes from which and to which the span runs.
+/// @param t       0 gives node i1 exactly, 1 node i2 but for rounding; what is outside extrapolates the cubic.
+/// @param[out] point  the position; as it was on a failure.
+/// @return 0; -1: `coords` has another row count than `point`; -2, -3, -4, -5: i0, i1, i2, i3 is no column of
+///         `coords`.
+[[nodiscard]] VORNIK1D_API int spline_point(dense2D<double> const& coords, unsigned i0, unsigned i1,
+    unsigned i2, unsigned i3, double t, vector_fixed<double, 2>& point) noexcept;
+[[nodiscard]] VORNIK1D_API int spline_point(dense2D<double> const& coords, unsigned i0, unsigned i1,
+    unsigned i2, unsigned i3, double t, vector_fixed<double, 3>& point) noexcept;
+
+/// Meshes the spline through a chain of nodes by target sizes given at these, bounded by the curvature of the
+/// spline and by a limit on their growth.
+///
+/// The first and the last chain entry are guide nodes: they shape the tangents at the curve's ends and are
+/// not on it. An open curve through the nodes a, b, ..., y, z is the chain a, a, b, ..., y, z, z; a closed one
+/// through a, b, ..., z and back to a is the chain z, a, b, ..., z, a, b. The mesh runs from the second to the
+/// last but one entry and holds no other chain node.
+///
+/// New nodes do not lie on the spline but on chords of a polyline of samples of it, ten times closer to it
+/// than `deviation_tolerance` asks of the mesh. That tolerance selects how curvature bounds the sizes:
+///
+///   - positive: an element's chord is to stay within this distance (in length units of the model) of the
+///     curve. At curvature c the bound is 2 sqrt(e (2 - e)) / c with e = c * `deviation_tolerance`; where e is
+///     1 or more there is none.
+///   - negative: the same with e = -`deviation_tolerance` at every curvature: the distance relative to the
+///     radius of curvature.
+///   - 0, NaN, plus or minus the largest double: no bound, and two samples per span.
+///
+/// Sizes are bounded by the mean curvature between nodes at which the chain bends, and by the length of the
+/// curve. They run linearly between samples.
+///
+/// @param[in,out] coords  d x n, d = 2 or 3: node positions, in length units of the model. New nodes are
+///                 appended as columns; the old ones stay as they are.
+/// @param indices  the chain with its guide nodes, at least 4 column numbers of `coords`.
+/// @param sizes    a target size per chain entry, positive and finite, in length units of the model; those of
+///                 the guide nodes have no effect, and further values are ignored.
+/// @param force_even, min_elements, max_elements  as in `mesh_line`.
+/// @param deviation_tolerance  see above.
+/// @param min_size  floor of the bound by curvature, at least 0; sizes below it are not raised. Half of it is
+///                 also the least distance of samples, so it is what keeps their number, which has no other
+///                 limit, and that of the elements within reason where the curve has a kink or the tolerance
+///                 is tiny: samples along a span take its length over sqrt(0.8 * tolerance / c), or over half
+///                 of `min_size` if that is more. Curvature has no bound where nodes are at one place or
+///                 turn back on themselves; without `min_size` such a curve has `max_elements` elements.
+/// @param default_size  if this and `max_gradation` are positive: the size everywhere but at the curve nodes,
+///                 before bounds. Otherwise sizes run linearly from node to node.
+/// @param max_gradation  if positive and below the largest double: sizes grow along the curve by no more than
+///                 this per length.
+/// @param[out] out_indices  the mesh's nodes in the order of travel are appended.
+/// @param[out] out_params   the parameter of each mesh node is appended: from 0 to 1, near the normalised chord
+///                 length along the chain.
+/// @param[out] out_sizes    the target size at each mesh node is appended, after bounds.
+/// @param[out] deviation    the largest distance of a sample from the chord of its span, which tells how far
+///                 the spline strays from the polyline through its nodes, not how far the mesh does; 0 on a
+///                 failure.
+/// @return 0;
+///         -1: `coords` has neither 2 nor 3 rows; also, tested last, chain nodes whose positions are not
+///         finite, or so far apart that the curve's length is not;
+///         -2: fewer than 4 chain entries, or one that is no column of `coords`;
+///         -3: `sizes` has fewer values than the chain, or one that is not positive and finite;
+///         -5: `min_elements` is 0 or above `max_elements`;
+///         -8: `min_size` is negative or NaN;
+///         -199: no storage, more samples or nodes than 32-bit numbers can name.
+/// On a failure all arguments but `deviation` are as they were. A lack of storage within the placement of nodes
+/// is not reported: the mesh is a single element then.
+///
+/// Cost: linear in chain, samples and mesh, and a binary search for each sample; memory is linear in the same.
+[[nodiscard]] VORNIK1D_API int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense1D<double> const& sizes, bool force_even, unsigned min_elements, unsigned max_elements,
+    double deviation_tolerance, double min_size, double default_size, double max_gradation,
+    dense1D<unsigned>& out_indices, dense1D<double>& out_params, dense1D<double>& out_sizes,
+    double& deviation) noexcept;
+
+/// Meshes a spline as above, with metric tensors given at its nodes instead of sizes.
+///
+/// Curvature bounds the sizes of each tensor along its own axes, and `default_size` stands for the isotropic
+/// tensor of that size. Growth is limited in the metric: of two tensors at a distance l in one of them the
+/// other is intersected with that one divided by (1 + `max_gradation` * l)^2.
+///
+/// @param metrics  3 or 6 rows for 2 or 3 rows of `coords`: a tensor per chain entry, finite and positive
+///                 definite, packed as in `mesh_line`; further columns are ignored.
+/// @param[out] out_metrics  the tensor at each mesh node is appended as a column.
+/// @return as above, with
+///         -3: `metrics` has too few columns, or a tensor that is not finite and positive definite, or the
+///         wrong row count;
+///         -13: `out_metrics` is not empty and has the wrong row count.
+/// A curve on which a new node falls between tensors that cannot be reduced to a common basis becomes a single
+/// element.
+[[nodiscard]] VORNIK1D_API int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense2D<double> const& metrics, bool force_even, unsigned min_elements, unsigned max_elements,
+    double deviation_tolerance, double min_size, double default_size, double max_gradation,
+    dense1D<unsigned>& out_indices, dense1D<double>& out_params, dense2D<double>& out_metrics,
+    double& deviation) noexcept;
 
 /// @}
 /// @name Metric interpolation

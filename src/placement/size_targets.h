@@ -17,6 +17,7 @@ template <int N>
 struct size_targets
 {
     static constexpr int dimension = N;
+    static constexpr int gradation_mode = -1; // of the toolkit's rule of growth
     using list = dense1D<double>;
 
     static list part(list const& sizes, std::size_t first, std::size_t count) noexcept
@@ -25,6 +26,12 @@ struct size_targets
     }
 
     [[nodiscard]] static bool resize(list& sizes, std::size_t count) noexcept { return sizes.resize(count); }
+
+    /// Fills the empty list with `count` targets that ask for `size`.
+    [[nodiscard]] static bool fill(list& sizes, std::size_t count, double size) noexcept
+    {
+        return sizes.resize(count, size);
+    }
 
     [[nodiscard]] static bool make_room(list& sizes, std::size_t added) noexcept
     {

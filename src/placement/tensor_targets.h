@@ -20,6 +20,7 @@ template <int N>
 struct tensor_targets
 {
     static constexpr int dimension = N;
+    static constexpr int gradation_mode = 0; // of the toolkit's rule of growth
     static constexpr std::size_t rows = packed_rows<N>;
     using list = dense2D<double>;
 
@@ -31,6 +32,15 @@ struct tensor_targets
     [[nodiscard]] static bool resize(list& metrics, std::size_t count) noexcept
     {
         return metrics.resize(rows, count);
+    }
+
+    /// Fills the empty list with `count` targets that ask for `size` in every direction.
+    [[nodiscard]] static bool fill(list& metrics, std::size_t count, double size) noexcept
+    {
+        dense1D<double> sizes;
+        if (!sizes.resize(count, size)) return false;
+        return N == 2 ? vornik::metrics_iso_to_aniso2d(sizes, metrics)
+                      : vornik::metrics_iso_to_aniso3d(sizes, metrics);
     }
 
     [[nodiscard]] static bool make_room(list& metrics, std::size_t added) noexcept

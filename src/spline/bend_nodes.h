@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstddef>
+
+#include <trelk/dense1D.h>
+#include <trelk/dense2D.h>
+
+namespace trelk::vornik1d {
+
+/// Keeps those of a spline's nodes at which its chain bends, with both ends and both guide nodes, and finds
+/// their normalised chord length along the chain: 0 at the first two, 1 at the last two.
+///
+/// Both lists are replaced. False without storage for them.
+template <std::size_t N>
+[[nodiscard]] bool bend_nodes(dense2D<double> const& coords, dense1D<unsigned> const& indices,
+    dense1D<unsigned>& bends, dense1D<double>& bend_params);
+
+} // namespace trelk::vornik1d

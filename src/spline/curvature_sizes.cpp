@@ -1,0 +1,39 @@
+#include "spline/curvature_sizes.h"
+
+#include "metric/sizes.h"
+#include "spline/spline_span.h"
+
+namespace trelk::vornik1d {
+
+template <std::size_t N>
+bool curvature_sizes(dense2D<double> const& coords, dense1D<unsigned> const& bends, double tolerance,
+    dense1D<double>& bend_sizes)
+{
+    bend_sizes.clear();
+    if (!bend_sizes.reserve(bends.size())) return false;
+
+    double size_before = 0;
+    double chord_before = 0;
+    for (std::size_t k = 0; k + 3 < bends.size(); ++k) {
+        auto const span = spline_coefficients<N>(coords, bends[k], bends[k + 1], bends[k + 2], bends[k + 3]);
+        double const size = chordal_size(span_mean_curvature(span), tolerance);
+        double const chords = span.chord + chord_before;
+        if (k == 0) {
+            bend_sizes.push_back(size);
+            bend_sizes.push_back(size);
+        } else if (chords > 0 && size < largest && size_before < largest)
+            bend_sizes.push_back((size * span.chord + size_before * chord_before) / chords);
+        else
+            bend_sizes.push_back(largest);
+        size_before = size;
+        chord_before = span.chord;
+    }
+    bend_sizes.push_back(size_before);
+    bend_sizes.push_back(size_before);
+    return true;
+}
+
+template bool curvature_sizes<2>(dense2D<double> const&, dense1D<unsigned> const&, double, dense1D<double>&);
+template bool curvature_sizes<3>(dense2D<double> const&, dense1D<unsigned> const&, double, dense1D<double>&);
+
+} // namespace trelk::vornik1d

@@ -1,0 +1,126 @@
+#include "spline/sample_spline.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+#include "metric/sizes.h"
+#include "placement/line.h"
+#include "spline/spline_span.h"
+
+namespace trelk::vornik1d {
+
+namespace {
+
+/// How long the steps along a span may be, by the greatest of five curvatures.
+template <std::size_t N>
+double sampling_step(spline_span<N> const& span, double sample_tolerance, double min_step)
+{
+    span_curvature<N> const curvature(span);
+    double step = largest;
+    for (int i = 0; i <= 4; ++i) step = std::min(step, chordal_size(curvature(i * 0.25), sample_tolerance));
+    return std::max(step, min_step);
+}
+
+/// Into how many steps of t a span is cut: 2 at least, and also where neither is a number.
+std::uint64_t count_steps(double length, double step)
+{
+    constexpr std::uint64_t too_many = unlimited + 1;
+    if (step >= largest) return 2;
+    double const count = std::ceil(length / step);
+    if (!(count > 2)) return 2;
+    return count < static_cast<double>(too_many) ? static_cast<std::uint64_t>(count) : too_many;
+}
+
+/// Room for `count` samples.
+template <std::size_t N>
+[[nodiscard]] bool make_room(std::size_t count, spline_samples& curve)
+{
+    return can_be_numbered(count) && curve.samples.reserve(N, std::max<std::size_t>(count, 4), 2) &&
+           curve.sample_params.reserve(count, 2);
+}
+
+/// Appends a span's first node and the `steps` - 1 samples behind it; there is room for them. `start` is the
+/// parameter of the node, not normalised yet. Returns the largest square of a sample's distance from the chord.
+template <std::size_t N>
+double append_span(spline_span<N> const& span, std::uint64_t steps, double start, spline_samples& curve)
+{
+    std::size_t const first = curve.samples.cols();
+    static_cast<void>(curve.samples.resize(N, first + steps));
+    static_cast<void>(curve.sample_params.resize(first + steps));
+    double* point = curve.samples.col(first);
+    double* param = curve.sample_params.data() + first;
+    auto const append = [&](double at, vector<N> const& position) {
+        *param++ = at;
+        point = std::copy_n(position.values, N, point);
+    };
+
+    double const speed = norm(span.a1);
+    double const dt = 1 / static_cast<double>(steps);
+    auto const chord = span.a1 + span.a2 + span.a3;
+    double const chord_square = dot(chord, chord);
+    double deviation = 0;
+    append(start, span.a0);
+    for (std::uint64_t j = 1; j < steps; ++j) {
+        double const t = static_cast<double>(j) * dt;
+        auto const offset = span_offset(span, t);
+        auto const area = cross(offset, chord);
+        double distance = dot(area, area); // squared
+        if (distance != 0) distance /= chord_square;
+        append(speed * t + start, span.a0 + offset);
+        deviation = std::max(deviation, distance);
+    }
+    return deviation;
+}
+
+void scale(dense1D<double>& values, double factor)
+{
+    for (double& v : values) v *= factor;
+}
+
+} // namespace
+
+template <std::size_t N>
+bool sample_spline(dense2D<double> const& coords, dense1D<unsigned> const& indices, double sample_tolerance,
+    double min_step, spline_samples& curve)
+{
+    curve = {};
+    std::size_t const spans = indices.size() - 3;
+    if (!curve.node_params.reserve(spans + 1) || !curve.node_samples.reserve(spans + 1) ||
+        !make_room<N>(2 * spans + 1, curve))
+        return false;
+
+    double length = 0;
+    double deviation = 0;
+    for (std::size_t k = 0; k < spans; ++k) {
+        auto const span =
+            spline_coefficients<N>(coords, indices[k], indices[k + 1], indices[k + 2], indices[k + 3]);
+        std::uint64_t const steps =
+            count_steps(span_arc_length(span), sampling_step(span, sample_tolerance, min_step));
+        std::size_t const first = curve.samples.cols();
+        if (!make_room<N>(first + steps + 1, curve)) return false;
+
+        curve.node_params.push_back(length);
+        curve.node_samples.push_back(static_cast<unsigned>(first));
+        deviation = std::max(deviation, append_span(span, steps, length, curve));
+        length += norm(span.a1);
+    }
+
+    if (length > 0) {
+        scale(curve.sample_params, 1 / length);
+        scale(curve.node_params, 1 / length);
+    }
+    curve.node_samples.push_back(static_cast<unsigned>(curve.samples.cols()));
+    curve.node_params.push_back(1);
+    curve.sample_params.push_back(1);
+    curve.spline_length = length;
+    curve.deviation = std::sqrt(deviation);
+    return append_point(vector_at<N>(coords.col(indices[spans + 1])), curve.samples);
+}
+
+template bool sample_spline<2>(
+    dense2D<double> const&, dense1D<unsigned> const&, double, double, spline_samples&);
+template bool sample_spline<3>(
+    dense2D<double> const&, dense1D<unsigned> const&, double, double, spline_samples&);
+
+} // namespace trelk::vornik1d

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+
+#include <trelk/dense1D.h>
+#include <trelk/dense2D.h>
+
+namespace trelk::vornik1d {
+
+/// A polyline that stands for a spline. The parameter runs from 0 to 1 along it, in each span in proportion to
+/// the span's own parameter and by its speed |a1| at the first node, which is the chord unless the span lacks
+/// a tangent there alone.
+struct spline_samples
+{
+    dense2D<double> samples; // a point per column; the curve nodes are among them
+    dense1D<double> sample_params;
+    dense1D<double> node_params;
+    dense1D<unsigned> node_samples; // the column of each curve node
+    double spline_length = 0;       // the sum of |a1|
+    double deviation = 0;           // the largest distance of a sample from its span's chord
+};
+
+/// Samples the spline through a chain of 4 nodes or more, the first and the last of which are guide nodes, at
+/// equal steps of t in each span: so finely that the chords stay within `sample_tolerance`, as `chordal_size`
+/// reads it, but no finer than `min_step`, and with one point between the nodes at least.
+///
+/// `curve` is replaced. False without storage, or without 32-bit numbers for the samples.
+template <std::size_t N>
+[[nodiscard]] bool sample_spline(dense2D<double> const& coords, dense1D<unsigned> const& indices,
+    double sample_tolerance, double min_step, spline_samples& curve);
+
+} // namespace trelk::vornik1d
