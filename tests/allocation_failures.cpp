@@ -7,18 +7,22 @@ using extent = failing_allocations::extent;
 
 namespace {
 
-enum class by { sizes, chord_length, tensors, segments };
+enum class by { sizes, chord_length, tensors, segments, spline, tensor_spline };
 
 /// Makes allocation number `number` of a call fail, alone or with all behind it. What reports it leaves the
 /// arguments as they were; what need not (a placement without storage places nothing) leaves a sound mesh.
 /// Returns the status, or 1 when there was no such allocation.
 int status_without(by way, double tolerance, std::size_t number, extent which)
 {
-    meshing m = chain_of(arc(30, 4, 2 + number % 2), 0.15);
+    bool const as_spline = way == by::spline || way == by::tensor_spline;
+    auto const build = as_spline ? [](auto const& c, double h) { return spline_of(c, h); } : chain_of;
+    meshing m = build(arc(30, 4, 2 + number % 2), 0.15);
     m.coords(0, 15) += 0.3; // a corner, so that refinement splits
     m.deviation_tolerance = tolerance;
     m.with_params = way != by::chord_length;
-    if (way == by::tensors) m.use_tensors();
+    m.max_gradation = 0.3;
+    m.default_size = tolerance > 0 ? 0.5 : 0;
+    if (way == by::tensors || way == by::tensor_spline) m.use_tensors();
     auto const before = m.untouched();
     int status = 0;
     {
@@ -36,7 +40,7 @@ int status_without(by way, double tolerance, std::size_t number, extent which)
     EXPECT_EQ(m.untouched(), before) << number;
     EXPECT_TRUE(m.out_metrics.empty());
     // Where the parameters themselves have no storage, the call has not come to its outputs.
-    bool const is_early = way == by::segments || (way == by::chord_length && number < 2);
+    bool const is_early = way == by::segments || as_spline || (way == by::chord_length && number < 2);
     EXPECT_EQ(m.out_params.size(), is_early ? 2U : 0U) << number;
     return status;
 }
@@ -45,7 +49,8 @@ int status_without(by way, double tolerance, std::size_t number, extent which)
 
 TEST(allocation_failures, leave_the_arguments_as_they_were)
 {
-    for (by const way : {by::sizes, by::chord_length, by::tensors, by::segments})
+    for (by const way :
+        {by::sizes, by::chord_length, by::tensors, by::segments, by::spline, by::tensor_spline})
         for (double const tolerance : {-0.01, 0.0, 0.02})
             for (extent const which : {extent::one, extent::all_behind}) {
                 int refused = 0;

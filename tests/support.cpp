@@ -89,6 +89,10 @@ std::vector<std::vector<double>> values_of(dense2D<double> const& values)
 int meshing::run()
 {
     auto const call = [this](auto const& targets, auto& out_targets) {
+        if (as_spline)
+            return vornik1d::mesh_spline(coords, indices, targets, force_even, min_elements, max_elements,
+                deviation_tolerance, min_size, default_size, max_gradation, out_indices, out_params,
+                out_targets, deviation);
         return with_params
                    ? vornik1d::mesh_line(coords, indices, params, targets, force_even, min_elements,
                          max_elements, deviation_tolerance, min_size, out_indices, out_params, out_targets)
@@ -123,5 +127,19 @@ meshing chain_of(dense2D<double> const& coords, double size)
     m.sizes = dense1D<double>(coords.cols(), size);
     m.params = dense1D<double>(coords.cols());
     std::iota(m.params.begin(), m.params.end(), 0.0);
+    return m;
+}
+
+meshing spline_of(dense2D<double> const& coords, double size, bool is_closed)
+{
+    auto const n = static_cast<unsigned>(coords.cols());
+    meshing m;
+    m.as_spline = true;
+    m.coords = coords;
+    m.indices.push_back(is_closed ? n - 1 : 0);
+    for (unsigned k = 0; k < n; ++k) m.indices.push_back(k);
+    if (is_closed) m.indices.push_back(0);
+    m.indices.push_back(is_closed ? 1 : n - 1);
+    m.sizes = dense1D<double>(m.indices.size(), size);
     return m;
 }

@@ -41,7 +41,8 @@ std::vector<T> values_of(trelk::dense1D<T> const& values)
 
 std::vector<std::vector<double>> values_of(trelk::dense2D<double> const& values);
 
-/// A call of `mesh_line`, in any of its overloads, that starts from outputs which hold something.
+/// A call of `mesh_line` or `mesh_spline`, in any of their overloads, that starts from outputs which hold
+/// something.
 struct meshing
 {
     trelk::dense2D<double> coords;
@@ -54,6 +55,11 @@ struct meshing
     double deviation_tolerance = 0;
     double min_size = 0;
     bool with_params = true;
+
+    bool as_spline = false;
+    double default_size = 0;
+    double max_gradation = 0;
+    double deviation = 7;
 
     trelk::dense1D<unsigned> out_indices = nodes({77});
     trelk::dense1D<double> out_params = reals({-7, -8});
@@ -79,6 +85,10 @@ struct meshing
 
 /// The chain of all columns of `coords`, in order, with one size for all, at parameters 0, 1, 2, ...
 meshing chain_of(trelk::dense2D<double> const& coords, double size);
+
+/// The spline through all columns of `coords`, in order, with one size for all: an open one with free ends, or
+/// one closed from the last to the first.
+meshing spline_of(trelk::dense2D<double> const& coords, double size, bool is_closed = false);
 
 /// While one stands, allocation number `first` of this thread and all behind it fail, or that one alone.
 class failing_allocations

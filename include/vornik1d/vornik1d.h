@@ -248,8 +248,10 @@ constexpr int no_storage = -199;
 ///     radius of curvature.
 ///   - 0, NaN, plus or minus the largest double: no bound, and two samples per span.
 ///
-/// Sizes are bounded by the mean curvature between nodes at which the chain bends, and by the length of the
-/// curve. They run linearly between samples.
+/// The curvature is its mean between two nodes at which the chain bends, so where it peaks between nodes that
+/// are far apart, the mesh strays farther: up to about twice the tolerance at the nose of an airfoil of 61
+/// nodes, 1.2 times with 241. Nodes closer together than 1e-12 length units of the model do not bend. Sizes are
+/// also bounded by the length of the curve; they run linearly between samples.
 ///
 /// @param[in,out] coords  d x n, d = 2 or 3: node positions, in length units of the model. New nodes are
 ///                 appended as columns; the old ones stay as they are.
