@@ -5,6 +5,7 @@
 #include <limits>
 #include <numeric>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <malloc.h>
@@ -18,6 +19,7 @@
 #include "placement/place_nodes_aniso.h"
 #include "placement/place_nodes_iso.h"
 #include "race.h"
+#include "spline/sample_spline.h"
 #include "tensors.h"
 
 using namespace trelk;
@@ -178,6 +180,60 @@ void mesh_line_aniso(
     race(state, {"iso", "node", new_nodes}, iso, prepare, aniso);
 }
 
+/// A spline through the chain's points, beside the placement on its samples alone. Under `tolerance`, times the
+/// square of a mean segment, curvature bounds no size, so that both sides place by the same sizes.
+template <std::size_t N>
+void mesh_spline(benchmark::State& state, std::size_t nodes, double tolerance, std::size_t new_nodes)
+{
+    contest<N> c(nodes, size_pattern::smooth, new_nodes);
+    auto const with_guides = [](auto const& values) {
+        auto result = trelk::dense1D<std::decay_t<decltype(values[0])>>();
+        result.push_back(values[0]);
+        for (auto const value : values) result.push_back(value);
+        result.push_back(values[values.size() - 1]);
+        return result;
+    };
+    auto const chain = with_guides(c.indices);
+    auto const sizes = with_guides(c.sizes);
+    double const segment = 1 / static_cast<double>(nodes);
+    double const sag = tolerance * segment * segment;
+
+    vornik1d::spline_samples curve;
+    dense1D<double> sample_sizes;
+    double const sample_sag = sag > 0 ? 0.1 * sag : std::numeric_limits<double>::max();
+    bool const is_sampled =
+        vornik1d::sample_spline<N>(c.coords, chain, sample_sag, 0, curve) &&
+        vornik1d::interpolate_metrics(curve.node_params, c.sizes, curve.sample_params, sample_sizes) == 0;
+    std::size_t const samples = curve.samples.cols();
+    dense1D<unsigned> polyline(samples);
+    std::iota(polyline.begin(), polyline.end(), 0U);
+    output<dense1D<double>> placed;
+    auto const place = [&] {
+        vornik1d::place_nodes_iso<N>(curve.samples, polyline, curve.sample_params, sample_sizes, 0.0, false,
+            1, no_limit, placed.coords, placed.targets, placed.params);
+    };
+
+    output<dense1D<double>> meshed;
+    double deviation = 0;
+    auto const library = [&] {
+        return vornik1d::mesh_spline(meshed.coords, chain, sizes, false, 1, no_limit, sag, 0.0, 0.0, 0.0,
+            meshed.mesh, meshed.params, meshed.targets, deviation);
+    };
+    bool const is_meshed = is_sampled && meshed.coords.copy(c.coords) && library() == 0;
+    place();
+    std::size_t const count = placed.coords.cols();
+    if (!is_meshed || meshed.coords.cols() != nodes + count ||
+        std::memcmp(meshed.coords.col(nodes), placed.coords.data(), count * N * sizeof(double)) != 0) {
+        disagree(state, "mesh_spline and the placement on its samples do not agree");
+        return;
+    }
+    race(
+        state, {"place", "node", count}, place, [&] { meshed.reset(nodes); }, library);
+    double const samples_per_node = static_cast<double>(samples) / static_cast<double>(count);
+    state.counters["ns_per_sample"] = state.counters["ns_per_node"] / samples_per_node;
+    state.counters["samples_per_span"] = static_cast<double>(samples) / static_cast<double>(nodes);
+}
+
 template <std::size_t N>
 void build_all(tensor_pairs<N> const& pairs)
 {
@@ -220,6 +276,26 @@ void enlist(std::string const& name, contender run, size_pattern pattern,
         }
 }
 
+template <std::size_t N>
+void enlist_splines(std::string const& name)
+{
+    struct
+    {
+        char const* name;
+        double tolerance;
+        std::size_t nodes_per_span;
+    } const cases[] = {{"off", 0, 1}, {"on", 2, 10}};
+    for (auto const& [tolerance_name, tolerance, nodes_per_span] : cases)
+        for (std::size_t nodes = 100; nodes <= 100'000; nodes *= 10) {
+            std::size_t const new_nodes = (nodes - 1) * nodes_per_span;
+            auto const title = name + "/nodes:" + std::to_string(nodes) + "/tolerance:" + tolerance_name;
+            benchmark::RegisterBenchmark(title.c_str(), mesh_spline<N>, nodes, tolerance, new_nodes)
+                ->Iterations(std::max<std::int64_t>(25, static_cast<std::int64_t>(2'000'000 / nodes)))
+                ->UseManualTime()
+                ->Unit(benchmark::kMicrosecond);
+        }
+}
+
 /// Otherwise large blocks go back to the kernel or stay, depending on the cases run before, and the kernel's
 /// work on fresh pages can take longer than all that is to be timed.
 void keep_freed_storage()
@@ -242,6 +318,8 @@ int main(int argc, char** argv)
     enlist("place_nodes_aniso/3d", place_nodes_aniso<3>, size_pattern::smooth, {10}, 100'000);
     enlist("mesh_line_aniso/2d", mesh_line_aniso<2>, size_pattern::smooth, {10, 40}, 100'000);
     enlist("mesh_line_aniso/3d", mesh_line_aniso<3>, size_pattern::smooth, {10}, 100'000);
+    enlist_splines<2>("mesh_spline/2d");
+    enlist_splines<3>("mesh_spline/3d");
     benchmark::RegisterBenchmark("metric_interpolator/build/3d", build_interpolators)
         ->Iterations(1000)
         ->UseManualTime()

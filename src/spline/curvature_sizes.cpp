@@ -14,8 +14,9 @@ bool curvature_sizes(dense2D<double> const& coords, dense1D<unsigned> const& ben
 
     double size_before = 0;
     double chord_before = 0;
-    for (std::size_t k = 0; k + 3 < bends.size(); ++k) {
-        auto const span = spline_coefficients<N>(coords, bends[k], bends[k + 1], bends[k + 2], bends[k + 3]);
+    spline_spans<N> spans(coords, bends);
+    for (std::size_t k = 0; k < spans.size(); ++k) {
+        auto const span = spans.next();
         double const size = chordal_size(span_mean_curvature(span), tolerance);
         double const chords = span.chord + chord_before;
         if (k == 0) {

@@ -85,16 +85,16 @@ bool sample_spline(dense2D<double> const& coords, dense1D<unsigned> const& indic
     double min_step, spline_samples& curve)
 {
     curve = {};
-    std::size_t const spans = indices.size() - 3;
-    if (!curve.node_params.reserve(spans + 1) || !curve.node_samples.reserve(spans + 1) ||
-        !make_room<N>(2 * spans + 1, curve))
+    spline_spans<N> spans(coords, indices);
+    std::size_t const nodes = spans.size() + 1;
+    if (!curve.node_params.reserve(nodes) || !curve.node_samples.reserve(nodes) ||
+        !make_room<N>(2 * nodes - 1, curve))
         return false;
 
     double length = 0;
     double deviation = 0;
-    for (std::size_t k = 0; k < spans; ++k) {
-        auto const span =
-            spline_coefficients<N>(coords, indices[k], indices[k + 1], indices[k + 2], indices[k + 3]);
+    for (std::size_t k = 0; k < spans.size(); ++k) {
+        auto const span = spans.next();
         std::uint64_t const steps =
             count_steps(span_arc_length(span), sampling_step(span, sample_tolerance, min_step));
         std::size_t const first = curve.samples.cols();
@@ -115,7 +115,7 @@ bool sample_spline(dense2D<double> const& coords, dense1D<unsigned> const& indic
     curve.sample_params.push_back(1);
     curve.spline_length = length;
     curve.deviation = std::sqrt(deviation);
-    return append_point(vector_at<N>(coords.col(indices[spans + 1])), curve.samples);
+    return append_point(vector_at<N>(coords.col(indices[nodes])), curve.samples);
 }
 
 template bool sample_spline<2>(

@@ -10,25 +10,18 @@ namespace trelk::vornik1d {
 namespace {
 
 template <std::size_t N>
-struct measured_chord
-{
-    double length;
-    vector<N> unit; // 0 for a chord of length 0
-};
-
-template <std::size_t N>
-measured_chord<N> measure(dense2D<double> const& coords, unsigned from, unsigned to)
+spline_chord<N> measure(dense2D<double> const& coords, unsigned from, unsigned to)
 {
     auto const d = edge_vector<N>(coords.col(from), coords.col(to));
     double const square = dot(d, d);
-    if (square == 0 || square == 1) return {square, d};
+    if (square == 0 || square == 1) return {d, d, square};
     double const length = std::sqrt(square);
-    return {length, d * (1 / length)};
+    return {d, d * (1 / length), length};
 }
 
 /// The tangent at the end that the span shares with a neighbour chord; false where it has none.
 template <std::size_t N>
-bool find_tangent(measured_chord<N> const& neighbour, measured_chord<N> const& own, vector<N>& tangent)
+bool find_tangent(spline_chord<N> const& neighbour, spline_chord<N> const& own, vector<N>& tangent)
 {
     constexpr double least_neighbour = 0.01; // in lengths of the span's chord
     constexpr double least_cosine = 0.0001;  // times the length of the mean of the unit vectors, at most 1
@@ -45,34 +38,58 @@ bool find_tangent(measured_chord<N> const& neighbour, measured_chord<N> const& o
     return true;
 }
 
+/// The span along the chord `own`, from the node at `start`; at a free end there is no tangent.
+template <std::size_t N>
+spline_span<N> build_span(double const* start, bool is_start_free, bool is_end_free,
+    spline_chord<N> const& before, spline_chord<N> const& own, spline_chord<N> const& behind)
+{
+    vector<N> t1;
+    vector<N> t2;
+    bool const has_t1 = !is_start_free && find_tangent(before, own, t1);
+    bool const has_t2 = !is_end_free && find_tangent(behind, own, t2);
+
+    spline_span<N> span;
+    span.a0 = vector_at<N>(start);
+    span.chord = own.length;
+    if (has_t1 && has_t2) {
+        span.a1 = t1;
+        span.a2 = 3 * own.d - (2 * t1 + t2);
+        span.a3 = (t1 + t2) - 2 * own.d;
+    } else if (has_t1) {
+        span.a1 = t1;
+        span.a2 = own.d - t1;
+    } else if (has_t2) {
+        span.a1 = 2 * own.d - t2;
+        span.a2 = t2 - own.d;
+    } else
+        span.a1 = own.d;
+    return span;
+}
+
 } // namespace
 
 template <std::size_t N>
 spline_span<N> spline_coefficients(
     dense2D<double> const& coords, unsigned i0, unsigned i1, unsigned i2, unsigned i3)
 {
-    auto const own = measure<N>(coords, i1, i2);
-    vector<N> start;
-    vector<N> end;
-    bool const has_start = i0 != i1 && find_tangent(measure<N>(coords, i0, i1), own, start);
-    bool const has_end = i2 != i3 && find_tangent(measure<N>(coords, i2, i3), own, end);
+    return build_span<N>(coords.col(i1), i0 == i1, i2 == i3, measure<N>(coords, i0, i1),
+        measure<N>(coords, i1, i2), measure<N>(coords, i2, i3));
+}
 
-    auto const d = edge_vector<N>(coords.col(i1), coords.col(i2));
-    spline_span<N> span;
-    span.a0 = vector_at<N>(coords.col(i1));
-    span.chord = own.length;
-    if (has_start && has_end) {
-        span.a1 = start;
-        span.a2 = 3 * d - (2 * start + end);
-        span.a3 = (start + end) - 2 * d;
-    } else if (has_start) {
-        span.a1 = start;
-        span.a2 = d - start;
-    } else if (has_end) {
-        span.a1 = 2 * d - end;
-        span.a2 = end - d;
-    } else
-        span.a1 = d;
+template <std::size_t N>
+spline_spans<N>::spline_spans(dense2D<double> const& coords, dense1D<unsigned> const& chain)
+    : coords_(coords), chain_(chain), before_(measure<N>(coords, chain[0], chain[1])),
+      own_(measure<N>(coords, chain[1], chain[2]))
+{}
+
+template <std::size_t N>
+spline_span<N> spline_spans<N>::next()
+{
+    unsigned const* const i = chain_.begin() + at_++;
+    auto const behind = measure<N>(coords_, i[2], i[3]);
+    auto const span = build_span(coords_.col(i[1]), i[0] == i[1], i[2] == i[3], before_, own_, behind);
+    before_ = own_;
+    own_ = behind;
     return span;
 }
 
@@ -118,6 +135,8 @@ double chordal_size(double curvature, double tolerance)
 
 template spline_span<2> spline_coefficients(dense2D<double> const&, unsigned, unsigned, unsigned, unsigned);
 template spline_span<3> spline_coefficients(dense2D<double> const&, unsigned, unsigned, unsigned, unsigned);
+template class spline_spans<2>;
+template class spline_spans<3>;
 template class span_curvature<2>;
 template class span_curvature<3>;
 template double span_mean_curvature(spline_span<2> const&);

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 
 #include "arrays/vectors.h"
@@ -30,6 +31,36 @@ struct spline_span
 template <std::size_t N>
 spline_span<N> spline_coefficients(
     dense2D<double> const& coords, unsigned i0, unsigned i1, unsigned i2, unsigned i3);
+
+/// The way from one node to the next.
+template <std::size_t N>
+struct spline_chord
+{
+    vector<N> d;
+    vector<N> unit; // 0 for a chord of length 0
+    double length;
+};
+
+/// The spans of the spline through a chain of 4 nodes or more, the first and the last of which are guide nodes,
+/// in order. Each is what `spline_coefficients` gives, but no chord is measured more than once.
+template <std::size_t N>
+class spline_spans
+{
+public:
+    spline_spans(dense2D<double> const& coords, dense1D<unsigned> const& chain);
+
+    std::size_t size() const { return chain_.size() - 3; }
+
+    /// The next one, of which there are `size()`.
+    spline_span<N> next();
+
+private:
+    dense2D<double> const& coords_;
+    dense1D<unsigned> const& chain_;
+    std::size_t at_ = 0; // of the span's first guide node
+    spline_chord<N> before_;
+    spline_chord<N> own_;
+};
 
 /// Offset of the curve's point at t from the span's first node.
 template <std::size_t N>
