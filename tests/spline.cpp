@@ -265,8 +265,11 @@ TEST(mesh_spline, statuses_in_the_order_of_the_checks)
             EXPECT_EQ(call.deviation, 0);
         }
     }
-    m = spline_of(columns({{0, 0}, {1e200, 0}, {1e200, 1e200}}), 1); // finite, but its length is not
-    EXPECT_EQ(m.run(), -1);
+    for (double const tolerance : {0.0, 1e-300}) { // of a finite curve without a finite length
+        m = spline_of(columns({{0, 0}, {1, 1}, {2, 0}, {1.7e308, 0}}), 1);
+        m.deviation_tolerance = tolerance;
+        EXPECT_EQ(m.run(), -1);
+    }
 }
 
 TEST(mesh_spline, appends_and_keeps_only_the_ends)

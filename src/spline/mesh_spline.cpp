@@ -108,9 +108,10 @@ int mesh_curve(dense2D<double>& coords, dense1D<unsigned> const& indices,
     std::size_t const n = indices.size();
     spline_samples curve;
     // Ten times closer to the curve than the mesh is to be.
-    if (!sample_spline<N>(coords, indices, 0.1 * rule.deviation_tolerance, 0.5 * rule.min_size, curve))
-        return no_storage;
+    bool const is_sampled =
+        sample_spline<N>(coords, indices, 0.1 * rule.deviation_tolerance, 0.5 * rule.min_size, curve);
     if (!std::isfinite(curve.spline_length)) return bad_argument(1);
+    if (!is_sampled) return no_storage;
 
     line<Targets> polyline;
     polyline.params = curve.sample_params;

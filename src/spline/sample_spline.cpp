@@ -91,20 +91,23 @@ bool sample_spline(dense2D<double> const& coords, dense1D<unsigned> const& indic
         !make_room<N>(2 * nodes - 1, curve))
         return false;
 
-    double length = 0;
     double deviation = 0;
+    double& length = curve.spline_length;
+    bool has_room = true;
     for (std::size_t k = 0; k < spans.size(); ++k) {
         auto const span = spans.next();
         std::uint64_t const steps =
             count_steps(span_arc_length(span), sampling_step(span, sample_tolerance, min_step));
         std::size_t const first = curve.samples.cols();
-        if (!make_room<N>(first + steps + 1, curve)) return false;
-
-        curve.node_params.push_back(length);
-        curve.node_samples.push_back(static_cast<unsigned>(first));
-        deviation = std::max(deviation, append_span(span, steps, length, curve));
+        has_room = has_room && make_room<N>(first + steps + 1, curve);
+        if (has_room) {
+            curve.node_params.push_back(length);
+            curve.node_samples.push_back(static_cast<unsigned>(first));
+            deviation = std::max(deviation, append_span(span, steps, length, curve));
+        }
         length += norm(span.a1);
     }
+    if (!has_room) return false;
 
     if (length > 0) {
         scale(curve.sample_params, 1 / length);
@@ -113,7 +116,6 @@ bool sample_spline(dense2D<double> const& coords, dense1D<unsigned> const& indic
     curve.node_samples.push_back(static_cast<unsigned>(curve.samples.cols()));
     curve.node_params.push_back(1);
     curve.sample_params.push_back(1);
-    curve.spline_length = length;
     curve.deviation = std::sqrt(deviation);
     return append_point(vector_at<N>(coords.col(indices[nodes])), curve.samples);
 }

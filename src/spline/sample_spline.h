@@ -24,7 +24,8 @@ struct spline_samples
 /// equal steps of t in each span: so finely that the chords stay within `sample_tolerance`, as `chordal_size`
 /// reads it, but no finer than `min_step`, and with one point between the nodes at least.
 ///
-/// `curve` is replaced. False without storage, or without 32-bit numbers for the samples.
+/// `curve` is replaced. False without storage, or without 32-bit numbers for the samples; it has its
+/// `spline_length` then too, unless there is not even storage for the nodes.
 template <std::size_t N>
 [[nodiscard]] bool sample_spline(dense2D<double> const& coords, dense1D<unsigned> const& indices,
     double sample_tolerance, double min_step, spline_samples& curve);
