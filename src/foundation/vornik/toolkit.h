@@ -68,4 +68,35 @@ void bound_metric_gradations(dense2D<double> const& coords, dense2D<unsigned> co
     element_type type, dense1D<unsigned> const& nodes, bool both_ends, int mode, double max_gradation,
     dense2D<double>& target) noexcept;
 
+/// Stands for no element, no colour.
+constexpr unsigned none = 4294967295;
+
+/// Finds the neighbours of two-node elements, one per column of `connect`, its end nodes in rows 0 and 1.
+///
+/// Two element ends are neighbours if they are the only ones at their node. So neither a free end has one,
+/// nor the ends at a node where three or more meet, nor an element that begins and ends at one node.
+///
+/// @param[out] neighbors  is replaced: row i of column e is the neighbour at the node opposite local node i,
+///                 so row 0 at the second node, row 1 at the first; `none` where there is none. Empty on a
+///                 failure.
+/// @return 0; -1: `connect` is not empty and has fewer than 2 rows; -199: no storage.
+///
+/// Linear in elements plus the span of node numbers, or E log E for E elements if that is wide.
+int get_neighbors(
+    dense2D<unsigned> const& connect, element_type type, bool flag, dense2D<unsigned>& neighbors) noexcept;
+
+/// Finds the nodes at which neighbouring elements have different colours, neither of them `none`. An element
+/// at or beyond the end of `colors` has no colour.
+///
+/// @param neighbors  as `get_neighbors` gives them.
+/// @param[out] boundary  is replaced: a row of nodes, each once, ascending. Empty on a failure.
+/// @return 0; -1: as `get_neighbors`; -2: `neighbors` is not 2 rows by a column per element; -199: no
+///         storage.
+int get_colors_boundaries(dense2D<unsigned> const& connect, dense2D<unsigned> const& neighbors,
+    dense1D<unsigned> const& colors, element_type type, bool first_flag, bool second_flag,
+    dense2D<unsigned>& boundary) noexcept;
+
+/// The largest entry, those that are `none` left aside; 0 if there is no other.
+unsigned max_ID(dense1D<unsigned> const& colors) noexcept;
+
 } // namespace trelk::vornik
