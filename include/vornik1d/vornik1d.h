@@ -213,15 +213,17 @@ constexpr int no_storage = -199;
 /// Point of a spline at a parameter value.
 ///
 /// The spline is a chain of cubics, one span from each node to the next, each built from its two nodes and
-/// one guide node on either side; no system of equations is solved. The tangent at a node has the direction of
-/// q u + p v, where u and v are the unit vectors along the chords before and behind it, p and q the lengths of
-/// these, so that the spline turns without a corner. A span has no tangent at an end that is its own guide node, by number and not by place,
-/// nor where the tangent would point against the chord; it is quadratic then, or straight without both.
+/// one guide node on either side; no system of equations is solved. The tangent at a node has the direction
+/// of q u + p v, where u and v are the unit vectors along the chords before and behind it, p and q the
+/// lengths of these, so that the spline turns without a corner. A span has no tangent at an end that is its
+/// own guide node, by number and not by place, nor where the tangent would point against the chord; it is
+/// quadratic then, or straight without both.
 ///
 /// @param coords  2 or 3 rows, as many as `point` has: node positions.
 /// @param i0, i3  the guide nodes before and behind the span; i0 = i1 and i3 = i2 declare a free end.
 /// @param i1, i2  the nodes from which and to which the span runs.
-/// @param t       0 gives node i1 exactly, 1 node i2 but for rounding; what is outside extrapolates the cubic.
+/// @param t       0 gives node i1 exactly, 1 node i2 but for rounding; what is outside extrapolates the
+///                 cubic.
 /// @param[out] point  the position; as it was on a failure.
 /// @return 0; -1: `coords` has another row count than `point`; -2, -3, -4, -5: i0, i1, i2, i3 is no column of
 ///         `coords`.
@@ -234,24 +236,24 @@ constexpr int no_storage = -199;
 /// spline and by a limit on their growth.
 ///
 /// The first and the last chain entry are guide nodes: they shape the tangents at the curve's ends and are
-/// not on it. An open curve through the nodes a, b, ..., y, z is the chain a, a, b, ..., y, z, z; a closed one
-/// through a, b, ..., z and back to a is the chain z, a, b, ..., z, a, b. The mesh runs from the second to the
-/// last but one entry and holds no other chain node.
+/// not on it. An open curve through the nodes a, b, ..., y, z is the chain a, a, b, ..., y, z, z; a closed
+/// one through a, b, ..., z and back to a is the chain z, a, b, ..., z, a, b. The mesh runs from the second
+/// to the last but one entry and holds no other chain node.
 ///
 /// New nodes do not lie on the spline but on chords of a polyline of samples of it, ten times closer to it
 /// than `deviation_tolerance` asks of the mesh. That tolerance selects how curvature bounds the sizes:
 ///
 ///   - positive: an element's chord is to stay within this distance (in length units of the model) of the
-///     curve. At curvature c the bound is 2 sqrt(e (2 - e)) / c with e = c * `deviation_tolerance`; where e is
-///     1 or more there is none.
+///     curve. At curvature c the bound is 2 sqrt(e (2 - e)) / c with e = c * `deviation_tolerance`; where e
+///     is 1 or more there is none.
 ///   - negative: the same with e = -`deviation_tolerance` at every curvature: the distance relative to the
 ///     radius of curvature.
 ///   - 0, NaN, plus or minus the largest double: no bound, and two samples per span.
 ///
 /// The curvature is its mean between two nodes at which the chain bends, so where it peaks between nodes that
 /// are far apart, the mesh strays farther: up to about twice the tolerance at the nose of an airfoil of 61
-/// nodes, 1.2 times with 241. Nodes closer together than 1e-12 length units of the model do not bend. Sizes are
-/// also bounded by the length of the curve; they run linearly between samples.
+/// nodes, 1.2 times with 241. Nodes closer together than 1e-12 length units of the model do not bend. Sizes
+/// are also bounded by the length of the curve; they run linearly between samples.
 ///
 /// @param[in,out] coords  d x n, d = 2 or 3: node positions, in length units of the model. New nodes are
 ///                 appended as columns; the old ones stay as they are.
@@ -271,8 +273,8 @@ constexpr int no_storage = -199;
 /// @param max_gradation  if positive and below the largest double: sizes grow along the curve by no more than
 ///                 this per length.
 /// @param[out] out_indices  the mesh's nodes in the order of travel are appended.
-/// @param[out] out_params   the parameter of each mesh node is appended: from 0 to 1, near the normalised chord
-///                 length along the chain.
+/// @param[out] out_params   the parameter of each mesh node is appended: from 0 to 1, near the normalised
+///                 chord length along the chain.
 /// @param[out] out_sizes    the target size at each mesh node is appended, after bounds.
 /// @param[out] deviation    the largest distance of a sample from the chord of its span, which tells how far
 ///                 the spline strays from the polyline through its nodes, not how far the mesh does; 0 on a
@@ -285,10 +287,11 @@ constexpr int no_storage = -199;
 ///         -5: `min_elements` is 0 or above `max_elements`;
 ///         -8: `min_size` is negative or NaN;
 ///         -199: no storage, more samples or nodes than 32-bit numbers can name.
-/// On a failure all arguments but `deviation` are as they were. A lack of storage within the placement of nodes
-/// is not reported: the mesh is a single element then.
+/// On a failure all arguments but `deviation` are as they were. A lack of storage within the placement of
+/// nodes is not reported: the mesh is a single element then.
 ///
-/// Cost: linear in chain, samples and mesh, and a binary search for each sample; memory is linear in the same.
+/// Cost: linear in chain, samples and mesh, and a binary search for each sample; memory is linear in the
+/// same.
 [[nodiscard]] VORNIK1D_API int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& sizes, bool force_even, unsigned min_elements, unsigned max_elements,
     double deviation_tolerance, double min_size, double default_size, double max_gradation,
@@ -308,8 +311,8 @@ constexpr int no_storage = -199;
 ///         -3: `metrics` has too few columns, or a tensor that is not finite and positive definite, or the
 ///         wrong row count;
 ///         -13: `out_metrics` is not empty and has the wrong row count.
-/// A curve on which a new node falls between tensors that cannot be reduced to a common basis becomes a single
-/// element.
+/// A curve on which a new node falls between tensors that cannot be reduced to a common basis becomes a
+/// single element.
 [[nodiscard]] VORNIK1D_API int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense2D<double> const& metrics, bool force_even, unsigned min_elements, unsigned max_elements,
     double deviation_tolerance, double min_size, double default_size, double max_gradation,
@@ -394,6 +397,108 @@ constexpr int no_storage = -199;
 [[nodiscard]] VORNIK1D_API int interpolate_coordinates(dense2D<double>& coords,
     dense1D<unsigned> const& indices, dense1D<double> const& params, dense1D<unsigned> const& new_indices,
     dense1D<double> const& new_params) noexcept;
+
+/// @}
+/// @name Measures
+/// @{
+
+/// Length of a chain.
+///
+/// @param coords   d x n, d = 2 or 3: node positions, in length units of the model.
+/// @param indices  the chain, at least 2 column numbers of `coords`.
+/// @param[out] result  the sum of the segment lengths, same unit; the sum up to the first bad entry on -2.
+/// @return 0; -1: `coords` has neither 2 nor 3 rows; -2: fewer than 2 entries, or one out of range.
+///
+/// One pass, no allocation.
+[[nodiscard]] VORNIK1D_API int length(
+    dense2D<double> const& coords, dense1D<unsigned> const& indices, double& result) noexcept;
+
+/// Length of a mesh of lines: the sum of the distances between the end nodes of its elements.
+///
+/// @param connect  an element per column, its end nodes in rows 0 and 1; it may be empty.
+/// @param[out] result  0 on a failure.
+/// @return 0; -1: as above; -2: `connect` has 1 row, or an end node out of range.
+[[nodiscard]] VORNIK1D_API int length(
+    dense2D<double> const& coords, dense2D<unsigned> const& connect, double& result) noexcept;
+
+/// Curvature at the nodes of a curve from its tangents there.
+///
+/// An element between the tangents T and U, at parameters that differ by du, has the curvature 4 |S x D| /
+/// (|S|^3 du) with S = T + U, D = U - T; a node has the mean of its elements, weighted by du. An element
+/// whose tangents are opposite counts nothing; where du is 0 for all elements of a node, it has the sum of 4
+/// |S x D| / |S|^3.
+///
+/// @param params    a parameter value per node.
+/// @param connect   an element per column, its end nodes in rows 0 and 1.
+/// @param tangents  2 or 3 rows, a column per node: the derivative of the curve by the parameter.
+/// @param[out] result  is replaced: a value per node, in 1/length, 0 for nodes without elements; empty on a
+///                  failure, but N zeros if only storage for weights is missing.
+/// @return 0, also for an empty `connect`, whatever the rest is;
+///         -2: `connect` has 1 row, or an end node for which `params` has no value;
+///         -3: `tangents` has neither 2 nor 3 rows, or not a column per value of `params`;
+///         -199: no storage.
+[[nodiscard]] VORNIK1D_API int parametric_curvatures(dense1D<double> const& params,
+    dense2D<unsigned> const& connect, dense2D<double> const& tangents, dense1D<double>& result) noexcept;
+
+/// @}
+/// @name Connectivity
+/// @{
+///
+/// Elements are columns of node numbers: the two end nodes first, in rows 0 and 1, then the interior nodes in
+/// order from the first end to the second. No element shares its interior nodes with another one.
+
+/// Appends elements of 2, 3 or 4 nodes along a list of nodes, each beginning where the one before ends.
+///
+/// @param indices  the nodes in order along the line: none, or at least 2; an odd number of 3 or more for
+///                 elements of 3 nodes; 4, 7, 10, ... for those of 4.
+/// @param[in,out] connect  the elements are appended; it is empty or has as many rows as they have nodes.
+/// @return 0; -1: another number of nodes; -2: `connect` has another row count; -199: no storage.
+/// On a failure `connect` is as it was.
+[[nodiscard]] VORNIK1D_API int indices_to_connectE2(
+    dense1D<unsigned> const& indices, dense2D<unsigned>& connect) noexcept;
+[[nodiscard]] VORNIK1D_API int indices_to_connectE3(
+    dense1D<unsigned> const& indices, dense2D<unsigned>& connect) noexcept;
+[[nodiscard]] VORNIK1D_API int indices_to_connectE4(
+    dense1D<unsigned> const& indices, dense2D<unsigned>& connect) noexcept;
+
+/// Appends two elements of two nodes for each element of three, in the order of travel.
+///
+/// @param connect_in   3 rows, or empty.
+/// @param[in,out] connect_out  0 or 2 rows; the elements are appended.
+/// @return 0, also for an empty `connect_in`; -1: `connect_in` does not have 3 rows; -2: `connect_out` has
+///         neither 0 nor 2 rows, even if it is empty; -199: no storage.
+/// On a failure `connect_out` is as it was.
+[[nodiscard]] VORNIK1D_API int split_into_linear(
+    dense2D<unsigned> const& connect_in, dense2D<unsigned>& connect_out) noexcept;
+
+/// Cuts elements down to their two end nodes. Interior nodes stay in the coordinates, and no element has
+/// them.
+///
+/// @return 0, also for an empty `connect`; -1: `connect` has fewer than 3 rows.
+[[nodiscard]] VORNIK1D_API int convert_into_linear(dense2D<unsigned>& connect) noexcept;
+
+/// Gives each element interior nodes at equal distances on the straight line between its end nodes.
+///
+/// @param[in,out] coords  1 to 3 rows, a node per column; the new nodes are appended, element after element.
+/// @param connect_in   an element per column, its end nodes in rows 0 and 1; further rows are ignored.
+/// @param extra_nodes  interior nodes per element: 1 for quadratic, 2 for cubic elements.
+/// @param[out] connect_out  is emptied, then replaced: `extra_nodes` + 2 rows, a column per element.
+/// @return 0, also without elements or extra nodes, for which `connect_out` stays empty;
+///         -1: `coords` has another row count, tested before `connect_out` is emptied;
+///         -2: `connect_in` has 1 row, or an end node that is no column of `coords`;
+///         -199: no storage, or more nodes than 32-bit numbers can name.
+/// On a failure `coords` is as it was.
+[[nodiscard]] VORNIK1D_API int convert_into_high_order(dense2D<double>& coords,
+    dense2D<unsigned> const& connect_in, unsigned extra_nodes, dense2D<unsigned>& connect_out) noexcept;
+
+/// The same in place: `connect` has `extra_nodes` + 2 rows then, and is as it was on a failure and for an
+/// `extra_nodes` of 0. Quadratic elements have 1 extra node, cubic ones 2.
+[[nodiscard]] VORNIK1D_API int convert_into_high_order(
+    dense2D<double>& coords, dense2D<unsigned>& connect, unsigned extra_nodes) noexcept;
+[[nodiscard]] VORNIK1D_API int convert_into_quadratic(
+    dense2D<double>& coords, dense2D<unsigned>& connect) noexcept;
+[[nodiscard]] VORNIK1D_API int convert_into_cubic(
+    dense2D<double>& coords, dense2D<unsigned>& connect) noexcept;
 
 /// @}
 

@@ -15,9 +15,6 @@ namespace trelk::vornik1d {
 /// Stands for no practical limit on a count of elements or nodes: the largest 32-bit number.
 constexpr std::uint64_t unlimited = 4294967295;
 
-/// True when 32-bit node numbers, of which the largest one means "none", can name `count` nodes.
-constexpr bool can_be_numbered(std::size_t count) noexcept { return count <= unlimited; }
-
 /// Nodes in the order of travel, with a parameter value and a target for each: a chain that is to be meshed,
 /// or the mesh of one. `Targets` tells how the targets are kept and worked on.
 template <class Targets>
