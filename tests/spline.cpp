@@ -22,8 +22,8 @@ static dense2D<double> circle(std::size_t n, std::size_t rows = 2)
     return arc(n - 1, angle, rows);
 }
 
-// Upper side of a cambered NACA 0012 section from its tail to the nose, and back below: Jacobs, Ward, Pinkerton,
-// NACA Report 460, 1933.
+// Upper side of a cambered NACA 0012 section from its tail to the nose, and back below: Jacobs, Ward,
+// Pinkerton, NACA Report 460, 1933.
 static dense2D<double> airfoil(std::size_t half)
 {
     std::vector<std::vector<double>> points(2 * half + 1);
@@ -354,8 +354,8 @@ TEST(mesh_spline, space_scale_and_isotropic_tensors_change_nothing)
         in_plane.coords = columns(points);
 
         meshing scaled = in_plane;
-        // What counts as a bend is a matter of lengths, so that a tiny line has none; without a tolerance none is
-        // asked for.
+        // What counts as a bend is a matter of lengths, so that a tiny line has none; without a tolerance
+        // none is asked for.
         double const scale = std::ldexp(1, in_plane.deviation_tolerance == 0 ? -166 : 166);
         ASSERT_TRUE(scaled.coords.copy(in_plane.coords) && scaled.sizes.copy(in_plane.sizes));
         for (std::size_t j = 0; j < 12; ++j) scaled.coords(0, j) *= scale, scaled.coords(1, j) *= scale;

@@ -86,8 +86,8 @@ struct meshing
 /// The chain of all columns of `coords`, in order, with one size for all, at parameters 0, 1, 2, ...
 meshing chain_of(trelk::dense2D<double> const& coords, double size);
 
-/// The spline through all columns of `coords`, in order, with one size for all: an open one with free ends, or
-/// one closed from the last to the first.
+/// The spline through all columns of `coords`, in order, with one size for all: an open one with free ends,
+/// or one closed from the last to the first.
 meshing spline_of(trelk::dense2D<double> const& coords, double size, bool is_closed = false);
 
 /// While one stands, allocation number `first` of this thread and all behind it fail, or that one alone.

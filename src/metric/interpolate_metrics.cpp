@@ -13,7 +13,8 @@ namespace {
 
 constexpr double params_tolerance = 1e-12; // absolute, on parameter gaps and on fractions of them
 
-/// The checks that values and tensors share, in the order of the contract. `is_parallel`: one is given per parameter.
+/// The checks that values and tensors share, in the order of the contract. `is_parallel`: one is given per
+/// parameter.
 int check_parameters(dense1D<double> const& params, bool is_parallel, dense1D<double> const& new_params)
 {
     if (params.size() < 2 || !is_non_decreasing(params)) return bad_argument(1);

@@ -10,8 +10,8 @@ template <std::size_t N>
 bool bend_nodes(dense2D<double> const& coords, dense1D<unsigned> const& indices, dense1D<unsigned>& bends,
     dense1D<double>& bend_params)
 {
-    // On a squared area over a squared length: what counts is how far, in length units of the model, one chord
-    // strays from the direction of the other.
+    // On a squared area over a squared length: what counts is how far, in length units of the model, one
+    // chord strays from the direction of the other.
     constexpr double straight_limit = 1e-24;
 
     bends.clear();

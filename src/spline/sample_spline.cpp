@@ -41,7 +41,8 @@ template <std::size_t N>
 }
 
 /// Appends a span's first node and the `steps` - 1 samples behind it; there is room for them. `start` is the
-/// parameter of the node, not normalised yet. Returns the largest square of a sample's distance from the chord.
+/// parameter of the node, not normalised yet. Returns the largest square of a sample's distance from the
+/// chord.
 template <std::size_t N>
 double append_span(spline_span<N> const& span, std::uint64_t steps, double start, spline_samples& curve)
 {

@@ -7,9 +7,9 @@
 
 namespace trelk::vornik1d {
 
-/// A polyline that stands for a spline. The parameter runs from 0 to 1 along it, in each span in proportion to
-/// the span's own parameter and by its speed |a1| at the first node, which is the chord unless the span lacks
-/// a tangent there alone.
+/// A polyline that stands for a spline. The parameter runs from 0 to 1 along it, in each span in proportion
+/// to the span's own parameter and by its speed |a1| at the first node, which is the chord unless the span
+/// lacks a tangent there alone.
 struct spline_samples
 {
     dense2D<double> samples; // a point per column; the curve nodes are among them

@@ -7,8 +7,8 @@
 
 #include "arrays/vectors.h"
 
-// The spline's model: a chain of cubics in Hermite form, each built from the nodes at its two ends and a guide
-// node on either side.
+// The spline's model: a chain of cubics in Hermite form, each built from the nodes at its two ends and a
+// guide node on either side.
 
 namespace trelk::vornik1d {
 
@@ -26,8 +26,9 @@ struct spline_span
 /// The span from node i1 to node i2, with the guide nodes i0 and i3; all are columns of `coords`, of N rows.
 ///
 /// The tangent at a node has the direction of q u + p v, where u and v are the unit vectors along the chords
-/// before and behind it, p and q the lengths of these. Each span gives it the length of its own chord. A span without the tangent at one end is quadratic, without both straight. There is
-/// none where i0 = i1 or i2 = i3, or where it would point across the chord or against it.
+/// before and behind it, p and q the lengths of these. Each span gives it the length of its own chord. A span
+/// without the tangent at one end is quadratic, without both straight. There is none where i0 = i1 or i2 =
+/// i3, or where it would point across the chord or against it.
 template <std::size_t N>
 spline_span<N> spline_coefficients(
     dense2D<double> const& coords, unsigned i0, unsigned i1, unsigned i2, unsigned i3);
@@ -41,8 +42,8 @@ struct spline_chord
     double length;
 };
 
-/// The spans of the spline through a chain of 4 nodes or more, the first and the last of which are guide nodes,
-/// in order. Each is what `spline_coefficients` gives, but no chord is measured more than once.
+/// The spans of the spline through a chain of 4 nodes or more, the first and the last of which are guide
+/// nodes, in order. Each is what `spline_coefficients` gives, but no chord is measured more than once.
 template <std::size_t N>
 class spline_spans
 {
@@ -101,9 +102,9 @@ double span_mean_curvature(spline_span<N> const& span);
 template <std::size_t N>
 double span_arc_length(spline_span<N> const& span);
 
-/// The length of chord that stays within a tolerance of an arc of the given curvature: 2 sqrt(e (2 - e)) times
-/// its radius, with e the sagitta in units of the radius. A tolerance that is not negative is the sagitta, a
-/// negative one is -e. `largest` where the curvature is not positive, or e is 1 or more.
+/// The length of chord that stays within a tolerance of an arc of the given curvature: 2 sqrt(e (2 - e))
+/// times its radius, with e the sagitta in units of the radius. A tolerance that is not negative is the
+/// sagitta, a negative one is -e. `largest` where the curvature is not positive, or e is 1 or more.
 double chordal_size(double curvature, double tolerance);
 
 } // namespace trelk::vornik1d
