@@ -501,6 +501,83 @@ constexpr int no_storage = -199;
     dense2D<double>& coords, dense2D<unsigned>& connect) noexcept;
 
 /// @}
+/// @name Remeshing
+/// @{
+
+/// Replaces a mesh of lines by one whose elements follow target sizes.
+///
+/// The lines are cut into chains at break nodes: where lines end or three or more elements meet, at corners,
+/// where elements of opposed directions meet head to head, where colours change, at the ends of hard edges
+/// and at hard nodes. The ends of a chain keep their numbers and places, so that what was joined stays
+/// joined; each chain is meshed anew between them. A closed loop without break nodes begins and ends at the
+/// first node of its lowest element, which stays too.
+///
+/// A chain is meshed by `mesh_spline` or by `mesh_line`, as `deviation_tolerance` says:
+///
+///   - 0, or NaN: by `mesh_line`, which is held to the chain's nodes to 1e-12 of its length.
+///   - positive: by `mesh_spline`, bounded by curvature for this distance, if that curve strays no farther
+///     than that from the chain; else by `mesh_line` with this tolerance.
+///   - negative: by `mesh_spline`, whatever its deviation.
+///
+/// The size at a node is `default_size`, at an end of chains no more than the shortest of them is long (or
+/// `min_size`, if that is more); a positive entry of `sizes` overrides both.
+///
+/// @param[in,out] coords  d x n, d = 2 or 3: node positions, in length units of the model. New nodes are
+///                 appended as columns; the old ones stay, also those that the new mesh does not have.
+/// @param[in,out] connect  an element per column, its end nodes in rows 0 and 1; further rows are ignored. It
+///                 is replaced, by a matrix of 2 rows in storage of its own: elements of one chain stand side
+///                 by side in the order of travel.
+/// @param default_size  target size at nodes without one of their own, at least 0, in length units of the
+///                 model.
+/// @param sizes    target sizes by node number; may be short or empty. Entries that are not positive do not
+///                 count.
+/// @param[in,out] colors  a colour per element; may be short or empty, and 4294967295 stands for none. It is
+///                 replaced: each chain has the first colour along it, or a new one above all others.
+/// @param[in,out] hard_nodes  nodes to cut at; those that are above all nodes of `connect` are ignored. It is
+///                 replaced by all break nodes, ascending.
+/// @param hard_edges  elements, by their columns, that pass into the new mesh as they are.
+/// @param force_even  asks for an even number of elements on each chain.
+/// @param max_angle   the largest change of direction in degrees that is no corner, at least 0; a change by
+///                 more than a right angle always is one, and from 90 degrees on the angle acts as its
+///                 supplement.
+/// @param deviation_tolerance  see above.
+/// @param max_gradation  growth of size per length on splines, at least 0, which sets no limit; see
+///                 `mesh_spline`, which takes `default_size` for its own then.
+/// @param min_size  segments not longer than this make no corners; a floor to the bound of sizes by curvature
+///                 and by the lengths of chains. At least 0.
+/// @param min_elements, max_elements  limits for each chain, as in `mesh_line`.
+/// @return 0, also for an empty `connect`, whatever the rest is;
+///         -1: `coords` has neither 2 nor 3 rows;
+///         -2: `connect` has 1 row, or an end node that is no column of `coords`;
+///         -3: `default_size` is negative or NaN;
+///         -7: an entry of `hard_edges` is no column of `connect`;
+///         -9, -11, -12: `max_angle`, `max_gradation`, `min_size` is negative or NaN;
+///         -13: `min_elements` is above `max_elements`;
+///         -199: no storage;
+///         any other: that of the mesher that failed on a chain, so -5 for a `min_elements` of 0, and -3 for
+///         a size of 0 at one of its nodes.
+/// On a failure all arguments are as they were.
+///
+/// Cost: linear in elements and node numbers, plus that of the meshers. Memory is linear in old plus new
+/// mesh.
+[[nodiscard]] VORNIK1D_API int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
+    double default_size, dense1D<double> const& sizes, dense1D<unsigned>& colors,
+    dense1D<unsigned>& hard_nodes, dense1D<unsigned> const& hard_edges, bool force_even, double max_angle,
+    double deviation_tolerance, double max_gradation, double min_size, unsigned min_elements,
+    unsigned max_elements) noexcept;
+
+/// The same without sizes, hard nodes and hard edges. Every status below -4 is greater by 3, -199 too.
+[[nodiscard]] VORNIK1D_API int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
+    double default_size, dense1D<unsigned>& colors, bool force_even, double max_angle,
+    double deviation_tolerance, double max_gradation, double min_size, unsigned min_elements,
+    unsigned max_elements) noexcept;
+
+/// The same without colours too. Every status below -7 is greater by 4, -199 too.
+[[nodiscard]] VORNIK1D_API int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
+    double default_size, bool force_even, double max_angle, double deviation_tolerance, double max_gradation,
+    double min_size, unsigned min_elements, unsigned max_elements) noexcept;
+
+/// @}
 
 /// The library's version: "5.6.0.0".
 [[nodiscard]] VORNIK1D_API char const* version() noexcept;

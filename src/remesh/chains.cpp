@@ -1,0 +1,55 @@
+#include "remesh/chains.h"
+
+namespace trelk::vornik1d {
+
+namespace {
+
+/// A bit for each of `count` elements, clear at first.
+class element_flags
+{
+public:
+    [[nodiscard]] bool init(std::size_t count) { return words_.resize(count / 32 + 1, 0); }
+    bool test(std::size_t e) const { return (words_[e / 32] >> e % 32 & 1U) != 0; }
+    void set(std::size_t e) { words_[e / 32] |= 1U << e % 32; }
+
+private:
+    dense1D<unsigned> words_;
+};
+
+} // namespace
+
+bool extract_chains(dense2D<unsigned> const& connect, dense2D<unsigned> const& neighbors,
+    hbuckets_set const& break_nodes, line_chains& chains)
+{
+    std::size_t const n = connect.cols();
+    element_flags visited;
+    chains = {};
+    if (!visited.init(n) || !chains.chain_elements.reserve(n) || !chains.chain_starts.push_back(0))
+        return false;
+
+    auto const add_chain_from = [&](std::size_t first) {
+        for (std::size_t e = first; e < n && !visited.test(e); e = neighbors(0, e)) {
+            chains.chain_elements.push_back(static_cast<unsigned>(e));
+            visited.set(e);
+            if (break_nodes.contains(connect(1, e))) break;
+        }
+        return chains.chain_starts.push_back(static_cast<unsigned>(chains.chain_elements.size()));
+    };
+    for (std::size_t e = 0; e < n; ++e)
+        if (!visited.test(e) && break_nodes.contains(connect(0, e)) && !add_chain_from(e)) return false;
+    for (std::size_t e = 0; e < n; ++e)
+        if (!visited.test(e) && !add_chain_from(e)) return false;
+    return true;
+}
+
+bool chain_node_list(
+    dense2D<unsigned> const& connect, dense1D<unsigned> const& chain, dense1D<unsigned>& chain_nodes)
+{
+    chain_nodes.clear();
+    if (!chain_nodes.reserve(chain.size() + 1)) return false;
+    chain_nodes.push_back(connect(0, chain[0]));
+    for (unsigned const e : chain) chain_nodes.push_back(connect(1, e));
+    return true;
+}
+
+} // namespace trelk::vornik1d
