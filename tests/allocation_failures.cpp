@@ -63,3 +63,30 @@ TEST(allocation_failures, leave_the_arguments_as_they_were)
                 EXPECT_GT(refused, 5);
             }
 }
+
+TEST(allocation_failures, leave_a_network_as_it_was)
+{
+    for (double const tolerance : {0.0, 0.01, -0.01})
+        for (extent const which : {extent::one, extent::all_behind})
+            for (std::size_t number = 0;; ++number) {
+                auto coords = arc(30, 4);
+                coords(0, 15) += 0.3;
+                dense2D<unsigned> connect;
+                auto colors = nodes({1, 1, 2});
+                auto hard_nodes = nodes({7, 9});
+                ASSERT_EQ(vornik1d::indices_to_connectE2(nodes_up_to(31), connect), 0);
+                auto const before = std::tuple(
+                    values_of(coords), values_of(connect), values_of(colors), values_of(hard_nodes));
+                int status = 0;
+                {
+                    failing_allocations const failing(number, which);
+                    status = vornik1d::remesh_lines(coords, connect, 0.2, {}, colors, hard_nodes, nodes({20}),
+                        false, 40, tolerance, 0.3, 0.01, 1, no_limit);
+                    if (!failing_allocations::have_failed()) break;
+                }
+                ASSERT_TRUE(status == 0 || status == -199) << status;
+                auto const after = std::tuple(
+                    values_of(coords), values_of(connect), values_of(colors), values_of(hard_nodes));
+                ASSERT_EQ(before == after, status != 0) << number;
+            }
+}

@@ -73,3 +73,59 @@ TEST(interpolate_coordinates, statuses)
     EXPECT_EQ(status({1, 7}, {0, 1}, {7, 2}, {0, 0}), 0); // passes over the first, moves the second
     EXPECT_EQ(coords(1, 2), 4);
 }
+
+TEST(length, of_chains_and_meshes)
+{
+    auto const coords = columns({{0, 0, 0}, {3, 4, 0}, {3, 4, 12}});
+    double result = 7;
+    EXPECT_EQ(vornik1d::length(coords, nodes({0, 1, 2, 1}), result), 0);
+    EXPECT_EQ(result, 29);
+    EXPECT_EQ(vornik1d::length(coords, nodes({0, 1, 3, 2}), result), -2);
+    EXPECT_EQ(result, 5);
+    for (auto const& chain : {nodes({}), nodes({1}), nodes({3, 0})}) {
+        EXPECT_EQ(vornik1d::length(coords, chain, result), -2);
+        EXPECT_EQ(result, 0);
+    }
+    auto connect = columns<unsigned>({{0, 1, 99}, {2, 1, 99}});
+    EXPECT_EQ(vornik1d::length(coords, connect, result), 0);
+    EXPECT_EQ(result, 17);
+    connect(1, 1) = 3;
+    EXPECT_EQ(vornik1d::length(coords, connect, result), -2);
+    EXPECT_EQ(vornik1d::length(dense2D<double>(), connect, result), -1);
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(vornik1d::length(coords, dense2D<unsigned>(), result), 0);
+}
+
+TEST(parametric_curvatures, of_a_circle_and_of_odd_elements)
+{
+    // A circle of radius 2 by its angle, which runs up and down along the elements: curvature 1/2, as near as
+    // the mean tangent of an element tells.
+    std::size_t const n = 100;
+    dense1D<double> params(n), result;
+    dense2D<double> plane, space;
+    dense2D<unsigned> connect;
+    ASSERT_TRUE(plane.resize(2, n) && space.resize(3, n) && connect.resize(2, n - 1));
+    for (unsigned k = 0; k < n; ++k) {
+        double const angle = params[k] = 0.01 * k;
+        plane(0, k) = -2 * std::sin(angle), plane(1, k) = 2 * std::cos(angle);
+        space(0, k) = plane(0, k), space(1, k) = 0.6 * plane(1, k), space(2, k) = 0.8 * plane(1, k);
+        if (k > 0) connect(k % 2, k - 1) = k, connect(1 - k % 2, k - 1) = k - 1;
+    }
+    for (auto const* const tangents : {&plane, &space}) {
+        ASSERT_EQ(vornik1d::parametric_curvatures(params, connect, *tangents, result), 0);
+        for (double const c : result) EXPECT_NEAR(c, 0.5, 2e-5);
+    }
+    // Opposite tangents, one node at both ends, and parameters that do not differ.
+    auto const tangents = columns({{1, 0}, {-1, 0}, {0, 1}, {1, 1}});
+    auto const odd = columns<unsigned>({{0, 1}, {2, 2}, {2, 3}});
+    ASSERT_EQ(vornik1d::parametric_curvatures(reals({0, 1, 5, 5}), odd, tangents, result), 0);
+    double const sum = 8 / std::pow(5, 1.5);
+    EXPECT_EQ(result[0] + result[1], 0);
+    EXPECT_NEAR(result[2], sum, 1e-15);
+    EXPECT_NEAR(result[3], sum, 1e-15);
+
+    EXPECT_EQ(vornik1d::parametric_curvatures(params, odd, tangents, result), -3);
+    EXPECT_TRUE(result.empty());
+    EXPECT_EQ(vornik1d::parametric_curvatures(reals({0, 1, 5}), odd, tangents, result), -2);
+    EXPECT_EQ(vornik1d::parametric_curvatures(params, dense2D<unsigned>(), tangents, result), 0);
+}

@@ -58,15 +58,6 @@ dense1D<unsigned> nodes_up_to(std::size_t n)
     return result;
 }
 
-dense2D<double> columns(std::vector<std::vector<double>> const& values)
-{
-    dense2D<double> result;
-    if (values.empty() || !result.resize(values[0].size(), values.size())) return result;
-    for (std::size_t j = 0; j < values.size(); ++j)
-        std::copy(values[j].begin(), values[j].end(), result.col(j));
-    return result;
-}
-
 dense2D<double> arc(std::size_t n, double angle, std::size_t rows)
 {
     std::vector<std::vector<double>> points(n + 1);
@@ -76,14 +67,6 @@ dense2D<double> arc(std::size_t n, double angle, std::size_t rows)
         if (rows == 2) points[k] = {std::cos(at), std::sin(at)};
     }
     return columns(points);
-}
-
-std::vector<std::vector<double>> values_of(dense2D<double> const& values)
-{
-    std::vector<std::vector<double>> result(values.cols());
-    for (std::size_t j = 0; j < values.cols(); ++j)
-        result[j].assign(values.col(j), values.col(j) + values.rows());
-    return result;
 }
 
 int meshing::run()

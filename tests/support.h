@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <initializer_list>
 #include <limits>
@@ -28,7 +29,15 @@ inline trelk::dense1D<unsigned> nodes(std::vector<unsigned> const& values) { ret
 trelk::dense1D<unsigned> nodes_up_to(std::size_t n);
 
 /// A matrix given column by column.
-trelk::dense2D<double> columns(std::vector<std::vector<double>> const& values);
+template <class T = double>
+trelk::dense2D<T> columns(std::vector<std::vector<T>> const& values)
+{
+    trelk::dense2D<T> result;
+    if (values.empty() || !result.resize(values[0].size(), values.size())) return result;
+    for (std::size_t j = 0; j < values.size(); ++j)
+        std::copy(values[j].begin(), values[j].end(), result.col(j));
+    return result;
+}
 
 /// n + 1 nodes on an arc of the given angle on a circle of radius 1, in the plane or, tilted, in space.
 trelk::dense2D<double> arc(std::size_t n, double angle, std::size_t rows = 2);
@@ -39,7 +48,14 @@ std::vector<T> values_of(trelk::dense1D<T> const& values)
     return {values.begin(), values.end()};
 }
 
-std::vector<std::vector<double>> values_of(trelk::dense2D<double> const& values);
+template <class T>
+std::vector<std::vector<T>> values_of(trelk::dense2D<T> const& values)
+{
+    std::vector<std::vector<T>> result(values.cols());
+    for (std::size_t j = 0; j < values.cols(); ++j)
+        result[j].assign(values.col(j), values.col(j) + values.rows());
+    return result;
+}
 
 /// A call of `mesh_line` or `mesh_spline`, in any of their overloads, that starts from outputs which hold
 /// something.
