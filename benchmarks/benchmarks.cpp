@@ -19,6 +19,7 @@
 #include "placement/place_nodes_aniso.h"
 #include "placement/place_nodes_iso.h"
 #include "race.h"
+#include "remesh.h"
 #include "spline/sample_spline.h"
 #include "tensors.h"
 
@@ -27,15 +28,6 @@ using namespace trelk;
 namespace {
 
 constexpr unsigned no_limit = std::numeric_limits<unsigned>::max();
-
-bool all_agree = true;
-
-/// The two sides must give the same, or the one is no measure of the other.
-void disagree(benchmark::State& state, char const* message)
-{
-    all_agree = false;
-    state.SkipWithError(message);
-}
 
 /// What the bare loop works on, and the same arrays as arguments of the library. Storage is alike on both
 /// sides: outputs are kept from call to call, what else a side needs it allocates in each call, and all of it
@@ -320,6 +312,7 @@ int main(int argc, char** argv)
     enlist("mesh_line_aniso/3d", mesh_line_aniso<3>, size_pattern::smooth, {10}, 100'000);
     enlist_splines<2>("mesh_spline/2d");
     enlist_splines<3>("mesh_spline/3d");
+    enlist_remeshing();
     benchmark::RegisterBenchmark("metric_interpolator/build/3d", build_interpolators)
         ->Iterations(1000)
         ->UseManualTime()

@@ -32,6 +32,15 @@ double nanoseconds(Body const& body)
     return thread_nanoseconds() - start;
 }
 
+inline bool all_agree = true;
+
+/// The two sides of a race must give the same, or the one is no measure of the other.
+inline void disagree(benchmark::State& state, char const* message)
+{
+    all_agree = false;
+    state.SkipWithError(message);
+}
+
 /// What a race reports: nanoseconds per unit of work, of which a run does `count`.
 struct measure
 {
