@@ -15,8 +15,8 @@ enum class by { sizes, chord_length, tensors, segments, spline, tensor_spline };
 int status_without(by way, double tolerance, std::size_t number, extent which)
 {
     bool const as_spline = way == by::spline || way == by::tensor_spline;
-    auto const build = as_spline ? [](auto const& c, double h) { return spline_of(c, h); } : chain_of;
-    meshing m = build(arc(30, 4, 2 + number % 2), 0.15);
+    auto const points = arc(30, 4, 2 + number % 2);
+    meshing m = as_spline ? spline_of(points, 0.15) : chain_of(points, 0.15);
     m.coords(0, 15) += 0.3; // a corner, so that refinement splits
     m.deviation_tolerance = tolerance;
     m.with_params = way != by::chord_length;

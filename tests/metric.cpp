@@ -252,3 +252,19 @@ TEST(interpolate_metrics, statuses)
     dense2D<double> tensors;
     EXPECT_EQ(interpolate_metrics(reals({0, 1}), columns({{1, 2}, {1, 2}}), reals({0}), tensors), -2);
 }
+
+TEST(metric_interpolator, stays_finite_between_tensors_of_extreme_aspect)
+{
+    // Sizes 0.1 to 1000 along axes that have nothing to do with each other: one eigenvalue of the pair rounds
+    // to a negative one.
+    tensor<3> const m0{34.017305908122658, -33.867086265824035, 33.717531981206307, -6.7638646232478941,
+        6.7339957502392842, 97.176627835619485};
+    tensor<3> const m1{20.165197877320921, 39.619765305036651, 77.843317500995866, -6.33708916672638,
+        -12.45085713917147, 1.9914879213987171};
+    metric_interpolator<3> interpolator;
+    ASSERT_TRUE(interpolator.build(m0, m1));
+    for (std::size_t k = 0; k < 6; ++k) {
+        EXPECT_LT(std::abs(interpolator.evaluate(0.5)[k]), 100);
+        EXPECT_NEAR(interpolator.evaluate(1)[k], m1[k], 1e-6);
+    }
+}

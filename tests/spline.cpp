@@ -287,6 +287,13 @@ TEST(mesh_spline, appends_and_keeps_only_the_ends)
     EXPECT_EQ(m.out_indices.size(), 17U);
     EXPECT_EQ(m.coords.cols(), 19U);
 
+    // An entry of a list that has to grow for the result cannot take the deviation.
+    meshing inside = spline_of(arc(6, 2), 0.01);
+    EXPECT_EQ(vornik1d::mesh_spline(inside.coords, inside.indices, inside.sizes, false, 1, 1000, 0.0, 0.0,
+                  0.0, 0.0, inside.out_indices, inside.out_params, inside.out_sizes, inside.out_sizes[0]),
+        0);
+    EXPECT_EQ(inside.out_sizes[0], 0);
+
     meshing closed = spline_of(circle(9), 0.3, true);
     ASSERT_EQ(closed.run(), 0);
     EXPECT_EQ(closed.mesh().front(), closed.mesh().back());

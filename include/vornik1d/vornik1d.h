@@ -267,7 +267,7 @@ constexpr int no_storage = -199;
 ///                 limit, and that of the elements within reason where the curve has a kink or the tolerance
 ///                 is tiny: samples along a span take its length over sqrt(0.8 * tolerance / c), or over half
 ///                 of `min_size` if that is more. Curvature has no bound where nodes are at one place or
-///                 turn back on themselves; without `min_size` such a curve has `max_elements` elements.
+///                 turn back on themselves; without `min_size` such a curve can get `max_elements` elements.
 /// @param default_size  if this and `max_gradation` are positive: the size everywhere but at the curve nodes,
 ///                 before bounds. Otherwise sizes run linearly from node to node.
 /// @param max_gradation  if positive and below the largest double: sizes grow along the curve by no more than
@@ -278,7 +278,7 @@ constexpr int no_storage = -199;
 /// @param[out] out_sizes    the target size at each mesh node is appended, after bounds.
 /// @param[out] deviation    the largest distance of a sample from the chord of its span, which tells how far
 ///                 the spline strays from the polyline through its nodes, not how far the mesh does; 0 on a
-///                 failure.
+///                 failure. An entry of `coords` or of an output, which may grow, is not set to it.
 /// @return 0;
 ///         -1: `coords` has neither 2 nor 3 rows; also, tested last, chain nodes whose positions are not
 ///         finite, or so far apart that the curve's length is not;

@@ -21,10 +21,13 @@ int add_interior_nodes(dense2D<double>& coords, dense2D<unsigned> const& connect
     std::size_t const base = coords.cols();
     if (!vornik::check_IDs(connect_in, vornik::element_type::edge, base)) return bad_argument(2);
 
+    std::size_t const nodes = base + elements * extra_nodes;
+    bool const have_numbers = // the sum does not overflow if the first two have
+        can_be_numbered(elements) && can_be_numbered(base) && can_be_numbered(nodes);
     dense2D<unsigned> result;
-    if (!result.resize(std::size_t{extra_nodes} + 2, elements)) return no_storage;
-    std::size_t const nodes = base + elements * extra_nodes; // no overflow: the result has storage
-    if (!can_be_numbered(nodes) || !coords.resize(rows, nodes)) return no_storage;
+    if (!have_numbers || !result.resize(std::size_t{extra_nodes} + 2, elements) ||
+        !coords.resize(rows, nodes))
+        return no_storage;
 
     double const part = 1 / (static_cast<double>(extra_nodes) + 1);
     std::size_t node = base;

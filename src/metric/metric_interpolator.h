@@ -1,5 +1,9 @@
 #pragma once
 
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
 #include "metric/reduction.h"
 #include "metric/sizes.h"
 #include "metric/tensor.h"
@@ -35,6 +39,12 @@ struct metric_interpolator
         h1 = a1;
         inverse_sqrt_guarded(h0);
         inverse_sqrt_guarded(h1);
+        if (std::any_of(h1.values, h1.values + N, [](double h) { return std::isnan(h); })) {
+            // Rounding has made an eigenvalue negative, as it can at aspect ratios of 1e4 and more.
+            for (std::size_t i = 0; i < N; ++i) a1[i] = quadratic_form(m1.values, p[i]);
+            h1 = a1;
+            inverse_sqrt_guarded(h1);
+        }
         return true;
     }
 

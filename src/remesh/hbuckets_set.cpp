@@ -20,7 +20,7 @@ std::size_t next_prime_size(std::size_t wanted)
     constexpr std::size_t primes[] = {13, 23, 53, 97, 193, 389, 769, 1543, 3079, 6151, 12289, 24593, 49157,
         98317, 196613, 393241, 786433, 1572869, 3145739, 6291469, 12582917, 25165843, 50331653, 100663319,
         201326611, 402653189, 805306457, 1610612741, 3221225473, 4294967291};
-    auto const at = std::lower_bound(std::begin(primes), std::end(primes), wanted);
+    auto const* const at = std::lower_bound(std::begin(primes), std::end(primes), wanted);
     return at != std::end(primes) ? *at : *std::prev(at);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <utility>
 
 #include <trelk/Ptr.h>
@@ -16,6 +17,14 @@ class __vector_view
 public:
     /// Values that fit from the view's first one on before storage must grow.
     std::size_t room() const noexcept { return storage_ ? storage_->capacity() - offset_ : 0; }
+
+    /// Whether the storage block holds `value`, which is lost then when the block has to grow.
+    bool holds(T const& value) const noexcept
+    {
+        if (!storage_) return false;
+        T const* const begin = storage_->data();
+        return !std::less<>()(&value, begin) && std::less<>()(&value, begin + storage_->capacity());
+    }
 
     T* data() noexcept { return first(); }
     T const* data() const noexcept { return first(); }
