@@ -41,7 +41,7 @@ static placement place(meshing const& m, double min_metric_length = 0)
     placement p;
     auto const run = m.coords.rows() == 2 ? place_nodes_iso<2> : place_nodes_iso<3>;
     p.length = run(m.coords, m.indices, m.params, m.sizes, min_metric_length, m.force_even, m.min_elements,
-        m.max_elements, p.coords, p.sizes, p.params, 0);
+        m.max_elements, p.coords, p.sizes, p.params, 0, false);
     return p;
 }
 

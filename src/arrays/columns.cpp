@@ -45,4 +45,24 @@ bool append_columns(dense2D<double> const& source, dense2D<double>& target) noex
     return true;
 }
 
+unsigned largest_entry(dense2D<unsigned> const& connect) noexcept
+{
+    unsigned result = 0;
+    if (connect.empty()) return result;
+    for (std::size_t j = 0; j < connect.cols(); ++j)
+        result = std::max(result, *std::max_element(connect.col(j), connect.col(j) + connect.rows()));
+    return result;
+}
+
+bool gather_values(
+    dense1D<double> const& source, dense1D<unsigned> const& selection, dense1D<double>& target) noexcept
+{
+    std::size_t const present = target.size();
+    if (present + selection.size() > target.room())
+        static_cast<void>(target.reserve(grown(present, selection.size()))); // resize tries with less
+    if (!target.resize(present + selection.size())) return false;
+    for (std::size_t k = 0; k < selection.size(); ++k) target[present + k] = source[selection[k]];
+    return true;
+}
+
 } // namespace trelk::vornik1d

@@ -30,7 +30,7 @@ namespace trelk::vornik1d {
 /// `new_coords` and `new_params` are replaced: one column and, where `params` has values, one value per new
 /// node. Around the values of the new nodes, parameters and targets have `margin` entries more on either
 /// side, for the caller to stitch the ends on. A chain of metric length below `min_metric_length`, or NaN,
-/// gets no node, and the outputs are empty then.
+/// gets no node, and the outputs are empty then. `round_up` asks for steps that are no longer than 1.
 ///
 /// Returns the metric length of the chain, or 0.0 with empty outputs where storage is not available or a
 /// segment cannot be entered.
@@ -38,7 +38,7 @@ template <int N, class Field>
 double place_nodes(dense2D<double> const& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& params, Field& field, double min_metric_length, bool force_even,
     std::uint64_t min_elements, std::uint64_t max_elements, dense2D<double>& new_coords,
-    dense1D<double>& new_params, std::size_t margin)
+    dense1D<double>& new_params, std::size_t margin, bool round_up = false)
 {
     auto const clear = [&] {
         new_coords.clear();
@@ -61,7 +61,7 @@ double place_nodes(dense2D<double> const& coords, dense1D<unsigned> const& indic
         cum[s + 1] = length;
     }
 
-    std::uint64_t const n = element_count(length, force_even, min_elements, max_elements);
+    std::uint64_t const n = element_count(length, force_even, min_elements, max_elements, round_up);
     if (length < min_metric_length || std::isnan(length) || n == 1) return length;
 
     double const step = length / static_cast<double>(n);

@@ -56,18 +56,21 @@ template <int N>
 double place_nodes_iso(dense2D<double> const& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& params, dense1D<double> const& sizes, double min_metric_length, bool force_even,
     std::uint64_t min_elements, std::uint64_t max_elements, dense2D<double>& new_coords,
-    dense1D<double>& new_sizes, dense1D<double>& new_params, std::size_t margin)
+    dense1D<double>& new_sizes, dense1D<double>& new_params, std::size_t margin, bool round_up)
 {
     size_field<N> field(sizes, new_sizes);
     return place_nodes<N>(coords, indices, params, field, min_metric_length, force_even, min_elements,
-        max_elements, new_coords, new_params, margin);
+        max_elements, new_coords, new_params, margin, round_up);
 }
 
+template double place_nodes_iso<1>(dense2D<double> const&, dense1D<unsigned> const&, dense1D<double> const&,
+    dense1D<double> const&, double, bool, std::uint64_t, std::uint64_t, dense2D<double>&, dense1D<double>&,
+    dense1D<double>&, std::size_t, bool);
 template double place_nodes_iso<2>(dense2D<double> const&, dense1D<unsigned> const&, dense1D<double> const&,
     dense1D<double> const&, double, bool, std::uint64_t, std::uint64_t, dense2D<double>&, dense1D<double>&,
-    dense1D<double>&, std::size_t);
+    dense1D<double>&, std::size_t, bool);
 template double place_nodes_iso<3>(dense2D<double> const&, dense1D<unsigned> const&, dense1D<double> const&,
     dense1D<double> const&, double, bool, std::uint64_t, std::uint64_t, dense2D<double>&, dense1D<double>&,
-    dense1D<double>&, std::size_t);
+    dense1D<double>&, std::size_t, bool);
 
 } // namespace trelk::vornik1d

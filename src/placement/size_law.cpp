@@ -22,13 +22,15 @@ std::uint64_t round_to_multiple(double length, std::uint64_t step)
     return length * length >= static_cast<double>(boundary) ? k + step : k;
 }
 
-std::uint64_t element_count(
-    double metric_length, bool force_even, std::uint64_t min_elements, std::uint64_t max_elements)
+std::uint64_t element_count(double metric_length, bool force_even, std::uint64_t min_elements,
+    std::uint64_t max_elements, bool round_up)
 {
     std::uint64_t n = round_to_multiple(metric_length, force_even ? 2 : 1);
     n = std::max<std::uint64_t>(n, 1);
     n = std::max(n, min_elements);
     n = std::min(n, max_elements);
+    if (round_up && static_cast<double>(n) < metric_length && n != std::numeric_limits<std::uint64_t>::max())
+        ++n;
     if (force_even && n % 2 == 1 && n != std::numeric_limits<std::uint64_t>::max()) ++n;
     return n;
 }

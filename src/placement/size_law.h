@@ -95,8 +95,9 @@ inline double size_law_position(double t, double h0, double h1) { return size_la
 std::uint64_t round_to_multiple(double length, std::uint64_t step);
 
 /// Elements of a line of the given metric length: rounded, then clamped, `max_elements` winning over
-/// `min_elements` and an even count over both.
-std::uint64_t element_count(
-    double metric_length, bool force_even, std::uint64_t min_elements, std::uint64_t max_elements);
+/// `min_elements`, a count not below the length, if `round_up` asks for that, over both, and an even count
+/// over all.
+std::uint64_t element_count(double metric_length, bool force_even, std::uint64_t min_elements,
+    std::uint64_t max_elements, bool round_up = false);
 
 } // namespace trelk::vornik1d

@@ -1,22 +1,8 @@
 #include "remesh/chains.h"
 
+#include "arrays/element_flags.h"
+
 namespace trelk::vornik1d {
-
-namespace {
-
-/// A bit for each of `count` elements, clear at first.
-class element_flags
-{
-public:
-    [[nodiscard]] bool init(std::size_t count) { return words_.resize(count / 32 + 1, 0); }
-    bool test(std::size_t e) const { return (words_[e / 32] >> e % 32 & 1U) != 0; }
-    void set(std::size_t e) { words_[e / 32] |= 1U << e % 32; }
-
-private:
-    dense1D<unsigned> words_;
-};
-
-} // namespace
 
 bool extract_chains(dense2D<unsigned> const& connect, dense2D<unsigned> const& neighbors,
     hbuckets_set const& break_nodes, line_chains& chains)

@@ -7,6 +7,7 @@
 #include <vornik/toolkit.h>
 
 #include "arrays/append.h"
+#include "arrays/columns.h"
 #include "front_door.h"
 #include "metric/sizes.h"
 #include "remesh/break_nodes.h"
@@ -53,14 +54,6 @@ struct cut_lines
     dense1D<unsigned> chain_colors;
     dense1D<unsigned> chain_nodes; // of the chain in hand
 };
-
-unsigned largest_of(dense2D<unsigned> const& connect)
-{
-    unsigned result = 0;
-    for (std::size_t e = 0; e < connect.cols(); ++e)
-        result = std::max({result, connect(0, e), connect(1, e)});
-    return result;
-}
 
 /// Brings an empty set to life, for about `keys` of them.
 [[nodiscard]] bool prepare(hbuckets_set& set, std::size_t keys)
@@ -281,7 +274,7 @@ int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect, double def
     if (min_elements > max_elements) return bad_argument(13);
 
     dense2D<unsigned> const elements = connect.sub_matrix(0, 0, 2, connect.cols());
-    old_mesh const old{elements, sizes, colors, hard_nodes, hard_edges, largest_of(elements)};
+    old_mesh const old{elements, sizes, colors, hard_nodes, hard_edges, largest_entry(elements)};
     remesh_rule const rule{default_size, force_even, max_angle,
         std::isnan(deviation_tolerance) ? 0 : deviation_tolerance, max_gradation, min_size, min_elements,
         max_elements};
