@@ -351,6 +351,63 @@ constexpr int no_storage = -199;
     dense2D<double> const& metrics, dense1D<double> const& new_params, dense2D<double>& new_metrics) noexcept;
 
 /// @}
+/// @name Metric generation
+/// @{
+///
+/// Each tensor is merged into the column of its node: there stands the intersection then, in which every
+/// vector is at least as long as in either. So calls can be chained, and elements that meet at a node combine
+/// there; a column of zeros asks for nothing.
+
+/// Tensors from a direction per node, in the plane.
+///
+/// @param directions   2 rows, a vector per node. The sizes are those for a vector of length 1; a longer one
+///                 makes both smaller by its length.
+/// @param indices      the nodes to treat, column numbers of `directions`.
+/// @param size_along, size_across  the sizes along the vector and across it, positive.
+/// @param[in,out] metrics  a tensor per node, 3 rows, or empty. Columns up to the largest node are added.
+/// @return 0, also for empty `indices`, whatever the rest is;
+///         -1: `directions` does not have 2 rows;
+///         -2: an entry of `indices` is no column of `directions`;
+///         -3, -4: `size_along`, `size_across` is not positive;
+///         -5: `metrics` is not empty and does not have 3 rows;
+///         -199: no storage.
+/// On a failure `metrics` is as it was.
+[[nodiscard]] VORNIK1D_API int metrics_gen_aniso2d(dense2D<double> const& directions,
+    dense1D<unsigned> const& indices, double size_along, double size_across,
+    dense2D<double>& metrics) noexcept;
+
+/// Tensors from the elements of a line in the plane: at both ends of each, the size along it is its length.
+/// An element of length 0, or of a length whose square is not finite, changes nothing.
+///
+/// @param coords       node positions, at least 2 rows; only the first 2 count.
+/// @param connect      2 rows, an element per column.
+/// @param normal_size  the size across: in length units of the model, or if negative, relative to the
+///                 element's length; that length if it is 0 or NaN.
+/// @param[in,out] metrics  a tensor per node, 3 rows, or empty. Columns up to the largest node are added.
+/// @return 0, also for an empty `connect`, whatever the rest is;
+///         -1: `coords` has fewer than 2 rows;
+///         -2: `connect` does not have 2 rows, or has a node that is no column of `coords`;
+///         -4: `metrics` is not empty and does not have 3 rows;
+///         -199: no storage.
+/// On a failure `metrics` is as it was.
+[[nodiscard]] VORNIK1D_API int metrics_gen_aniso2d(dense2D<double> const& coords,
+    dense2D<unsigned> const& connect, double normal_size, dense2D<double>& metrics) noexcept;
+
+/// The same in space: `coords` has at least 3 rows, of which 3 count, and `metrics` has 6. `normal_size` is
+/// the size in all directions across.
+[[nodiscard]] VORNIK1D_API int metrics_gen_aniso3d(dense2D<double> const& coords,
+    dense2D<unsigned> const& connect, double normal_size, dense2D<double>& metrics) noexcept;
+
+/// The same in space with two sizes across, each as `normal_size` above: one in the plane in which the line
+/// bends at the element's end, one perpendicular to it. Where it does not bend, or where no element or more
+/// than one goes on, the larger one holds in all directions across.
+///
+/// @return as above; after a -199 new columns of zeros may have been added.
+[[nodiscard]] VORNIK1D_API int metrics_gen_aniso3d(dense2D<double> const& coords,
+    dense2D<unsigned> const& connect, double normal_size, double binormal_size,
+    dense2D<double>& metrics) noexcept;
+
+/// @}
 /// @name Chain operations
 /// @{
 

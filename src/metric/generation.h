@@ -1,0 +1,88 @@
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include <trelk/dense2D.h>
+#include <vornik/toolkit.h>
+
+#include "arrays/append.h"
+#include "arrays/columns.h"
+#include "front_door.h"
+#include "metric/tensor.h"
+
+// What the generators of metrics from line elements share.
+
+namespace trelk::vornik1d {
+
+/// Square of the size across an element of squared length `square`: an absolute size, one relative to the
+/// element if it is negative, and the element's length if it is 0 or NaN.
+inline double square_of_size(double size, double square)
+{
+    if (size > 0) return size * size;
+    return size < 0 ? square * (size * size) : square;
+}
+
+/// The tensor that has the given values along orthogonal unit axes; a value of 0 adds nothing, whatever its
+/// axis.
+template <std::size_t N>
+tensor<N> tensor_along(vector<N> const& values, vector<N> const (&axes)[N])
+{
+    vector<N> used[N] = {};
+    for (std::size_t i = 0; i < N; ++i)
+        if (values[i] != 0) used[i] = axes[i];
+    return recompose_metric(values, used);
+}
+
+/// Merges a tensor into a column, which may not have been written yet: it is all zero then.
+template <std::size_t N>
+void merge_into(tensor<N> m, double* column)
+{
+    vornik::minimum_metric(m, tensor_at<N>(column), m);
+    std::copy_n(m.values, packed_rows<N>, column);
+}
+
+/// Makes room for a tensor of each node up to `largest_node`; new ones are zero.
+template <std::size_t N>
+[[nodiscard]] bool make_columns(std::size_t largest_node, dense2D<double>& metrics)
+{
+    std::size_t const columns = std::max(largest_node + 1, filled_columns(metrics));
+    return metrics.resize(packed_rows<N>, columns, 0.0);
+}
+
+/// Checks what all generators from elements share, in the order of the contract, and makes room. 0 for
+/// success, also without elements.
+template <std::size_t N>
+int prepare_generation(
+    dense2D<double> const& coords, dense2D<unsigned> const& connect, dense2D<double>& metrics)
+{
+    if (coords.rows() < N) return bad_argument(1);
+    std::size_t const largest_node = largest_entry(connect);
+    if (connect.rows() != 2 || largest_node >= coords.cols()) return bad_argument(2);
+    if (!metrics.empty() && metrics.rows() != packed_rows<N>) return bad_argument(4);
+    return make_columns<N>(largest_node, metrics) ? 0 : no_storage;
+}
+
+/// An element's unit tangent and squared length.
+template <std::size_t N>
+struct element_direction
+{
+    vector<N> tangent;
+    double square;
+};
+
+/// Calls `visit(e, direction)` for each element that has a direction.
+template <std::size_t N, class Visit>
+void for_each_direction(dense2D<double> const& coords, dense2D<unsigned> const& connect, Visit visit)
+{
+    for (std::size_t e = 0; e < connect.cols(); ++e) {
+        auto const v = edge_vector<N>(coords.col(connect(0, e)), coords.col(connect(1, e)));
+        double const square = dot(v, v);
+        if (square == 0 || !std::isfinite(square)) continue;
+        double const r = 1 / std::sqrt(square);
+        visit(e, element_direction<N>{r != 1 ? v * r : v, square});
+    }
+}
+
+} // namespace trelk::vornik1d
