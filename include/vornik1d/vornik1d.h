@@ -497,6 +497,24 @@ constexpr int no_storage = -199;
 [[nodiscard]] VORNIK1D_API int parametric_curvatures(dense1D<double> const& params,
     dense2D<unsigned> const& connect, dense2D<double> const& tangents, dense1D<double>& result) noexcept;
 
+/// Normals at the nodes of a line in the plane: the mean of the unit normals of its elements at each node. An
+/// element's normal is to the left of its direction.
+///
+/// @param coords       2 rows, a node per column.
+/// @param connect      an element per column, its end nodes in rows 0 and 1.
+/// @param exponent     the weight of an element of length L is L to this power: 0 gives the plain mean. From
+///                 the largest double on, and for a NaN, a node has the normal of its longest element, from
+///                 minus the largest double down that of its shortest one.
+/// @param unit_length  whether means are brought to length 1; one of length 0 stays.
+/// @param[out] result  is replaced: 2 rows, a vector per node; 0 for nodes without elements of positive
+///                 length.
+/// @return 0, also without nodes or elements, for which `result` is empty;
+///         -1: `coords` does not have 2 rows;
+///         -2: `connect` has 1 row, or an end node that is no column of `coords`;
+///         -199: no storage.
+[[nodiscard]] VORNIK1D_API int normals(dense2D<double> const& coords, dense2D<unsigned> const& connect,
+    double exponent, bool unit_length, dense2D<double>& result) noexcept;
+
 /// @}
 /// @name Connectivity
 /// @{
