@@ -576,6 +576,35 @@ constexpr int no_storage = -199;
     dense2D<double>& coords, dense2D<unsigned>& connect) noexcept;
 
 /// @}
+/// @name Orientation
+/// @{
+
+/// Turns all elements round: reverses the order of their nodes. Meant for elements of two nodes; others lose
+/// the order in which the end nodes come first. Returns 0.
+VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
+
+/// Orients the elements of a line so that each starts where the one before ends, as one of them does.
+///
+/// @param[in,out] connect    an element of two nodes per column, in rows 0 and 1.
+/// @param[in,out] neighbors  as many rows and columns as `connect`: row i of column e is the element that
+///                 meets e at the node opposite local node i, so row 0 at its second node, row 1 at its
+///                 first. What is no column is no neighbour. Kept in step with `connect`.
+/// @param start            the element that is not turned.
+/// @param all_components   0: only the part of the mesh that holds `start` is treated; otherwise also each
+///                 part that has an element behind `start`, as the first of these is.
+/// @return the number of turns, in which an element of a branching line can count more than once; 0 without
+///         columns, whatever the rest is;
+///         -1: `connect` has fewer than 2 rows, or a node 4294967295;
+///         -2: `neighbors` has another shape, or names a neighbour that does not have the node in question;
+///         turns made before that are kept;
+///         -3: `start` is no column;
+///         -199: no storage.
+///
+/// Linear in elements.
+[[nodiscard]] VORNIK1D_API int mesh_reorient(
+    dense2D<unsigned>& connect, dense2D<unsigned>& neighbors, unsigned start, int all_components) noexcept;
+
+/// @}
 /// @name Remeshing
 /// @{
 
