@@ -605,6 +605,86 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
     dense2D<unsigned>& connect, dense2D<unsigned>& neighbors, unsigned start, int all_components) noexcept;
 
 /// @}
+/// @name Extrusion
+/// @{
+///
+/// A line of new nodes is drawn by a node that is moved: along a vector, or about a centre or an axis. It
+/// starts at a node of `coords`, or at a point that becomes a new node in front of the others. Its step count
+/// is given, or found from target sizes at its start and its end, in length units of the model along the
+/// path: then steps are of equal metric length, as in `mesh_line`, and as near to 1 as a whole number allows,
+/// or an even one under `force_even`.
+///
+/// @param[in,out] coords   as many rows as the points have; the new nodes are appended. It may be empty where
+///                 the line starts at a point.
+/// @param start_node, start_point  where the line starts.
+/// @param vector           the path of the translation.
+/// @param center           the centre of the rotation, or in space a point of its axis.
+/// @param angle            the turn in radians, counter-clockwise.
+/// @param rotation         a vector along the axis, whose length is the turn in radians, by the right-hand
+///                 rule.
+/// @param element_count    the number of steps; 0 does nothing.
+/// @param size_a, size_b   the sizes at the start and the end, positive.
+/// @param[in,out] indices  the nodes of the line are appended, its start first.
+/// @return 0;
+///         -1: `coords` has another row count;
+///         -2: `start_node` is no column of `coords`;
+///         -3: the path has length 0 (with sizes);
+///         -4, -5 for a translation, -5, -6 for a rotation: `size_a`, `size_b` is not positive;
+///         -199: no storage, or more nodes than 32-bit numbers can name.
+/// On a failure `coords` and `indices` are as they were. A full turn ends at a new node at the place of the
+/// start.
+
+[[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords,
+    vector_fixed<double, 2> const& start_point, vector_fixed<double, 2> const& vector, unsigned element_count,
+    dense1D<unsigned>& indices) noexcept;
+[[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords,
+    vector_fixed<double, 2> const& start_point, vector_fixed<double, 2> const& vector, double size_a,
+    double size_b, bool force_even, dense1D<unsigned>& indices) noexcept;
+[[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords, unsigned start_node,
+    vector_fixed<double, 2> const& vector, unsigned element_count, dense1D<unsigned>& indices) noexcept;
+[[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords, unsigned start_node,
+    vector_fixed<double, 2> const& vector, double size_a, double size_b, bool force_even,
+    dense1D<unsigned>& indices) noexcept;
+[[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords,
+    vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& vector, unsigned element_count,
+    dense1D<unsigned>& indices) noexcept;
+[[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords,
+    vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& vector, double size_a,
+    double size_b, bool force_even, dense1D<unsigned>& indices) noexcept;
+[[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords, unsigned start_node,
+    vector_fixed<double, 3> const& vector, unsigned element_count, dense1D<unsigned>& indices) noexcept;
+[[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords, unsigned start_node,
+    vector_fixed<double, 3> const& vector, double size_a, double size_b, bool force_even,
+    dense1D<unsigned>& indices) noexcept;
+
+[[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords,
+    vector_fixed<double, 2> const& start_point, vector_fixed<double, 2> const& center, double angle,
+    unsigned element_count, dense1D<unsigned>& indices) noexcept;
+[[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords,
+    vector_fixed<double, 2> const& start_point, vector_fixed<double, 2> const& center, double angle,
+    double size_a, double size_b, bool force_even, dense1D<unsigned>& indices) noexcept;
+[[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords, unsigned start_node,
+    vector_fixed<double, 2> const& center, double angle, unsigned element_count,
+    dense1D<unsigned>& indices) noexcept;
+[[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords, unsigned start_node,
+    vector_fixed<double, 2> const& center, double angle, double size_a, double size_b, bool force_even,
+    dense1D<unsigned>& indices) noexcept;
+[[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords,
+    vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& center,
+    vector_fixed<double, 3> const& rotation, unsigned element_count, dense1D<unsigned>& indices) noexcept;
+[[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords,
+    vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& center,
+    vector_fixed<double, 3> const& rotation, double size_a, double size_b, bool force_even,
+    dense1D<unsigned>& indices) noexcept;
+/// This one alone returns -5 for an `element_count` of 0.
+[[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords, unsigned start_node,
+    vector_fixed<double, 3> const& center, vector_fixed<double, 3> const& rotation, unsigned element_count,
+    dense1D<unsigned>& indices) noexcept;
+[[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords, unsigned start_node,
+    vector_fixed<double, 3> const& center, vector_fixed<double, 3> const& rotation, double size_a,
+    double size_b, bool force_even, dense1D<unsigned>& indices) noexcept;
+
+/// @}
 /// @name Remeshing
 /// @{
 
