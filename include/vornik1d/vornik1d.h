@@ -762,6 +762,38 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
     double min_size, unsigned min_elements, unsigned max_elements) noexcept;
 
 /// @}
+/// @name Parameters
+/// @{
+
+/// Sorts parameter values, and nodes along with them, in place: by parameter, and nodes of equal parameter by
+/// number. NaNs go last.
+///
+/// @return 0; -1: `params` and `indices` differ in size; -199: no storage. On a failure both are as they
+///         were.
+[[nodiscard]] VORNIK1D_API int sort(dense1D<double>& params, dense1D<unsigned>& indices) noexcept;
+
+/// Meshes a line that lives on the parameter axis: `mesh_line` in one dimension, along the sizes alone.
+///
+/// @param[in,out] params  the parameter value of each point; the new points are appended.
+/// @param[in,out] sizes   the target size of each point, in units of the parameter; those of the new points
+///                 are appended.
+/// @param indices     the chain, at least 2 entries of `params`; values may rise and fall along it.
+/// @param round_up    asks for elements that are not longer than their sizes.
+/// @param force_even, min_elements, max_elements  as in `mesh_line`; `round_up` may pass `max_elements` by
+///                 one.
+/// @param[out] new_indices  the points of the mesh are appended: the chain's first one, the new ones, its
+///                 last.
+/// @return 0;
+///         -2: fewer than 2 chain entries, or one that is no entry of `params`; tested last, `sizes` is
+///         shorter than `params`;
+///         -6: `min_elements` is 0 or above `max_elements`;
+///         -199: no storage, or more points than 32-bit numbers can name.
+/// On a failure all is as it was. A lack of storage for the new points alone leaves a single element.
+[[nodiscard]] VORNIK1D_API int subdivide(dense1D<double>& params, dense1D<double>& sizes,
+    dense1D<unsigned> const& indices, bool round_up, bool force_even, unsigned min_elements,
+    unsigned max_elements, dense1D<unsigned>& new_indices) noexcept;
+
+/// @}
 
 /// The library's version: "5.6.0.0".
 [[nodiscard]] VORNIK1D_API char const* version() noexcept;
