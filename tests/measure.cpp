@@ -129,3 +129,37 @@ TEST(parametric_curvatures, of_a_circle_and_of_odd_elements)
     EXPECT_EQ(vornik1d::parametric_curvatures(reals({0, 1, 5}), odd, tangents, result), -2);
     EXPECT_EQ(vornik1d::parametric_curvatures(params, dense2D<unsigned>(), tangents, result), 0);
 }
+
+TEST(normals, of_an_angle)
+{
+    // Elements of length 1 and 3 at a right angle; one of length 0; a node apart.
+    auto const coords = columns({{0, 0}, {1, 0}, {1, 3}, {1, 3}, {9, 9}});
+    auto const connect = columns<unsigned>({{0, 1, 77}, {1, 2, 77}, {2, 3, 77}});
+    double const h = std::sqrt(0.5);
+    struct
+    {
+        double exponent;
+        bool unit_length;
+        double x, y; // at the corner
+    } const rows[] = {{0, false, -0.5, 0.5}, {0, true, -h, h}, {1, false, -0.75, 0.25},
+        {-1, false, -0.25, 0.75}, {largest_double, true, -1, 0}, {infinity, false, -1, 0},
+        {not_a_number, false, -1, 0}, {-largest_double, false, 0, 1}, {-infinity, true, 0, 1}};
+    for (auto const& row : rows) {
+        dense2D<double> result;
+        ASSERT_EQ(vornik1d::normals(coords, connect, row.exponent, row.unit_length, result), 0);
+        EXPECT_EQ(values_of(result)[0], (std::vector<double>{0, 1}));
+        EXPECT_NEAR(result(0, 1), row.x, 1e-15) << row.exponent;
+        EXPECT_NEAR(result(1, 1), row.y, 1e-15) << row.exponent;
+        EXPECT_EQ(values_of(result.sub_matrix(0, 2, 2, 3)),
+            (std::vector<std::vector<double>>{{-1, 0}, {0, 0}, {0, 0}}));
+    }
+    dense2D<double> result = coords;
+    auto back = columns<unsigned>({{0, 1}, {2, 1}});
+    ASSERT_EQ(vornik1d::normals(columns({{0, 0}, {1, 0}, {2, 0}}), back, 0, true, result), 0);
+    EXPECT_EQ(result(1, 1), 0); // of opposite ones
+    back(1, 1) = 5;
+    EXPECT_EQ(vornik1d::normals(coords, back, 0, true, result), -2);
+    EXPECT_EQ(vornik1d::normals(columns({{0, 0, 0}}), back, 0, true, result), -1);
+    EXPECT_TRUE(result.empty());
+    EXPECT_EQ(vornik1d::normals(coords, dense2D<unsigned>(), 0, true, result), 0);
+}
