@@ -34,7 +34,7 @@ void draw_size_rings(map_frame const& map, size_field const& sizes)
 
 void run(options const& chosen)
 {
-    line_mesh coast = read_coast(chosen);
+    line_mesh coast = read_lines(chosen.input, chosen.position);
     set_sizes(coast, [&](point const& where) { return chosen.sizes.at(where); });
 
     print_heading();

@@ -64,7 +64,7 @@ std::vector<std::string> caption(current_field const& current)
 
 void run(options const& chosen)
 {
-    line_mesh const coast = read_coast(chosen);
+    line_mesh const coast = read_lines(chosen.input, chosen.position);
     line_mesh by_sizes = coast;
     line_mesh by_tensors = coast;
     set_sizes(by_sizes, [&](point const& where) { return chosen.current.size_across(where); });

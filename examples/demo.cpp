@@ -61,16 +61,20 @@ int run_demo(CLI::App& app, int argc, char** argv, std::function<void()> const& 
     return EXIT_SUCCESS;
 }
 
-line_mesh read_coast(demo_options const& chosen)
+void require_success(int status, std::string const& function)
 {
-    line_mesh coast = read_geojson(chosen.input);
-    point const harbour = {chosen.position[0], chosen.position[1]};
-    for (std::size_t j = 0; j < coast.coords.cols(); ++j) {
-        auto const [x, y] = project({coast.coords(0, j), coast.coords(1, j)}, harbour);
-        coast.coords(0, j) = x;
-        coast.coords(1, j) = y;
+    if (status != 0) throw std::runtime_error(function + " failed with status " + std::to_string(status));
+}
+
+line_mesh read_lines(std::filesystem::path const& input, std::array<double, 2> const& origin)
+{
+    line_mesh result = read_geojson(input);
+    for (std::size_t j = 0; j < result.coords.cols(); ++j) {
+        auto const [x, y] = project({result.coords(0, j), result.coords(1, j)}, {origin[0], origin[1]});
+        result.coords(0, j) = x;
+        result.coords(1, j) = y;
     }
-    return coast;
+    return result;
 }
 
 void set_sizes(line_mesh& coast, std::function<double(point const&)> const& size_at)
@@ -98,7 +102,7 @@ meshing mesh_lines(line_mesh const& coast, double tolerance)
         };
         int const status =
             chain.metrics.empty() ? mesh_by(chain.sizes, mesh.sizes) : mesh_by(chain.metrics, mesh.metrics);
-        if (status != 0) throw std::runtime_error("mesh_line failed with status " + std::to_string(status));
+        require_success(status, "mesh_line");
     }
     std::chrono::duration<double, std::milli> const elapsed = std::chrono::steady_clock::now() - start;
     result.milliseconds = elapsed.count();
@@ -120,5 +124,5 @@ panel present(std::string const& title, meshing const& shown, line_mesh const& c
         s.shortest, s.mean, s.longest, s.deviation);
     if (shown.milliseconds > 0.0) std::printf(" %7.2f", shown.milliseconds);
     std::puts("");
-    return {title, subtitle(s), shown.mesh, ink};
+    return {{title, subtitle(s), ink}, shown.mesh};
 }

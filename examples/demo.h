@@ -31,8 +31,11 @@ void add_options(CLI::App& app, demo_options& chosen, std::string const& picture
 /// Parses the arguments and runs the program. Returns what main is to return; errors are reported.
 int run_demo(CLI::App& app, int argc, char** argv, std::function<void()> const& run);
 
-/// Reads the coast into the plane, with the harbour at the origin. It has no targets yet.
-line_mesh read_coast(demo_options const& chosen);
+/// Throws if a function of the library has not returned 0.
+void require_success(int status, std::string const& function);
+
+/// Reads lines into the plane, with the origin at the given longitude and latitude. They have no targets yet.
+line_mesh read_lines(std::filesystem::path const& input, std::array<double, 2> const& origin);
 
 /// Sets the target size at each node of each line.
 void set_sizes(line_mesh& coast, std::function<double(point const&)> const& size_at);
@@ -55,3 +58,4 @@ panel present(std::string const& title, meshing const& shown, line_mesh const& c
 constexpr color black = {0.2, 0.2, 0.2};
 constexpr color vermilion = {0.84, 0.37, 0.0};
 constexpr color blue = {0.0, 0.45, 0.7};
+constexpr color green = {0.0, 0.5, 0.37};

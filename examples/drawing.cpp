@@ -1,9 +1,11 @@
 #include "drawing.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
 #include <exception>
+#include <limits>
 #include <numbers>
 #include <stdexcept>
 
@@ -51,6 +53,26 @@ void save_drawing(std::filesystem::path const& stem, double width, double height
     }
 }
 
+rectangle bounds(line_mesh const& mesh)
+{
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    point low = {infinity, infinity};
+    point high = {-infinity, -infinity};
+    for (line const& chain : mesh.lines) {
+        for (unsigned const node : chain.nodes) {
+            auto const [x, y] = mesh.node(node);
+            low = {std::min(low.x, x), std::min(low.y, y)};
+            high = {std::max(high.x, x), std::max(high.y, y)};
+        }
+    }
+    return {low, high.x - low.x, high.y - low.y};
+}
+
+rectangle widened(rectangle const& area, double by)
+{
+    return {{area.corner.x - by, area.corner.y - by}, area.width + 2.0 * by, area.height + 2.0 * by};
+}
+
 std::string brief(double number)
 {
     std::array<char, 32> text;
@@ -70,7 +92,8 @@ void draw_text(
 }
 
 map_frame::map_frame(canvas const& page, rectangle const& frame, rectangle const& region, color const& ground)
-    : page_(page), frame_(frame), region_(region), ground_(ground), points_per_km_(frame.width / region.width)
+    : page_(page), frame_(frame), region_(region), ground_(ground),
+      points_per_unit_(frame.width / region.width)
 {
     page_->save();
     page_->rectangle(frame_.corner.x, frame_.corner.y, frame_.width, frame_.height);
@@ -95,6 +118,13 @@ void map_frame::lines(line_mesh const& mesh, color const& ink, double pen_width)
     stroke(ink, pen_width);
 }
 
+void map_frame::clear(line_mesh const& mesh, double pen_width) const
+{
+    page_->set_line_cap(Cairo::Context::LineCap::BUTT);
+    lines(mesh, ground_, pen_width);
+    page_->set_line_cap(Cairo::Context::LineCap::ROUND);
+}
+
 void map_frame::nodes(line_mesh const& mesh, color const& ink, double diameter) const
 {
     for (line const& chain : mesh.lines) {
@@ -115,7 +145,7 @@ void map_frame::circle(point const& centre, double radius, color const& ink, dou
 {
     auto const [x, y] = to_page(centre);
     page_->begin_new_sub_path();
-    page_->arc(x, y, radius * points_per_km_, 0.0, 2.0 * std::numbers::pi);
+    page_->arc(x, y, radius * points_per_unit_, 0.0, 2.0 * std::numbers::pi);
     stroke(ink, pen_width);
 }
 
@@ -129,7 +159,7 @@ void map_frame::unit_ball(point const& centre, tensor const& metric, color const
     auto const [x, y] = to_page(centre);
     page_->save();
     page_->translate(x, y);
-    page_->scale(points_per_km_, -points_per_km_);
+    page_->scale(points_per_unit_, -points_per_unit_);
     page_->transform({1.0 / u00, 0.0, -u01 / (u00 * u11), 1.0 / u11, 0.0, 0.0});
     page_->begin_new_sub_path();
     page_->arc(0.0, 0.0, 1.0, 0.0, 2.0 * std::numbers::pi);
@@ -140,7 +170,7 @@ void map_frame::unit_ball(point const& centre, tensor const& metric, color const
 void map_frame::box(rectangle const& area, color const& ink, double pen_width) const
 {
     auto const [left, top] = to_page({area.corner.x, area.corner.y + area.height});
-    page_->rectangle(left, top, area.width * points_per_km_, area.height * points_per_km_);
+    page_->rectangle(left, top, area.width * points_per_unit_, area.height * points_per_unit_);
     stroke(ink, pen_width);
 }
 
@@ -159,20 +189,20 @@ void map_frame::label(point const& where, std::string const& text, color const& 
     draw_text(page_, start, text, label_size, ink);
 }
 
-void map_frame::scale_bar(double length, color const& ink) const
+void map_frame::scale_bar(double length, std::string const& text, color const& ink) const
 {
     constexpr double tick = 4.0; // points
-    double const km_per_point = 1.0 / points_per_km_;
-    point const start = {region_.corner.x + 10.0 * km_per_point, region_.corner.y + 10.0 * km_per_point};
+    double const unit_per_point = 1.0 / points_per_unit_;
+    point const start = {region_.corner.x + 10.0 * unit_per_point, region_.corner.y + 10.0 * unit_per_point};
     auto const [left, bottom] = to_page(start);
-    double const right = left + length * points_per_km_;
+    double const right = left + length * points_per_unit_;
 
     page_->move_to(left, bottom - tick);
     page_->line_to(left, bottom);
     page_->line_to(right, bottom);
     page_->line_to(right, bottom - tick);
     stroke(ink, 1.2);
-    label({start.x + 0.5 * length, start.y + label_size * km_per_point}, in_km(length), ink);
+    label({start.x + 0.5 * length, start.y + label_size * unit_per_point}, text, ink);
 }
 
 bool map_frame::shows(point const& where) const
@@ -184,8 +214,8 @@ bool map_frame::shows(point const& where) const
 
 point map_frame::to_page(point const& where) const
 {
-    return {frame_.corner.x + (where.x - region_.corner.x) * points_per_km_,
-        frame_.corner.y + frame_.height - (where.y - region_.corner.y) * points_per_km_};
+    return {frame_.corner.x + (where.x - region_.corner.x) * points_per_unit_,
+        frame_.corner.y + frame_.height - (where.y - region_.corner.y) * points_per_unit_};
 }
 
 // A stroke of length 0 with round ends is a dot, and takes far less of an SVG file than a circle.

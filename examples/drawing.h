@@ -21,6 +21,7 @@ constexpr color grey = {0.4, 0.4, 0.4};
 constexpr color medium_grey = {0.58, 0.58, 0.58};
 constexpr color light_grey = {0.74, 0.74, 0.74};
 constexpr color pale_blue = {0.72, 0.84, 0.94};
+constexpr color map_ground = {0.94, 0.96, 0.98};
 
 /// The corner is the one with the least coordinates.
 struct rectangle
@@ -29,6 +30,10 @@ struct rectangle
     double width = 0.0;
     double height = 0.0;
 };
+
+/// The smallest rectangle that holds a mesh, and one that is wider on every side.
+rectangle bounds(line_mesh const& mesh);
+rectangle widened(rectangle const& area, double by);
 
 /// Runs a drawing, of the given size in points, on STEM.svg and on STEM.png, which has two pixels per point.
 /// Throws if they cannot be written.
@@ -45,8 +50,9 @@ enum class font { normal, bold };
 void draw_text(canvas const& page, point const& where, std::string const& text, double size, color const& ink,
     font face = font::normal);
 
-/// A map in a frame of the page. Positions are in kilometres, y to the north; widths of pens and dots are in
-/// points. Nothing is drawn outside the frame while the map lives.
+/// A map in a frame of the page. Positions are in length units of the model, y upwards; of those with a third
+/// coordinate the plan is shown. Widths of pens and dots are in points. Nothing is drawn outside the frame
+/// while the map lives.
 class map_frame
 {
 public:
@@ -57,6 +63,8 @@ public:
     ~map_frame();
 
     void lines(line_mesh const& mesh, color const& ink, double pen_width) const;
+    /// Clears the ground along the lines, up to their ends.
+    void clear(line_mesh const& mesh, double pen_width) const;
     void nodes(line_mesh const& mesh, color const& ink, double diameter) const;
     void dot(point const& where, color const& ink, double diameter) const;
     void circle(point const& centre, double radius, color const& ink, double pen_width) const;
@@ -66,7 +74,7 @@ public:
 
     /// Text with its middle at `where`.
     void label(point const& where, std::string const& text, color const& ink) const;
-    void scale_bar(double length, color const& ink) const;
+    void scale_bar(double length, std::string const& text, color const& ink) const;
 
 private:
     bool shows(point const& where) const;
@@ -78,5 +86,5 @@ private:
     rectangle frame_;
     rectangle region_;
     color ground_;
-    double points_per_km_;
+    double points_per_unit_;
 };

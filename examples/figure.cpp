@@ -1,15 +1,12 @@
 #include "figure.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 #include <string>
 
 namespace {
 
 constexpr color black = {0.1, 0.1, 0.1};
 constexpr color white = {1.0, 1.0, 1.0};
-constexpr color sea = {0.94, 0.96, 0.98};
 
 // The page in points.
 constexpr double page_width = 1000.0;
@@ -18,26 +15,6 @@ constexpr double gap = 14.0;
 constexpr double heading_height = 44.0;
 constexpr double caption_height = 24.0;
 constexpr double line_height = 17.0;
-
-rectangle bounds(line_mesh const& mesh)
-{
-    constexpr double infinity = std::numeric_limits<double>::infinity();
-    point low = {infinity, infinity};
-    point high = {-infinity, -infinity};
-    for (line const& chain : mesh.lines) {
-        for (unsigned const node : chain.nodes) {
-            auto const [x, y] = mesh.node(node);
-            low = {std::min(low.x, x), std::min(low.y, y)};
-            high = {std::max(high.x, x), std::max(high.y, y)};
-        }
-    }
-    return {low, high.x - low.x, high.y - low.y};
-}
-
-rectangle widened(rectangle const& area, double by)
-{
-    return {{area.corner.x - by, area.corner.y - by}, area.width + 2.0 * by, area.height + 2.0 * by};
-}
 
 /// The unit balls of some of the mesh's targets, which tell how long elements should be: from the middle to
 /// the rim. Their middles are `clearance` apart, in the targets of both; like balls do not touch from 2 on.
@@ -65,7 +42,7 @@ void draw_targets(map_frame const& map, line_mesh const& mesh, double clearance)
 void draw_overview(canvas const& page, rectangle const& frame, rectangle const& region, scene const& view,
     panel const& content)
 {
-    map_frame const map(page, frame, region, sea);
+    map_frame const map(page, frame, region, map_ground);
     view.backdrop(map);
     if (content.with_targets) draw_targets(map, content.mesh, 4.0);
     map.lines(view.coast, light_grey, 1.6);
@@ -73,12 +50,12 @@ void draw_overview(canvas const& page, rectangle const& frame, rectangle const& 
     map.nodes(content.mesh, content.ink, 2.0);
     map.dot({}, black, 5.0);
     map.box(view.detail, black, 1.2);
-    map.scale_bar(50.0, black);
+    map.scale_bar(50.0, in_km(50.0), black);
 }
 
 void draw_detail(canvas const& page, rectangle const& frame, scene const& view, panel const& content)
 {
-    map_frame const map(page, frame, view.detail, sea);
+    map_frame const map(page, frame, view.detail, map_ground);
     view.backdrop(map);
     if (content.with_targets) draw_targets(map, content.mesh, 2.4);
     map.lines(view.coast, light_grey, 3.0);
@@ -87,37 +64,54 @@ void draw_detail(canvas const& page, rectangle const& frame, scene const& view, 
     map.dot({}, black, 7.0);
     map.label({0.06 * view.detail.width, -0.045 * view.detail.width}, view.harbour, black);
     map.box(view.detail, black, 2.4);
-    map.scale_bar(10.0, black);
+    map.scale_bar(10.0, in_km(10.0), black);
 }
 
 } // namespace
 
-void save_figure(std::filesystem::path const& stem, scene const& view, std::vector<panel> const& panels)
+void save_columns(std::filesystem::path const& stem, std::vector<heading> const& headings,
+    std::vector<double> const& row_shapes, std::vector<std::string> const& caption,
+    map_drawing const& draw_map)
 {
-    rectangle const region = widened(bounds(view.coast), 6.0);
-    auto const count = static_cast<double>(panels.size());
-    double const width = (page_width - 2.0 * margin - (count - 1.0) * gap) / count;
-    double const overview_top = margin + heading_height;
-    double const overview_height = width * region.height / region.width;
-    double const detail_top = overview_top + overview_height + gap;
-    double const detail_height = width * view.detail.height / view.detail.width;
-    double const caption_top = detail_top + detail_height;
-    auto const caption_lines = static_cast<double>(view.caption.size());
-    double const page_height = caption_top + caption_height + (caption_lines - 1.0) * line_height + margin;
+    auto const columns = static_cast<double>(headings.size());
+    double const width = (page_width - 2.0 * margin - (columns - 1.0) * gap) / columns;
+    std::vector<double> row_tops;
+    double bottom = margin + heading_height - gap;
+    for (double const shape : row_shapes) {
+        row_tops.push_back(bottom + gap);
+        bottom = row_tops.back() + width * shape;
+    }
+    auto const caption_lines = static_cast<double>(caption.size());
+    double const page_height = bottom + caption_height + (caption_lines - 1.0) * line_height + margin;
 
     save_drawing(stem, page_width, page_height, white, [&](canvas const& page) {
         double left = margin;
-        for (panel const& content : panels) {
-            draw_text(page, {left, margin + 16.0}, content.title, 16.0, content.ink, font::bold);
-            draw_text(page, {left, margin + 34.0}, content.subtitle, 12.0, grey);
-            draw_overview(page, {{left, overview_top}, width, overview_height}, region, view, content);
-            draw_detail(page, {{left, detail_top}, width, detail_height}, view, content);
+        for (std::size_t column = 0; column < headings.size(); ++column) {
+            auto const& [title, subtitle, ink] = headings[column];
+            draw_text(page, {left, margin + 16.0}, title, 16.0, ink, font::bold);
+            draw_text(page, {left, margin + 34.0}, subtitle, 12.0, grey);
+            for (std::size_t row = 0; row < row_shapes.size(); ++row)
+                draw_map(page, {{left, row_tops[row]}, width, width * row_shapes[row]}, column, row);
             left += width + gap;
         }
-        double baseline = caption_top + caption_height;
-        for (std::string const& text : view.caption) {
+        double baseline = bottom + caption_height;
+        for (std::string const& text : caption) {
             draw_text(page, {margin, baseline}, text, 12.0, grey);
             baseline += line_height;
         }
     });
+}
+
+void save_figure(std::filesystem::path const& stem, scene const& view, std::vector<panel> const& panels)
+{
+    rectangle const region = widened(bounds(view.coast), 6.0);
+    double const overview_shape = region.height / region.width;
+    double const detail_shape = view.detail.height / view.detail.width;
+    save_columns(stem, {panels.begin(), panels.end()}, {overview_shape, detail_shape}, view.caption,
+        [&](canvas const& page, rectangle const& frame, std::size_t column, std::size_t row) {
+            if (row == 0)
+                draw_overview(page, frame, region, view, panels[column]);
+            else
+                draw_detail(page, frame, view, panels[column]);
+        });
 }

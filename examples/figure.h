@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -8,8 +9,24 @@
 #include "drawing.h"
 #include "line_mesh.h"
 
+struct heading
+{
+    std::string title;
+    std::string subtitle;
+    color ink;
+};
+
+/// Draws a map in a frame of the page, in a column and a row of the figure.
+using map_drawing = std::function<void(canvas const&, rectangle const&, std::size_t, std::size_t)>;
+
+/// Draws columns of maps side by side, each under its heading, on STEM.svg and STEM.png. Each row has a shape:
+/// the height of its maps over their width. The caption stands below, line by line.
+void save_columns(std::filesystem::path const& stem, std::vector<heading> const& headings,
+    std::vector<double> const& row_shapes, std::vector<std::string> const& caption,
+    map_drawing const& draw_map);
+
 /// What every map of the figure shows: the coast as it was read, what is to be seen behind it, the harbour,
-/// and the part to enlarge. The caption stands below, line by line.
+/// the part to enlarge, and the caption.
 struct scene
 {
     line_mesh coast;
@@ -19,12 +36,9 @@ struct scene
     std::vector<std::string> caption;
 };
 
-struct panel
+struct panel : heading
 {
-    std::string title;
-    std::string subtitle;
     line_mesh mesh;
-    color ink;
     bool with_targets = false;
 };
 

@@ -8,6 +8,7 @@
 #include <new>
 #include <numbers>
 #include <stdexcept>
+#include <string>
 
 #include <nlohmann/json.hpp>
 
@@ -28,7 +29,12 @@ line_mesh to_line_mesh(nlohmann::json const& collection)
         auto const first = static_cast<unsigned>(nodes.size());
         nodes.insert(nodes.end(), positions.begin(), positions.end() - (closed ? 1 : 0));
 
-        auto& chain = result.lines.emplace_back().nodes;
+        auto& added = result.lines.emplace_back();
+        auto const properties = feature.find("properties");
+        if (properties != feature.end() && properties->is_object())
+            added.between = properties->value("between", std::vector<std::string>());
+
+        auto& chain = added.nodes;
         if (!chain.reserve(positions.size())) throw std::bad_alloc();
         for (unsigned node = first; node < nodes.size(); ++node) chain.push_back(node);
         if (closed) chain.push_back(first);

@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <string>
 #include <vector>
 
 #include <vornik1d/vornik1d.h>
@@ -33,6 +34,8 @@ struct line
     trelk::dense1D<unsigned> nodes;
     trelk::dense1D<double> sizes;
     trelk::dense2D<double> metrics;
+    /// What lies on either side of the line, where its file says so.
+    std::vector<std::string> between = {};
 
     /// Whether the line ends with the node it starts with.
     bool closed() const { return nodes[0] == nodes[nodes.size() - 1]; }

@@ -15,29 +15,35 @@ double metric_length(double l0, double l1)
     return l0 * (std::log1p(growth) / growth);
 }
 
-double distance_to_element(point const& p, point const& a, point const& b)
+} // namespace
+
+double distance_to_segment(double const* p, double const* a, double const* b, std::size_t rows)
 {
-    double const ux = b.x - a.x;
-    double const uy = b.y - a.y;
-    double const squared_length = ux * ux + uy * uy;
-    if (squared_length == 0.0) return distance(p, a);
-    double const t = ((p.x - a.x) * ux + (p.y - a.y) * uy) / squared_length;
-    if (t <= 0.0) return distance(p, a);
-    if (t >= 1.0) return distance(p, b);
-    return distance(p, {a.x + t * ux, a.y + t * uy});
+    double squared_length = 0.0;
+    double along = 0.0;
+    for (std::size_t d = 0; d < rows; ++d) {
+        squared_length += (b[d] - a[d]) * (b[d] - a[d]);
+        along += (p[d] - a[d]) * (b[d] - a[d]);
+    }
+    double const t = squared_length > 0.0 ? std::clamp(along / squared_length, 0.0, 1.0) : 0.0;
+    double squared_distance = 0.0;
+    for (std::size_t d = 0; d < rows; ++d) {
+        double const difference = p[d] - (a[d] + t * (b[d] - a[d]));
+        squared_distance += difference * difference;
+    }
+    return std::sqrt(squared_distance);
 }
 
-double distance_to_line(point const& p, line const& chain, line_mesh const& mesh)
+double distance_to_line(double const* p, line const& chain, line_mesh const& mesh)
 {
+    auto const& coords = mesh.coords;
     double nearest = std::numeric_limits<double>::infinity();
     for (std::size_t i = 1; i < chain.nodes.size(); ++i) {
-        nearest = std::min(
-            nearest, distance_to_element(p, mesh.node(chain.nodes[i - 1]), mesh.node(chain.nodes[i])));
+        nearest = std::min(nearest, distance_to_segment(p, coords.col(chain.nodes[i - 1]),
+                                        coords.col(chain.nodes[i]), coords.rows()));
     }
     return nearest;
 }
-
-} // namespace
 
 summary summarize(line_mesh const& mesh, line_mesh const& original)
 {
@@ -60,7 +66,8 @@ summary summarize(line_mesh const& mesh, line_mesh const& original)
             total += length;
         }
         for (unsigned const node : original.lines[l].nodes)
-            result.deviation = std::max(result.deviation, distance_to_line(original.node(node), chain, mesh));
+            result.deviation =
+                std::max(result.deviation, distance_to_line(original.coords.col(node), chain, mesh));
     }
     result.lines = mesh.lines.size();
     result.mean = total / static_cast<double>(result.elements);

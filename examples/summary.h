@@ -18,4 +18,10 @@ struct summary
     double deviation = 0.0;
 };
 
+/// The distance of a position from the segment from a to b, all of as many coordinates as there are rows.
+double distance_to_segment(double const* p, double const* a, double const* b, std::size_t rows);
+
+/// The distance of a position, which has as many coordinates as the mesh, from a line of the mesh.
+double distance_to_line(double const* p, line const& chain, line_mesh const& mesh);
+
 summary summarize(line_mesh const& mesh, line_mesh const& original);
