@@ -40,7 +40,7 @@ struct network
         }
         for (unsigned i = 0; i < side * side; ++i) {
             if (i % side + 1 < side) add_street(i, i + 1);
-            if (i == 0) add_street(side, 0); // else two would begin at a node that is no end of a line
+            if (i == 0) add_street(side, 0); // else two would begin at node 0, which is then no break node
             if (i > 0 && i / side + 1 < side) add_street(i, i + side);
         }
     }

@@ -38,7 +38,7 @@ TEST(hbuckets_set, holds_what_an_unordered_set_holds)
                 ASSERT_EQ(set.insert_range(few, few + 4), expected.size() - before);
             } else {
                 expected.insert(few[0]);
-                ASSERT_TRUE(set.insert(few[0]));
+                set.insert(few[0]);
             }
             ASSERT_EQ(set.keys(), expected.size());
             ASSERT_LE(set.keys(), 2 * set.buckets());
@@ -59,9 +59,9 @@ TEST(hbuckets_set, grows_by_the_table)
     ASSERT_TRUE(set.init(0, 5, 1.0));
     EXPECT_EQ(set.buckets(), 23U);
     EXPECT_EQ(set.used(), 23U);
-    for (unsigned k = 0; k < 46; ++k) ASSERT_TRUE(set.insert(23 * k)); // all in one bucket
+    for (unsigned k = 0; k < 46; ++k) set.insert(23 * k); // all in one bucket
     EXPECT_EQ(set.used(), 23U + 45);
-    ASSERT_TRUE(set.insert(0)); // the 47th, though it is there
+    set.insert(0); // the 47th, though it is there
     EXPECT_EQ(set.buckets(), 97U);
     EXPECT_EQ(set.keys(), 46U);
     EXPECT_EQ(set.used(), 97U); // 23 and 97 have no common factor: no two keys share a bucket
@@ -382,4 +382,25 @@ TEST(remesh_lines, takes_a_failed_mesh_back)
     EXPECT_EQ(values_of(by_spline.coords), values_of(r.coords));
     EXPECT_NE(values_of(held.coords), values_of(r.coords));
     EXPECT_EQ(values_of(held.connect), values_of(r.connect)); // numbered in the same way
+}
+
+TEST(remesh_lines, hands_chains_with_their_guides_to_the_spline)
+{
+    for (bool const is_closed : {false, true}) {
+        meshing spline = spline_of(arc(11, 2 * std::numbers::pi * 11 / 12), 0.1, is_closed);
+        spline.deviation_tolerance = -0.001, spline.min_size = 0.15;
+        spline.default_size = 0.4, spline.max_gradation = 0.5, spline.max_elements = 25;
+        remeshing r;
+        ASSERT_TRUE(r.coords.copy(spline.coords));
+        ASSERT_EQ(vornik1d::indices_to_connectE2(
+                      spline.indices.sub_vector(1, spline.indices.size() - 2), r.connect),
+            0);
+        for (std::size_t k = 0; k < spline.sizes.size(); ++k)
+            spline.sizes[k] = 0.1 + 0.02 * (spline.indices[k] % 3);
+        for (unsigned node = 0; node < 12; ++node) r.sizes.push_back(0.1 + 0.02 * (node % 3));
+        r.deviation_tolerance = -0.001, r.min_size = 0.15;
+        r.default_size = 0.4, r.max_gradation = 0.5, r.max_elements = 25;
+        ASSERT_EQ(spline.run() + r.run(), 0);
+        EXPECT_EQ(values_of(r.coords), values_of(spline.coords));
+    }
 }

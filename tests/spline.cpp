@@ -66,9 +66,10 @@ static void compare_with_differences()
             double const expected = norm(cross(first, second)) / std::pow(speed, 3);
             EXPECT_NEAR(curvature(t), expected, 1e-4 * (1 + expected)) << trial << ' ' << t;
         }
-        double length = 0;
-        for (int i = 0; i < 2000; ++i) length += norm(at((i + 1) / 2000.0) - at(i / 2000.0));
-        EXPECT_NEAR(span_arc_length(span) / length, 1, 0.07) << trial; // four points on any shape
+        double const(&gauss)[3][2] = {{0.5 - std::sqrt(0.15), 5}, {0.5, 8}, {0.5 + std::sqrt(0.15), 5}};
+        double mean = 0;
+        for (auto const& [t, weight] : gauss) mean += weight * curvature(t) / 18;
+        EXPECT_NEAR(span_mean_curvature(span), mean, 1e-9 * mean) << trial;
     }
 }
 
@@ -328,15 +329,6 @@ TEST(mesh_spline, an_airfoil_by_curvature_and_gradation)
         double const worst = *std::max_element(nearest.begin(), nearest.end());
         EXPECT_LT(worst, 1.2 * tolerance); // a tenth for the samples, a tenth for means of the curvature
         EXPECT_GT(worst, 0.9 * tolerance);
-
-        // Mirrored, it has the mirrored mesh.
-        meshing mirrored = m;
-        mirrored.coords = airfoil(120);
-        for (std::size_t j = 0; j < mirrored.coords.cols(); ++j) mirrored.coords(1, j) *= -1;
-        mirrored.out_indices = nodes({77});
-        ASSERT_EQ(mirrored.run(), 0);
-        ASSERT_EQ(mirrored.mesh(), mesh);
-        for (unsigned const node : mesh) EXPECT_EQ(mirrored.coords(1, node), -m.coords(1, node));
     }
 }
 
@@ -405,7 +397,7 @@ TEST(mesh_spline, regimes_of_default_size)
     EXPECT_EQ(greatest(sizes(0, 0.1, 0)), 0.25);
     EXPECT_NEAR(greatest(sizes(0.5, 0.1, 0)), 0.3, 0.02); // half a length of 1 at 0.1 from each node
     EXPECT_GT(greatest(sizes(0.5, largest_double, 0)), 0.4);
-    EXPECT_EQ(sizes(0.1, 1, 0).front(), 0.25 - 0.0); // a node keeps its size, samples beside it have less
+    EXPECT_EQ(sizes(0.1, 1, 0).front(), 0.25); // a node keeps its size, samples beside it have less
 }
 
 TEST(mesh_spline, degenerate_lines_end_well)
@@ -427,7 +419,8 @@ TEST(mesh_spline, degenerate_lines_end_well)
     };
     for (auto const& points : lines)
         for (bool const is_closed : {false, true})
-            for (double const tolerance : {0.0, 0.01, -0.01, 1e-300, -1e-300, largest_double, infinity})
+            for (double const tolerance :
+                {0.0, 0.01, -0.01, 1e-300, -1e-300, -largest_double, not_a_number, infinity})
                 for (double const min_size : {0.0, 0.01, infinity})
                     for (bool const by_tensors : {false, true}) {
                         meshing m = spline_of(columns(points), 0.1, is_closed);

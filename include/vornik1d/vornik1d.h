@@ -215,9 +215,10 @@ constexpr int no_storage = -199;
 /// The spline is a chain of cubics, one span from each node to the next, each built from its two nodes and
 /// one guide node on either side; no system of equations is solved. The tangent at a node has the direction
 /// of q u + p v, where u and v are the unit vectors along the chords before and behind it, p and q the
-/// lengths of these, so that the spline turns without a corner. A span has no tangent at an end that is its
-/// own guide node, by number and not by place, nor where the tangent would point against the chord; it is
-/// quadratic then, or straight without both.
+/// lengths of these, so that the spline turns without a corner. Beside a chord at most a hundredth as long as
+/// its own, of length l, a span takes the direction of l u + v instead: that depends on units, and there may
+/// be a corner. A span has no tangent at an end that is its own guide node, by number and not by place, nor
+/// where the tangent would point against the chord; it is quadratic then, or straight without both.
 ///
 /// @param coords  2 or 3 rows, as many as `point` has: node positions.
 /// @param i0, i3  the guide nodes before and behind the span; i0 = i1 and i3 = i2 declare a free end.
@@ -263,22 +264,24 @@ constexpr int no_storage = -199;
 /// @param force_even, min_elements, max_elements  as in `mesh_line`.
 /// @param deviation_tolerance  see above.
 /// @param min_size  floor of the bound by curvature, at least 0; sizes below it are not raised. Half of it is
-///                 also the least distance of samples, so it is what keeps their number, which has no other
-///                 limit, and that of the elements within reason where the curve has a kink or the tolerance
-///                 is tiny: samples along a span take its length over sqrt(0.8 * tolerance / c), or over half
-///                 of `min_size` if that is more. Curvature has no bound where nodes are at one place or
-///                 turn back on themselves; without `min_size` such a curve can get `max_elements` elements.
+///                 also the least step of samples, but for one between any two nodes; so it is what keeps
+///                 their number, which has no other limit, and that of the elements within reason where the
+///                 curve has a kink or the tolerance is tiny. Samples along a span take its length over the
+///                 step, which at curvature c is near sqrt(0.8 * tolerance / c), or sqrt(0.8 * -tolerance) /
+///                 c for a negative one. Curvature has no bound where nodes are at one place or turn back on
+///                 themselves; without `min_size` such a curve can get `max_elements` elements.
 /// @param default_size  if this and `max_gradation` are positive: the size everywhere but at the curve nodes,
 ///                 before bounds. Otherwise sizes run linearly from node to node.
 /// @param max_gradation  if positive and below the largest double: sizes grow along the curve by no more than
-///                 this per length.
+///                 this per length; not across the joint of a closed one.
 /// @param[out] out_indices  the mesh's nodes in the order of travel are appended.
 /// @param[out] out_params   the parameter of each mesh node is appended: from 0 to 1, near the normalised
 ///                 chord length along the chain.
 /// @param[out] out_sizes    the target size at each mesh node is appended, after bounds.
-/// @param[out] deviation    the largest distance of a sample from the chord of its span, which tells how far
-///                 the spline strays from the polyline through its nodes, not how far the mesh does; 0 on a
-///                 failure. An entry of `coords` or of an output, which may grow, is not set to it.
+/// @param[out] deviation    the largest distance of a sample from the line through the ends of its span,
+///                 which tells how far the spline strays from the polyline through its nodes, not how far the
+///                 mesh does; 0 on a failure. If it is an entry of `coords` or of an output, which may move,
+///                 it stays 0.
 /// @return 0;
 ///         -1: `coords` has neither 2 nor 3 rows; also, tested last, chain nodes whose positions are not
 ///         finite, or so far apart that the curve's length is not;
@@ -286,7 +289,7 @@ constexpr int no_storage = -199;
 ///         -3: `sizes` has fewer values than the chain, or one that is not positive and finite;
 ///         -5: `min_elements` is 0 or above `max_elements`;
 ///         -8: `min_size` is negative or NaN;
-///         -199: no storage, more samples or nodes than 32-bit numbers can name.
+///         -199: no storage, or more samples or nodes than 32-bit numbers can name.
 /// On a failure all arguments but `deviation` are as they were. A lack of storage within the placement of
 /// nodes is not reported: the mesh is a single element then.
 ///
@@ -489,7 +492,7 @@ constexpr int no_storage = -199;
 /// @param connect   an element per column, its end nodes in rows 0 and 1.
 /// @param tangents  2 or 3 rows, a column per node: the derivative of the curve by the parameter.
 /// @param[out] result  is replaced: a value per node, in 1/length, 0 for nodes without elements; empty on a
-///                  failure, but N zeros if only storage for weights is missing.
+///                  failure, but a zero per node if only storage for weights is missing.
 /// @return 0, also for an empty `connect`, whatever the rest is;
 ///         -2: `connect` has 1 row, or an end node for which `params` has no value;
 ///         -3: `tangents` has neither 2 nor 3 rows, or not a column per value of `params`;
@@ -694,7 +697,9 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 /// where elements of opposed directions meet head to head, where colours change, at the ends of hard edges
 /// and at hard nodes. The ends of a chain keep their numbers and places, so that what was joined stays
 /// joined; each chain is meshed anew between them. A closed loop without break nodes begins and ends at the
-/// first node of its lowest element, which stays too.
+/// first node of its lowest element, which stays too. Where two elements begin at one node the line is cut
+/// too, though that is no break node; a run that begins there is taken up from its lowest element, so it may
+/// be cut once more, depending on the order of columns. `mesh_reorient` gives lines one direction.
 ///
 /// A chain is meshed by `mesh_spline` or by `mesh_line`, as `deviation_tolerance` says:
 ///
@@ -716,7 +721,8 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 /// @param sizes    target sizes by node number; may be short or empty. Entries that are not positive do not
 ///                 count.
 /// @param[in,out] colors  a colour per element; may be short or empty, and 4294967295 stands for none. It is
-///                 replaced: each chain has the first colour along it, or a new one above all others.
+///                 replaced: each chain has the first colour along it, or a new one above all others, as far
+///                 as there are any below 4294967295.
 /// @param[in,out] hard_nodes  nodes to cut at; those that are above all nodes of `connect` are ignored. It is
 ///                 replaced by all break nodes, ascending.
 /// @param hard_edges  elements, by their columns, that pass into the new mesh as they are.
@@ -725,8 +731,8 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 ///                 more than a right angle always is one, and from 90 degrees on the angle acts as its
 ///                 supplement.
 /// @param deviation_tolerance  see above.
-/// @param max_gradation  growth of size per length on splines, at least 0, which sets no limit; see
-///                 `mesh_spline`, which takes `default_size` for its own then.
+/// @param max_gradation  growth of size per length on splines, at least 0; 0 sets no limit. Where it is
+///                 positive, `default_size` has on splines the part that it has in `mesh_spline`.
 /// @param min_size  segments not longer than this make no corners; a floor to the bound of sizes by curvature
 ///                 and by the lengths of chains. At least 0.
 /// @param min_elements, max_elements  limits for each chain, as in `mesh_line`.
@@ -738,25 +744,28 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 ///         -9, -11, -12: `max_angle`, `max_gradation`, `min_size` is negative or NaN;
 ///         -13: `min_elements` is above `max_elements`;
 ///         -199: no storage;
-///         any other: that of the mesher that failed on a chain, so -5 for a `min_elements` of 0, and -3 for
-///         a size of 0 at one of its nodes.
+///         or that of the mesher that failed on a chain, which may be one of these: -1 or -2 for positions
+///         that are not finite, -3 for a size that is 0 or not finite at one of its nodes (also at the ends
+///         of a chain of length 0 without `min_size`), -5 for a `min_elements` of 0.
 /// On a failure all arguments are as they were.
 ///
-/// Cost: linear in elements and node numbers, plus that of the meshers. Memory is linear in old plus new
-/// mesh.
+/// Cost: linear in elements and node numbers, plus that of the meshers. Memory is linear in old plus new mesh
+/// and the samples of the longest spline, also of one that is dropped; `min_size` bounds these, see
+/// `mesh_spline`.
 [[nodiscard]] VORNIK1D_API int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
     double default_size, dense1D<double> const& sizes, dense1D<unsigned>& colors,
     dense1D<unsigned>& hard_nodes, dense1D<unsigned> const& hard_edges, bool force_even, double max_angle,
     double deviation_tolerance, double max_gradation, double min_size, unsigned min_elements,
     unsigned max_elements) noexcept;
 
-/// The same without sizes, hard nodes and hard edges. Every status below -4 is greater by 3, -199 too.
+/// The same without sizes, hard nodes and hard edges. Every status below -4 is greater by 3: -196 is a lack
+/// of storage, -2 may also be a `min_elements` of 0.
 [[nodiscard]] VORNIK1D_API int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
     double default_size, dense1D<unsigned>& colors, bool force_even, double max_angle,
     double deviation_tolerance, double max_gradation, double min_size, unsigned min_elements,
     unsigned max_elements) noexcept;
 
-/// The same without colours too. Every status below -7 is greater by 4, -199 too.
+/// The same without colours too. Every status below -7 is greater by 4: -195 is a lack of storage.
 [[nodiscard]] VORNIK1D_API int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
     double default_size, bool force_even, double max_angle, double deviation_tolerance, double max_gradation,
     double min_size, unsigned min_elements, unsigned max_elements) noexcept;

@@ -1,7 +1,5 @@
 #include <vornik1d/vornik1d.h>
 
-#include <algorithm>
-
 #include <vornik/toolkit.h>
 
 #include "arrays/append.h"
@@ -22,7 +20,7 @@ int add_interior_nodes(dense2D<double>& coords, dense2D<unsigned> const& connect
     if (!vornik::check_IDs(connect_in, vornik::element_type::edge, base)) return bad_argument(2);
 
     std::size_t const nodes = base + elements * extra_nodes;
-    bool const have_numbers = // the sum does not overflow if the first two have
+    bool const have_numbers = // the sum cannot wrap where the first two hold
         can_be_numbered(elements) && can_be_numbered(base) && can_be_numbered(nodes);
     dense2D<unsigned> result;
     if (!have_numbers || !result.resize(std::size_t{extra_nodes} + 2, elements) ||

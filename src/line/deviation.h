@@ -17,7 +17,7 @@ namespace trelk::vornik1d {
 
 struct deviation_scan
 {
-    double largest = 0;
+    double worst = 0;
     double mean = 0;
 
     /// The tolerance and one rounding unit at the size of the coordinates.
@@ -67,7 +67,7 @@ deviation_scan scan_deviation(dense2D<double> const& coords, dense1D<unsigned> c
         unsigned const a = k > 0 ? mesh[k - 1] : b;
         double const distance = distance_from_line<N>(point, coords.col(a), coords.col(b));
 
-        scan.largest = std::max(scan.largest, distance);
+        scan.worst = std::max(scan.worst, distance);
         sum += distance;
         for (std::size_t j = 0; j < N; ++j) magnitude = std::max(magnitude, std::abs(point[j]));
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <numeric>
 
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
@@ -66,10 +65,7 @@ template <class Targets>
             points = &work_coords;
         }
         truncate(work_coords, n);
-        if (!append_columns(new_coords, work_coords)) return false;
-        next.nodes[0] = 0;
-        std::iota(next.nodes.begin() + 1, next.nodes.begin() + 1 + m, static_cast<unsigned>(n));
-        next.nodes[m + 1] = static_cast<unsigned>(n - 1);
+        if (!add_new_nodes(new_coords, 0, static_cast<unsigned>(n - 1), work_coords, next)) return false;
         // The nodes of the first pass lie on the chain already; later ones lie on chords of the pass before.
         // Refused are parameters that rounding has made fall, and the nodes then stay where they are.
         if (pass > 0)

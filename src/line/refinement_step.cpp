@@ -18,7 +18,7 @@ refinement_step decide(
     deviation_scan const& scan, span_task const& task, std::size_t elements, bool force_even)
 {
     bool const is_odd = elements % 2 == 1;
-    if (!(scan.largest >= scan.threshold) && !(force_even && is_odd)) return {};
+    if (!(scan.worst >= scan.threshold) && !(force_even && is_odd)) return {};
 
     // A remeshing of the whole that brings no more elements would bring them again and again.
     if (task.replaced_elements > 0 && elements <= task.replaced_elements) return {};
@@ -26,14 +26,14 @@ refinement_step decide(
     // More elements shorten all of them by a ratio; a chord's deviation goes with the square of its length.
     std::size_t const more = force_even && !is_odd ? elements + 2 : elements + 1;
     double const ratio = static_cast<double>(elements) / static_cast<double>(more);
-    bool const is_spread = scan.mean > 0.5 * scan.largest && ratio * ratio * scan.largest < scan.threshold;
+    bool const is_spread = scan.mean > 0.5 * scan.worst && ratio * ratio * scan.worst < scan.threshold;
 
-    span_task again{task.first, task.last, is_spread ? more : 1, elements, scan.largest, 0};
+    span_task again{task.first, task.last, is_spread ? more : 1, elements, scan.worst, 0};
     if (task.replaced_elements > 0) {
         double const excess = task.least_deviation - scan.threshold;
-        double const gain = task.least_deviation - scan.largest;
+        double const gain = task.least_deviation - scan.worst;
         bool const has_gained = gain > 0 && gain >= least_gain * excess; // the excess may be 0
-        again.least_deviation = std::min(task.least_deviation, scan.largest);
+        again.least_deviation = std::min(task.least_deviation, scan.worst);
         again.stalled = task.stalled + (has_gained ? 0 : 1);
     }
 

@@ -25,13 +25,16 @@ int length(dense2D<double> const& coords, dense1D<unsigned> const& indices, doub
 
     std::size_t const nodes = coords.cols();
     if (indices[0] >= nodes) return bad_argument(2);
-    return by_dimension(coords, [&](auto dim) {
+    double sum = 0;
+    int const status = by_dimension(coords, [&](auto dim) {
         for (std::size_t k = 1; k < indices.size(); ++k) {
             if (indices[k] >= nodes) return bad_argument(2);
-            result += distance<dim>(coords, indices[k - 1], indices[k]);
+            sum += distance<dim>(coords, indices[k - 1], indices[k]);
         }
         return 0;
     });
+    result = sum;
+    return status;
 }
 
 int length(dense2D<double> const& coords, dense2D<unsigned> const& connect, double& result) noexcept
@@ -41,10 +44,11 @@ int length(dense2D<double> const& coords, dense2D<unsigned> const& connect, doub
     if (!vornik::check_IDs(connect, vornik::element_type::edge, coords.cols())) return bad_argument(2);
 
     std::size_t const elements = connect.empty() ? 0 : connect.cols();
+    double sum = 0;
     by_dimension(coords, [&](auto dim) {
-        for (std::size_t e = 0; e < elements; ++e)
-            result += distance<dim>(coords, connect(0, e), connect(1, e));
+        for (std::size_t e = 0; e < elements; ++e) sum += distance<dim>(coords, connect(0, e), connect(1, e));
     });
+    result = sum;
     return 0;
 }
 

@@ -17,7 +17,7 @@ double smooth_limit(double max_angle)
 {
     constexpr double degree = 0.017453292519943295;
     constexpr double cap = 0.999999999999;
-    double const cosine = std::isinf(max_angle) ? 0 : std::cos(max_angle * degree);
+    double const cosine = std::cos((std::isinf(max_angle) ? 90 : max_angle) * degree);
     return std::min(cosine * cosine, cap);
 }
 
@@ -29,24 +29,21 @@ void find_break_nodes(dense2D<double> const& coords, dense2D<unsigned> const& co
 {
     double const limit = smooth_limit(max_angle);
     double const least_square = min_size * min_size;
-    auto const insert = [&](unsigned node) {
-        static_cast<void>(break_nodes.insert(node)); // the set itself knows whether it is complete
-    };
     for (std::size_t e = 0; e < connect.cols(); ++e) {
         unsigned const a = connect(0, e);
         unsigned const b = connect(1, e);
-        if (neighbors(1, e) == vornik::none) insert(a);
+        if (neighbors(1, e) == vornik::none) break_nodes.insert(a);
         unsigned const next = neighbors(0, e);
         if (next == vornik::none) {
-            insert(b);
+            break_nodes.insert(b);
             continue;
         }
 
         unsigned const c = connect(0, next);
         unsigned const d = connect(1, next);
         bool const is_head_to_head = d == b;
-        if (is_head_to_head) insert(b);
-        if (c == a) insert(a);
+        if (is_head_to_head) break_nodes.insert(b);
+        if (c == a) break_nodes.insert(a);
         if (is_head_to_head || c == a) continue;
 
         auto const u = edge_vector<N>(coords.col(a), coords.col(b));
@@ -56,7 +53,7 @@ void find_break_nodes(dense2D<double> const& coords, dense2D<unsigned> const& co
         double const product = dot(u, v);
         bool const have_directions = u_square > least_square && v_square > least_square;
         bool const is_smooth = product > 0 && product * product >= (u_square * limit) * v_square;
-        if (have_directions && !is_smooth) insert(b);
+        if (have_directions && !is_smooth) break_nodes.insert(b);
     }
 }
 

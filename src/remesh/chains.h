@@ -10,8 +10,9 @@
 
 namespace trelk::vornik1d {
 
-/// The elements of a mesh in chains: runs in which each element starts at the end node of the one before,
-/// from break node to break node, or around a loop. Chain c has the entries from `chain_starts[c]` to
+/// The elements of a mesh in chains: runs in which each element starts at the end node of the one before.
+/// They reach from break node to break node or around a loop, but begin too where two elements start at one
+/// node, and end where they meet an earlier chain. Chain c has the entries from `chain_starts[c]` to
 /// `chain_starts[c + 1]` of `chain_elements`, in the order of travel.
 struct line_chains
 {

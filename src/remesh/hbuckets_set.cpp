@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <utility>
 
 namespace trelk::vornik1d {
 
@@ -45,12 +46,11 @@ bool hbuckets_set::init(std::size_t key_hint, std::size_t bucket_hint, double lo
     return is_planned && has_heads;
 }
 
-bool hbuckets_set::insert(unsigned key) noexcept
+void hbuckets_set::insert(unsigned key) noexcept
 {
     bool const is_full = keys_ + 1 > most_keys_a_bucket * buckets_;
     bool const is_stored = (!is_full || rehash(2 * keys_)) && add(key);
-    is_complete_ = is_complete_ && is_stored;
-    return is_stored;
+    if (!is_stored) is_complete_ = false;
 }
 
 unsigned hbuckets_set::insert_range(unsigned const* first_key, unsigned const* last_key) noexcept
@@ -103,7 +103,7 @@ bool hbuckets_set::rehash(std::size_t wanted) noexcept
     bool all_came = true;
     for_each([&](unsigned key) { all_came = fresh.add(key) && all_came; });
     fresh.is_complete_ = is_complete_ && all_came;
-    *this = fresh;
+    *this = std::move(fresh);
     return all_came;
 }
 

@@ -23,16 +23,21 @@ std::size_t next_prime_size(std::size_t wanted);
 /// A set of keys that only grows. Key k is on the list of bucket k modulo `buckets()`. All nodes stand in one
 /// block: first the heads of the buckets, which may be unoccupied, then the overflow, in order of creation.
 ///
-/// It is brought to life by `init`. What needs storage is false where there is none, and `is_complete` too
-/// from then on, if a key has been left out.
+/// It is brought to life by `init`. Once a key has been left out for want of storage, `is_complete` is false.
 class hbuckets_set : private __vector_view<__hbuckets_node_type<std::uint32_t, std::uint32_t>, 8>
 {
 public:
+    hbuckets_set() noexcept = default;
+    hbuckets_set(hbuckets_set&&) noexcept = default; // no copies: they would share the nodes
+    hbuckets_set& operator=(hbuckets_set&&) noexcept = default;
+    ~hbuckets_set() = default;
+
     /// Empties the set, with `bucket_hint` buckets, or 23 if that is more, and storage for `key_hint` keys at
-    /// `load` keys a bucket. On false it has 23 buckets.
+    /// `load` keys a bucket. On false it may have fewer buckets, and no room for keys.
     [[nodiscard]] bool init(std::size_t key_hint, std::size_t bucket_hint, double load) noexcept;
 
-    [[nodiscard]] bool insert(unsigned key) noexcept;
+    /// Adds a key, if there is storage for it: `is_complete` tells.
+    void insert(unsigned key) noexcept;
 
     /// Adds keys; returns how many were new.
     unsigned insert_range(unsigned const* first, unsigned const* last) noexcept;

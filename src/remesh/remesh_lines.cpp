@@ -52,35 +52,33 @@ struct cut_lines
     line_chains chains;
     dense1D<double> node_sizes;
     dense1D<unsigned> chain_colors;
-    dense1D<unsigned> chain_nodes; // of the chain in hand
 };
 
-/// Brings an empty set to life, for about `keys` of them.
+/// Brings an empty set to life, for about `keys` keys.
 [[nodiscard]] bool prepare(hbuckets_set& set, std::size_t keys)
 {
     constexpr std::size_t start = 23;
     return set.init(start, start, 1.0) && (keys <= set.buckets() || set.rehash(keys));
 }
 
-int find_all_break_nodes(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule,
+int add_break_nodes(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule,
     dense2D<unsigned> const& neighbors, hbuckets_set& break_nodes)
 {
     by_dimension(coords, [&](auto dim) {
         find_break_nodes<dim>(coords, old.connect, neighbors, rule.max_angle, rule.min_size, break_nodes);
     });
-    auto const insert = [&](unsigned node) { static_cast<void>(break_nodes.insert(node)); };
     for (unsigned const e : old.hard_edges) {
-        insert(old.connect(0, e));
-        insert(old.connect(1, e));
+        break_nodes.insert(old.connect(0, e));
+        break_nodes.insert(old.connect(1, e));
     }
     for (unsigned const node : old.hard_nodes)
-        if (node <= old.max_node) insert(node);
+        if (node <= old.max_node) break_nodes.insert(node);
     if (!old.colors.empty()) {
         dense2D<unsigned> boundary;
         int const status =
             vornik::get_colors_boundaries(old.connect, neighbors, old.colors, edge, false, true, boundary);
         if (status < 0) return status;
-        for (unsigned const node : boundary.as_vector()) insert(node);
+        for (unsigned const node : boundary.as_vector()) break_nodes.insert(node);
     }
     return break_nodes.is_complete() ? 0 : no_storage;
 }
@@ -88,7 +86,7 @@ int find_all_break_nodes(dense2D<double> const& coords, old_mesh const& old, rem
 /// Cuts the lines at break nodes into chains.
 int cut(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule, cut_lines& lines)
 {
-    constexpr std::size_t elements_a_break = 100; // a guess
+    constexpr std::size_t elements_a_break = 100; // a guess: a break in as many
     std::size_t const hard = old.hard_edges.size();
     std::size_t const breaks = old.connect.cols() / elements_a_break + old.hard_nodes.size() + hard;
     if (!prepare(lines.break_nodes, breaks) || !prepare(lines.hard_edges, hard)) return no_storage;
@@ -97,11 +95,9 @@ int cut(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& r
 
     dense2D<unsigned> neighbors;
     int status = vornik::get_neighbors(old.connect, edge, false, neighbors);
-    if (status >= 0) status = find_all_break_nodes(coords, old, rule, neighbors, lines.break_nodes);
+    if (status >= 0) status = add_break_nodes(coords, old, rule, neighbors, lines.break_nodes);
     if (status < 0) return status;
-    bool const is_cut = extract_chains(old.connect, neighbors, lines.break_nodes, lines.chains) &&
-                        lines.chain_nodes.reserve(lines.chains.longest() + 1);
-    return is_cut ? 0 : no_storage;
+    return extract_chains(old.connect, neighbors, lines.break_nodes, lines.chains) ? 0 : no_storage;
 }
 
 /// Sets the sizes at the old nodes: the default one, at the ends of chains no more than their lengths; given
@@ -110,9 +106,11 @@ int cut(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& r
     dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule, cut_lines& lines)
 {
     dense1D<double>& sizes = lines.node_sizes;
-    if (!sizes.resize(std::size_t{old.max_node} + 1, rule.default_size)) return false;
+    dense1D<unsigned> nodes;
+    if (!sizes.resize(std::size_t{old.max_node} + 1, rule.default_size) ||
+        !nodes.reserve(lines.chains.longest() + 1))
+        return false;
     for (std::size_t c = 0; c < lines.chains.size(); ++c) {
-        auto& nodes = lines.chain_nodes;
         double chain_length = 0;
         if (!chain_node_list(old.connect, lines.chains.chain(c), nodes)) return false;
         static_cast<void>(length(coords, nodes, chain_length)); // the nodes have been checked
@@ -162,14 +160,14 @@ public:
         chain_sizes_.clear();
         for (unsigned const node : nodes) chain_sizes_.push_back(node_sizes[node]);
 
-        int status = 0;
-        double deviation = largest;
         double const tolerance = rule_.deviation_tolerance;
-        std::size_t const base_columns = coords_.cols();
-        if (tolerance != 0) status = run_spline(nodes, deviation);
-        if (status < 0 || !(tolerance >= 0 && deviation > tolerance)) return status;
+        if (tolerance == 0) return run_line(nodes);
 
-        truncate(coords_, base_columns);
+        double deviation = 0;
+        std::size_t const base_columns = coords_.cols();
+        int const status = run_spline(nodes, deviation);
+        if (status < 0 || tolerance < 0 || !(deviation > tolerance)) return status;
+        truncate(coords_, base_columns); // the spline strays
         return run_line(nodes);
     }
 
@@ -227,13 +225,14 @@ private:
 };
 
 /// Meshes all chains but the hard edges, which pass as they are.
-int mesh_chains(dense2D<double>& coords, old_mesh const& old, remesh_rule const& rule, cut_lines& lines,
+int mesh_chains(dense2D<double>& coords, old_mesh const& old, remesh_rule const& rule, cut_lines const& lines,
     dense2D<unsigned>& new_connect, dense1D<unsigned>& new_colors)
 {
     chain_mesher mesher(coords, rule);
-    if (!mesher.reserve(lines.chains.longest())) return no_storage;
+    dense1D<unsigned> nodes;
+    std::size_t const longest = lines.chains.longest();
+    if (!mesher.reserve(longest) || !nodes.reserve(longest + 1)) return no_storage;
 
-    auto& nodes = lines.chain_nodes;
     for (std::size_t c = 0; c < lines.chains.size(); ++c) {
         auto const elements = lines.chains.chain(c);
         bool const is_hard = elements.size() == 1 && lines.hard_edges.contains(elements[0]);
@@ -287,14 +286,18 @@ int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect, double def
     dense1D<unsigned> new_colors;
     dense1D<unsigned> break_nodes;
     int status = mesh_chains(coords, old, rule, lines, new_connect, new_colors);
-    if (status >= 0 && !(list_keys(lines.break_nodes, break_nodes) && hard_nodes.reserve(break_nodes.size())))
-        status = no_storage;
+    if (status >= 0 && !list_keys(lines.break_nodes, break_nodes)) status = no_storage;
+    auto const old_colors = colors;
+    if (status >= 0) {
+        colors = new_colors; // first, since `hard_nodes` may be the same object
+        if (!hard_nodes.reserve(break_nodes.size())) status = no_storage;
+    }
     if (status < 0) {
+        colors = old_colors;
         truncate(coords, base_columns);
         return status;
     }
     connect.shallow_copy(new_connect);
-    colors = new_colors;
     hard_nodes.clear();
     static_cast<void>(append_values(break_nodes, hard_nodes)); // there is room
     return 0;

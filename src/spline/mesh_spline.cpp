@@ -123,14 +123,14 @@ int mesh_curve(dense2D<double>& coords, dense1D<unsigned> const& indices,
     std::iota(polyline.nodes.begin(), polyline.nodes.end(), 0U);
 
     std::size_t const base_columns = coords.cols();
-    bool const is_entry =
+    bool const deviation_may_move =
         coords.holds(deviation) || out_params.holds(deviation) || out_targets.holds(deviation);
     dense2D<double> new_coords;
     line<Targets> mesh;
     if (place_between_ends(curve.samples, polyline, rule, new_coords, mesh) &&
         add_new_nodes(new_coords, indices[1], indices[n - 2], coords, mesh) &&
         publish(mesh, out_indices, out_params, out_targets)) {
-        if (!is_entry) deviation = curve.deviation; // an entry of what has grown may be gone
+        if (!deviation_may_move) deviation = curve.deviation; // an entry of what has grown may be gone
         return 0;
     }
     truncate(coords, base_columns);

@@ -12,7 +12,7 @@ namespace trelk::vornik1d {
 
 namespace {
 
-/// How long the steps along a span may be, by the greatest of five curvatures.
+/// How long the steps along a span may be: the smallest of the sizes at five places.
 template <std::size_t N>
 double sampling_step(spline_span<N> const& span, double sample_tolerance, double min_step)
 {
@@ -22,7 +22,7 @@ double sampling_step(spline_span<N> const& span, double sample_tolerance, double
     return std::max(step, min_step);
 }
 
-/// Into how many steps of t a span is cut: 2 at least, and also where neither is a number.
+/// Into how many steps of t a span is cut: 2 at least, also where the ratio is no number.
 std::uint64_t count_steps(double length, double step)
 {
     constexpr std::uint64_t too_many = unlimited + 1;
@@ -60,18 +60,18 @@ double append_span(spline_span<N> const& span, std::uint64_t steps, double start
     double const dt = 1 / static_cast<double>(steps);
     auto const chord = span.a1 + span.a2 + span.a3;
     double const chord_square = dot(chord, chord);
-    double deviation = 0;
+    double largest_square = 0;
     append(start, span.a0);
     for (std::uint64_t j = 1; j < steps; ++j) {
         double const t = static_cast<double>(j) * dt;
         auto const offset = span_offset(span, t);
         auto const area = cross(offset, chord);
-        double distance = dot(area, area); // squared
-        if (distance != 0) distance /= chord_square;
+        double square = dot(area, area); // of the distance from the chord
+        if (square != 0) square /= chord_square;
         append(speed * t + start, span.a0 + offset);
-        deviation = std::max(deviation, distance);
+        largest_square = std::max(largest_square, square);
     }
-    return deviation;
+    return largest_square;
 }
 
 void scale(dense1D<double>& values, double factor)
@@ -92,7 +92,7 @@ bool sample_spline(dense2D<double> const& coords, dense1D<unsigned> const& indic
         !make_room<N>(2 * nodes - 1, curve))
         return false;
 
-    double deviation = 0;
+    double largest_square = 0;
     double& length = curve.spline_length;
     bool has_room = true;
     for (std::size_t k = 0; k < spans.size(); ++k) {
@@ -104,9 +104,9 @@ bool sample_spline(dense2D<double> const& coords, dense1D<unsigned> const& indic
         if (has_room) {
             curve.node_params.push_back(length);
             curve.node_samples.push_back(static_cast<unsigned>(first));
-            deviation = std::max(deviation, append_span(span, steps, length, curve));
+            largest_square = std::max(largest_square, append_span(span, steps, length, curve));
         }
-        length += norm(span.a1);
+        length += norm(span.a1); // without room too: it tells whether the chain is at fault, or storage
     }
     if (!has_room) return false;
 
@@ -117,7 +117,7 @@ bool sample_spline(dense2D<double> const& coords, dense1D<unsigned> const& indic
     curve.node_samples.push_back(static_cast<unsigned>(curve.samples.cols()));
     curve.node_params.push_back(1);
     curve.sample_params.push_back(1);
-    curve.deviation = std::sqrt(deviation);
+    curve.deviation = std::sqrt(largest_square);
     return append_point(vector_at<N>(coords.col(indices[nodes])), curve.samples);
 }
 

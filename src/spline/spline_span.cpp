@@ -24,9 +24,10 @@ template <std::size_t N>
 bool find_tangent(spline_chord<N> const& neighbour, spline_chord<N> const& own, vector<N>& tangent)
 {
     constexpr double least_neighbour = 0.01; // in lengths of the span's chord
-    constexpr double least_cosine = 0.0001;  // times the length of the mean of the unit vectors, at most 1
+    constexpr double least_cosine = 0.0001;  // times the length of the tangent, which is at most 1
 
-    // Beside a very short neighbour the span's own direction counts nearly alone.
+    // Beside a very short neighbour its bare length stands for the ratio: the own direction has weight 1 / (1
+    // + length).
     bool const is_ratio = neighbour.length > least_neighbour * own.length;
     double const r = is_ratio ? own.length / neighbour.length : neighbour.length;
     double const w = 1 / (1 + r);

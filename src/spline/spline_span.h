@@ -26,9 +26,11 @@ struct spline_span
 /// The span from node i1 to node i2, with the guide nodes i0 and i3; all are columns of `coords`, of N rows.
 ///
 /// The tangent at a node has the direction of q u + p v, where u and v are the unit vectors along the chords
-/// before and behind it, p and q the lengths of these. Each span gives it the length of its own chord. A span
-/// without the tangent at one end is quadratic, without both straight. There is none where i0 = i1 or i2 =
-/// i3, or where it would point across the chord or against it.
+/// before and behind it, p and q the lengths of these; where the neighbour chord is no longer than a
+/// hundredth of the span's, r u + v takes its place, with the bare length r and u along the neighbour. Each
+/// span gives it the length of its own chord. A span without the tangent at one end is quadratic, without
+/// both straight. There is none where i0 = i1 or i2 = i3, or where it would point across the chord or against
+/// it.
 template <std::size_t N>
 spline_span<N> spline_coefficients(
     dense2D<double> const& coords, unsigned i0, unsigned i1, unsigned i2, unsigned i3);
@@ -52,7 +54,7 @@ public:
 
     std::size_t size() const { return chain_.size() - 3; }
 
-    /// The next one, of which there are `size()`.
+    /// The next one; call it `size()` times at most.
     spline_span<N> next();
 
 private:

@@ -59,8 +59,9 @@ unsigned color_of(dense1D<unsigned> const& colors, std::size_t element)
 int get_neighbors(dense2D<unsigned> const& connect, element_type, bool, dense2D<unsigned>& neighbors) noexcept
 {
     if (connect.empty() || connect.rows() < 2) {
+        int const status = connect.empty() ? 0 : -1;
         neighbors.clear();
-        return connect.empty() ? 0 : -1;
+        return status;
     }
     std::size_t const n = connect.cols();
     node_slots slots;
