@@ -142,13 +142,13 @@ result present(std::string const& title, remeshing const& shown, network const& 
 
 std::vector<std::string> caption(options const& chosen)
 {
-    return {"Dots are nodes, black ones where three lines meet; the pale line is the input. Each pair of "
-            "neighbours "
-            "has one colour along its border.",
-        "Elements should be " + in_km(chosen.size) +
-            " long, and less where they are to follow bends, on short lines and around islands. "
-            "Of bends sharper than",
-        "the tolerance no nodes are asked for, so that a mesh may be farther off there."};
+    return {
+        "Dots are nodes, black ones where three lines meet; the pale line is the input. Each pair of",
+        "neighbours has one colour along its border. Elements should be " + in_km(chosen.size) +
+            " long, and less",
+        "where they follow bends, on short lines and around islands. Of bends whose radius is below the",
+        "tolerance no nodes are asked for, so that a mesh may be farther off there.",
+    };
 }
 
 /// Draws the whole region, and below a part of it with the names of countries.
@@ -181,6 +181,7 @@ void draw(options const& chosen, line_mesh const& borders, std::vector<color> co
     };
 
     std::vector<heading> headings;
+    headings.reserve(results.size());
     for (result const& shown : results) headings.push_back(shown.head);
     save_columns(
         chosen.output / "borders", headings, {region.height / region.width, 0.8}, caption(chosen), draw_map);

@@ -705,7 +705,8 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 ///
 ///   - 0, or NaN: by `mesh_line`, which is held to the chain's nodes to 1e-12 of its length.
 ///   - positive: by `mesh_spline`, bounded by curvature for this distance, if that curve strays no farther
-///     than that from the chain; else by `mesh_line` with this tolerance.
+///     than that from the chain; else by `mesh_line` with this tolerance. Where the curve's radius is below
+///     it, no nodes are asked for, so the mesh of a spline may stray farther.
 ///   - negative: by `mesh_spline`, whatever its deviation.
 ///
 /// The size at a node is `default_size`, at an end of chains no more than the shortest of them is long (or
