@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <vornik/toolkit.h>
+
 #include "support.h"
 
 using namespace trelk;
@@ -89,4 +91,101 @@ TEST(allocation_failures, leave_a_network_as_it_was)
                     values_of(coords), values_of(connect), values_of(colors), values_of(hard_nodes));
                 ASSERT_EQ(before == after, status != 0) << number;
             }
+}
+
+namespace {
+
+/// Arguments for every function: a wave of eight nodes.
+struct arguments
+{
+    dense2D<double> plane = arc(7, 2), space = arc(7, 2, 3), metrics;
+    dense2D<unsigned> connect, quadratic = columns<unsigned>({{0, 2, 1}, {2, 4, 3}}), neighbors, out_connect;
+    dense2D<unsigned> far_apart = columns<unsigned>({{0, 4000000000}, {7, 9}});
+    dense1D<unsigned> indices = nodes_up_to(8), out_indices = nodes({9});
+    dense1D<double> params = reals({0, 1, 2, 3, 4, 5, 6, 7}), sizes = reals({1, 1, .2, .2, 1, 1, 1, 1}),
+                    result;
+    dense2D<double> matrix;
+
+    arguments()
+    {
+        static_cast<void>(vornik1d::indices_to_connectE2(indices, connect));
+        static_cast<void>(vornik::get_neighbors(connect, vornik::element_type::edge, false, neighbors));
+    }
+
+    /// What a failure must leave alone.
+    auto untouched() const
+    {
+        return std::tuple(values_of(plane), values_of(space), values_of(connect), values_of(neighbors),
+            values_of(out_connect), values_of(indices), values_of(out_indices), values_of(params),
+            values_of(sizes));
+    }
+};
+
+} // namespace
+
+TEST(allocation_failures, of_the_smaller_functions)
+{
+    using namespace vornik1d;
+    using point2 = vector_fixed<double, 2>;
+    using point3 = vector_fixed<double, 3>;
+    constexpr auto edge = vornik::element_type::edge;
+    int (*const calls[])(arguments&) = {
+        [](arguments& a) { return indices_to_connectE4(a.indices.sub_vector(0, 7), a.out_connect); },
+        [](arguments& a) { return split_into_linear(a.quadratic, a.out_connect); },
+        [](arguments& a) { return convert_into_cubic(a.space, a.connect); },
+        [](arguments& a) { return parametric_curvatures(a.params, a.connect, a.plane, a.result); },
+        [](arguments& a) { return normals(a.plane, a.connect, 1, true, a.matrix); },
+        [](arguments& a) { return curvatures(a.space, a.indices, a.result); },
+        [](arguments& a) { return interpolate_metrics(a.params, a.sizes, a.params, a.result); },
+        [](arguments& a) { return interpolate_metrics(a.params, a.space, a.params, a.matrix); },
+        [](arguments& a) { return metrics_gen_aniso2d(a.plane, a.indices, 1, 2, a.metrics); },
+        [](arguments& a) { return metrics_gen_aniso2d(a.plane, a.connect, 1, a.metrics); },
+        [](arguments& a) { return metrics_gen_aniso3d(a.space, a.connect, 1, a.metrics); },
+        [](arguments& a) { return metrics_gen_aniso3d(a.space, a.connect, 1, 2, a.metrics); },
+        [](arguments& a) {
+            return extrude_translate(a.plane, point2{}, point2{3, 4}, 5, a.out_indices);
+        },
+        [](arguments& a) {
+            return extrude_translate(a.space, 0, point3{3, 4, 5}, 1, 1, true, a.out_indices);
+        },
+        [](arguments& a) {
+            return extrude_rotate(
+                a.space, point3{}, point3{9, 9, 9}, point3{0, 0, 1}, 1, 1, false, a.out_indices);
+        },
+        [](arguments& a) { return vornik1d::sort(a.params, a.indices); },
+        [](arguments& a) {
+            return subdivide(a.params, a.sizes, a.indices, true, true, 1, 99, a.out_indices);
+        },
+        [](arguments& a) { return -199 * (mesh_reorient(a.connect, a.neighbors, 3, 1) == -199); },
+        [](arguments& a) { return mesh_straight(a.plane, a.indices, 20, false, a.out_indices); },
+        [](arguments& a) { return mesh_straight(a.plane, 0, 1, 2, 9, a.out_indices); },
+        [](arguments& a) { return mesh_straight(a.plane, 0, 1, .1, .1, false, a.out_indices); },
+        [](arguments& a) {
+            dense2D<unsigned> result;
+            return vornik::get_neighbors(a.far_apart, edge, false, result);
+        },
+        [](arguments& a) {
+            dense2D<unsigned> result;
+            return vornik::get_colors_boundaries(
+                a.connect, a.neighbors, a.indices, edge, false, true, result);
+        },
+    };
+    int refused = 0;
+    for (auto const call : calls)
+        for (extent const which : {extent::one, extent::all_behind})
+            for (std::size_t number = 0;; ++number) {
+                arguments a;
+                auto const before = a.untouched();
+                int status = 0;
+                {
+                    failing_allocations const failing(number, which);
+                    status = call(a);
+                    if (!failing_allocations::have_failed()) break;
+                }
+                ASSERT_TRUE(status == 0 || status == -199) << number << ' ' << status;
+                if (status == 0) continue;
+                ++refused;
+                ASSERT_EQ(a.untouched(), before) << number;
+            }
+    EXPECT_GT(refused, 100);
 }
