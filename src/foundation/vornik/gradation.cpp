@@ -16,24 +16,17 @@ using vornik1d::quadratic_form;
 using vornik1d::tensor;
 using vornik1d::tensor_at;
 
-/// Calls `bound(from, to)` for the nodes of each edge that may change, forth and back over all edges.
+/// Calls `bound(from, to)` for both directions of each edge, forth and back over all edges.
 template <class Bound>
-void sweep(dense2D<unsigned> const& connect, std::size_t node_count, dense1D<unsigned> const& nodes,
-    bool both_ends, Bound bound)
+void sweep(dense2D<unsigned> const& connect, std::size_t node_count, Bound bound)
 {
     if (connect.rows() < 2) return;
-    bool const all = nodes.empty();
-    dense1D<unsigned> may_change;
-    if (!all && !may_change.resize(node_count, 0)) return;
-    for (unsigned const node : nodes)
-        if (node < node_count) may_change[node] = 1;
-
     auto const visit = [&](std::size_t e) {
         unsigned const a = connect(0, e);
         unsigned const b = connect(1, e);
         if (a >= node_count || b >= node_count) return;
-        if (all || may_change[b]) bound(a, b);
-        if (both_ends && (all || may_change[a])) bound(b, a);
+        bound(a, b);
+        bound(b, a);
     };
     std::size_t const edges = connect.cols();
     for (std::size_t e = 0; e < edges; ++e) visit(e);
@@ -41,8 +34,8 @@ void sweep(dense2D<unsigned> const& connect, std::size_t node_count, dense1D<uns
 }
 
 template <std::size_t N>
-void bound_tensors(dense2D<double> const& coords, dense2D<unsigned> const& connect,
-    dense1D<unsigned> const& nodes, bool both_ends, double max_gradation, dense2D<double>& target)
+void bound_tensors(dense2D<double> const& coords, dense2D<unsigned> const& connect, double max_gradation,
+    dense2D<double>& target)
 {
     auto const bound = [&](unsigned from, unsigned to) {
         auto const m = tensor_at<N>(target.col(from));
@@ -56,14 +49,13 @@ void bound_tensors(dense2D<double> const& coords, dense2D<unsigned> const& conne
         minimum_metric(own, grown, own);
         std::copy_n(own.values, packed_rows<N>, target.col(to));
     };
-    sweep(connect, std::min(coords.cols(), target.cols()), nodes, both_ends, bound);
+    sweep(connect, std::min(coords.cols(), target.cols()), bound);
 }
 
 } // namespace
 
 void bound_metric_gradations(dense2D<double> const& coords, dense2D<unsigned> const& connect, element_type,
-    dense1D<unsigned> const& nodes, bool both_ends, int, double max_gradation,
-    dense1D<double>& target) noexcept
+    dense1D<unsigned> const&, bool, int, double max_gradation, dense1D<double>& target) noexcept
 {
     if (!(max_gradation >= 0)) return;
     auto const bound = [&](unsigned from, unsigned to) {
@@ -72,18 +64,17 @@ void bound_metric_gradations(dense2D<double> const& coords, dense2D<unsigned> co
             square += (coords(r, to) - coords(r, from)) * (coords(r, to) - coords(r, from));
         target[to] = std::min(target[to], target[from] + max_gradation * std::sqrt(square));
     };
-    sweep(connect, std::min(coords.cols(), target.size()), nodes, both_ends, bound);
+    sweep(connect, std::min(coords.cols(), target.size()), bound);
 }
 
 void bound_metric_gradations(dense2D<double> const& coords, dense2D<unsigned> const& connect, element_type,
-    dense1D<unsigned> const& nodes, bool both_ends, int, double max_gradation,
-    dense2D<double>& target) noexcept
+    dense1D<unsigned> const&, bool, int, double max_gradation, dense2D<double>& target) noexcept
 {
     if (!(max_gradation >= 0)) return;
     if (coords.rows() == 2 && target.rows() == packed_rows<2>)
-        bound_tensors<2>(coords, connect, nodes, both_ends, max_gradation, target);
+        bound_tensors<2>(coords, connect, max_gradation, target);
     if (coords.rows() == 3 && target.rows() == packed_rows<3>)
-        bound_tensors<3>(coords, connect, nodes, both_ends, max_gradation, target);
+        bound_tensors<3>(coords, connect, max_gradation, target);
 }
 
 } // namespace trelk::vornik

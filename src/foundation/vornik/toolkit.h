@@ -55,12 +55,10 @@ bool metrics_iso_to_aniso3d(dense1D<double> const& sizes, dense2D<double>& metri
 /// @param coords   2 or 3 rows, a node per column.
 /// @param connect  an edge per column, its end nodes in rows 0 and 1; an edge with a node that `coords` or
 ///                 `target` does not have is passed over.
-/// @param nodes    the nodes whose targets may change; all of them if it is empty.
-/// @param both_ends  false bounds the second node of an edge by the first one alone.
-/// @param mode     the rule of growth: -1 for sizes, 0 (homogeneous) for tensors; there are no others.
+/// @param nodes, both_ends, mode  of a toolkit for meshes of all kinds. Lines pass an empty list, true, and -1 for
+///                 sizes or 0 for tensors, which stands for what is said above.
 /// @param max_gradation  growth of size per length; what is not at least 0 bounds nothing.
 /// @param[in,out] target  a size per node, or a tensor of 3 or 6 rows per node for 2 or 3 rows of `coords`.
-/// Where `nodes` is not empty, the target stays as it is without storage for a list of them.
 void bound_metric_gradations(dense2D<double> const& coords, dense2D<unsigned> const& connect,
     element_type type, dense1D<unsigned> const& nodes, bool both_ends, int mode, double max_gradation,
     dense1D<double>& target) noexcept;
