@@ -35,8 +35,9 @@ public:
     {
         queue_.clear();
         queue_.push_back(static_cast<unsigned>(first));
-        for (std::size_t front = 0; front < queue_.size(); ++front) {
-            unsigned const e = queue_[front];
+        std::size_t front = 0;
+        while (front < queue_.size()) { // it grows on the way
+            unsigned const e = queue_[front++];
             if (visited_.test(e)) continue;
             visited_.set(e);
             if (!orient_neighbor(e, 0) || !orient_neighbor(e, 1)) return false;
