@@ -329,6 +329,15 @@ TEST(mesh_spline, an_airfoil_by_curvature_and_gradation)
         double const worst = *std::max_element(nearest.begin(), nearest.end());
         EXPECT_LT(worst, 1.2 * tolerance); // a tenth for the samples, a tenth for means of the curvature
         EXPECT_GT(worst, 0.9 * tolerance);
+
+        // Mirrored, it has the mirrored mesh.
+        meshing mirrored = m;
+        mirrored.coords = airfoil(120);
+        for (std::size_t node = 0; node < 241; ++node) mirrored.coords(1, node) *= -1;
+        mirrored.out_indices = nodes({77});
+        ASSERT_EQ(mirrored.run(), 0);
+        ASSERT_EQ(mirrored.mesh(), mesh);
+        for (unsigned const node : mesh) EXPECT_EQ(mirrored.coords(1, node), -m.coords(1, node));
     }
 }
 
