@@ -93,6 +93,30 @@ TEST(allocation_failures, leave_a_network_as_it_was)
             }
 }
 
+TEST(allocation_failures, of_sets_that_outgrow_their_plan)
+{
+    // Hard edges that share a bucket, and more breaks than there is room planned for.
+    std::size_t const n = 97 * 50;
+    dense2D<double> coords;
+    dense2D<unsigned> connect;
+    dense1D<unsigned> hard_edges;
+    ASSERT_TRUE(coords.resize(2, n + 1));
+    for (std::size_t k = 0; k <= n; ++k) coords(0, k) = double(k), coords(1, k) = double(k % 2);
+    ASSERT_EQ(vornik1d::indices_to_connectE2(nodes_up_to(n + 1), connect), 0);
+    for (unsigned k = 0; k < 50; ++k) hard_edges.push_back(97 * k);
+    int refused = 0;
+    for (std::size_t number = 0; number < 40; ++number) { // no further than the chains
+        auto new_connect = connect;
+        dense1D<unsigned> colors, hard_nodes;
+        failing_allocations const failing(number, extent::one);
+        int const status = vornik1d::remesh_lines(
+            coords, new_connect, 0, {}, colors, hard_nodes, hard_edges, false, 40, 0, 0, 0, 1, no_limit);
+        refused += status == -199 ? 1 : 0;
+        EXPECT_TRUE(status == -199 || status == -3) << status; // the size is 0
+    }
+    EXPECT_GT(refused, 25);
+}
+
 namespace {
 
 /// Arguments for every function: a wave of eight nodes.
@@ -104,10 +128,11 @@ struct arguments
     dense1D<unsigned> indices = nodes_up_to(8), out_indices = nodes({9});
     dense1D<double> params = reals({0, 1, 2, 3, 4, 5, 6, 7}), sizes = reals({1, 1, .2, .2, 1, 1, 1, 1}),
                     result;
-    dense2D<double> matrix;
+    dense2D<double> matrix, row;
 
     arguments()
     {
+        static_cast<void>(row.resize(1, 8, 0.5));
         static_cast<void>(vornik1d::indices_to_connectE2(indices, connect));
         static_cast<void>(vornik::get_neighbors(connect, vornik::element_type::edge, false, neighbors));
     }
@@ -138,6 +163,7 @@ TEST(allocation_failures, of_the_smaller_functions)
         [](arguments& a) { return curvatures(a.space, a.indices, a.result); },
         [](arguments& a) { return interpolate_metrics(a.params, a.sizes, a.params, a.result); },
         [](arguments& a) { return interpolate_metrics(a.params, a.space, a.params, a.matrix); },
+        [](arguments& a) { return interpolate_metrics(a.params, a.row, a.params, a.matrix); },
         [](arguments& a) { return metrics_gen_aniso2d(a.plane, a.indices, 1, 2, a.metrics); },
         [](arguments& a) { return metrics_gen_aniso2d(a.plane, a.connect, 1, a.metrics); },
         [](arguments& a) { return metrics_gen_aniso3d(a.space, a.connect, 1, a.metrics); },

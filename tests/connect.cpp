@@ -82,6 +82,11 @@ TEST(convert, adds_interior_nodes)
     EXPECT_EQ(out.cols(), 2U);
     EXPECT_EQ(convert_into_high_order(coords, linear, 0, out), 0);
     EXPECT_TRUE(out.empty());
+    EXPECT_EQ(convert_into_high_order(coords, out, 1, cubic), 0);
+    EXPECT_EQ(convert_into_quadratic(coords, out), 0);
+    ASSERT_TRUE(four_rows.resize(4, 9));
+    EXPECT_EQ(convert_into_quadratic(four_rows, out), -1);
+    EXPECT_EQ(convert_into_cubic(four_rows, out), -1);
 }
 
 TEST(flip, reverses_columns)
@@ -120,6 +125,9 @@ TEST(mesh_reorient, statuses_and_counts)
     EXPECT_EQ(values_of(connect)[1], (std::vector<unsigned>{1, 2})); // turned before that
     dense2D<unsigned> fewer = neighbors.sub_matrix(0, 0, 2, 2);
     EXPECT_EQ(mesh_reorient(connect, fewer, 3, 0), -2);
+    dense2D<unsigned> one_row = connect.sub_matrix(0, 0, 1, 3);
+    EXPECT_EQ(mesh_reorient(connect, one_row, 3, 0), -2);
+    EXPECT_EQ(mesh_reorient(one_row, neighbors, 3, 0), -1);
     connect(0, 0) = 4294967295;
     EXPECT_EQ(mesh_reorient(connect, fewer, 3, 0), -1);
     dense2D<unsigned> empty;

@@ -59,6 +59,13 @@ TEST(containers, refuse_what_storage_or_arithmetic_cannot_hold)
     EXPECT_EQ(values_of(m), (std::vector<std::vector<double>>{{1, 2}, {3, 4}}));
     EXPECT_TRUE(dense1D<double>(5, 1.0).empty());
 
+    // No view of values that are not there, or that no address space has room for.
+    double value = 1;
+    EXPECT_EQ(dense2D<double>(2, 2, static_cast<double*>(nullptr)).cols(), 0U);
+    EXPECT_EQ(dense2D<double>(SIZE_MAX / 2, 3, &value).cols(), 0U);
+    EXPECT_EQ(m.sub_matrix(2, 0, 1, 1).cols() + m.sub_matrix(0, 2, 1, 1).cols(), 0U);
+    EXPECT_TRUE(m.sub_matrix(0, 0, 1, 2).as_vector().empty()); // a copy without storage
+
     // A matrix without rows may have any number of columns.
     dense2D<double> bare, copy;
     EXPECT_TRUE(m.resize(0, SIZE_MAX, 1.0) && bare.resize(0, SIZE_MAX) && copy.copy(bare));

@@ -12,59 +12,6 @@ using point3 = vector_fixed<double, 3>;
 
 constexpr double pi = std::numbers::pi;
 
-TEST(extrude, statuses_of_all_forms)
-{
-    // Each row tells the argument at fault and the status by translation and by rotation; a count of 0 and
-    // the sizes exclude each other.
-    struct
-    {
-        std::size_t rows;
-        unsigned start;
-        double path, size_a, size_b;
-        int translate, rotate;
-    } const table[] = {
-        {4, 9, 0, 0, 0, -1, -1},
-        {0, 9, 0, 0, 0, -1, -1}, // rows of the motion are put here
-        {0, 1, 0, 0, 0, -3, -3},
-        {0, 1, 1, not_a_number, -1, -4, -5},
-        {0, 1, 1, 1, -1, -5, -6},
-        {0, 1, 1, 1e-12, 1e-12, -199, -199},
-        {0, 1, 1, 0.5, 0.5, 0, 0},
-    };
-    auto const check = [](auto start_point, auto path, auto turn, auto const& row, bool is_first) {
-        std::size_t const rows = row.rows > 0 ? row.rows : sizeof start_point / sizeof(double);
-        dense2D<double> coords;
-        ASSERT_TRUE(coords.resize(rows, 2, 0.5));
-        coords(0, 1) = 2;
-        decltype(start_point) const center{};
-        auto const before = values_of(coords);
-        auto indices = nodes({7});
-        bool const bad_start = row.start == 9 && !is_first;
-        auto const expect = [&](int expected, int status) {
-            EXPECT_EQ(status, expected);
-            if (expected < 0) {
-                EXPECT_EQ(values_of(coords), before);
-                EXPECT_EQ(indices.size(), 1U);
-            }
-            ASSERT_TRUE(coords.resize(rows, 2) && indices.resize(1));
-        };
-        int const by_node = bad_start ? -2 : row.translate;
-        expect(by_node, extrude_translate(coords, row.start, path, row.size_a, row.size_b, false, indices));
-        expect(bad_start ? -2 : row.rotate,
-            extrude_rotate(coords, row.start, center, turn, row.size_a, row.size_b, false, indices));
-        if (bad_start) return; // a point is never bad
-        expect(row.translate,
-            extrude_translate(coords, start_point, path, row.size_a, row.size_b, false, indices));
-        expect(row.rotate,
-            extrude_rotate(coords, start_point, center, turn, row.size_a, row.size_b, false, indices));
-    };
-    for (auto const& row : table) {
-        bool const is_first = &row == table;
-        check(point2{2, 0.5}, point2{row.path, 0}, row.path, row, is_first);
-        check(point3{2, 0.5, 0.5}, point3{row.path, 0, 0}, point3{0, 0, row.path}, row, is_first);
-    }
-}
-
 TEST(extrude, counted_forms)
 {
     auto coords = columns({{9, 9}, {1, 2}});
@@ -80,18 +27,7 @@ TEST(extrude, counted_forms)
     ASSERT_EQ(extrude_translate(coords, 0, point2{0, 0}, 2, indices), 0);
     EXPECT_EQ(values_of(coords)[52], (std::vector<double>{9, 9}));
 
-    // From a point into an empty matrix; counts of 0 look at nothing, but for one form.
-    dense2D<double> fresh;
-    EXPECT_EQ(extrude_translate(coords, point3{1, 2, 3}, point3{}, 0, indices), 0);
-    EXPECT_EQ(extrude_translate(coords, 99, point3{}, 0, indices), 0);
-    EXPECT_EQ(extrude_rotate(coords, point3{}, point3{}, point3{}, 0, indices), 0);
-    EXPECT_EQ(extrude_rotate(coords, point2{}, point2{}, 1, 0, indices), 0);
-    EXPECT_EQ(extrude_rotate(coords, 99, point2{}, 1, 0, indices), 0);
-    EXPECT_EQ(extrude_rotate(coords, 99, point3{}, point3{}, 0, indices), -5);
-    EXPECT_EQ(extrude_rotate(coords, 99, point2{}, 1, 4, indices), -2);
-    EXPECT_EQ(extrude_translate(coords, point3{}, point3{}, 1, indices), -1);
-    EXPECT_EQ(extrude_rotate(fresh, point2{}, point2{}, 1, 4294967295, indices), -199);
-    EXPECT_EQ(fresh.rows(), 0U);
+    dense2D<double> fresh; // a matrix without rows takes those of the point
     ASSERT_EQ(extrude_translate(fresh, point3{1, 2, 3}, point3{3, 0, 0}, 3, indices), 0);
     EXPECT_EQ(
         values_of(fresh), (std::vector<std::vector<double>>{{1, 2, 3}, {2, 2, 3}, {3, 2, 3}, {4, 2, 3}}));
@@ -145,4 +81,62 @@ TEST(extrude, rotates_alike_in_plane_and_space)
             for (std::size_t r = 0; r < 3; ++r) EXPECT_NEAR(space(r, 11 + k), space(r, k + 1), 2e-14);
         }
     }
+}
+
+/// Expects the statuses of the four forms of one motion in N dimensions. `draw(path, start, rest...)` calls
+/// them along a path, or along one of length 0; `size_a` is the status for the first size, and `no_elements`
+/// that for a count of 0 from a node.
+template <std::size_t N, class Draw>
+static void expect_statuses(Draw draw, int size_a, int no_elements)
+{
+    dense2D<double> coords = columns({std::vector<double>(N, 5)});
+    auto indices = nodes({9});
+    auto const run = [&](bool has_path, auto start, auto... steps) {
+        auto const before = values_of(coords);
+        int const status = draw(has_path, coords, start, steps..., indices);
+        if (status == 0) return indices.size() == 1 ? 0 : 1;
+        EXPECT_EQ(values_of(coords), before);
+        EXPECT_EQ(indices.size(), 1U);
+        return status;
+    };
+    vector_fixed<double, N> const point{};
+    EXPECT_EQ(run(true, point, 0U), 0);
+    EXPECT_EQ(run(true, 0U, 0U), no_elements);
+    EXPECT_EQ(run(true, 1U, 3U), -2);
+    EXPECT_EQ(run(true, 1U, 0.0, 0.0, false), -2);
+    EXPECT_EQ(run(false, point, 0.0, 0.0, false), -3);
+    EXPECT_EQ(run(false, 0U, 0.0, 0.0, false), -3);
+    EXPECT_EQ(run(true, point, not_a_number, 0.0, false), size_a);
+    EXPECT_EQ(run(true, 0U, 0.0, 0.0, false), size_a);
+    EXPECT_EQ(run(true, point, 1.0, -1.0, false), size_a - 1);
+    EXPECT_EQ(run(true, 0U, 1.0, not_a_number, false), size_a - 1);
+    EXPECT_EQ(run(true, point, 4294967295U), -199);
+    EXPECT_EQ(run(true, 0U, 4294967295U), -199);
+    EXPECT_EQ(run(true, point, 1e-300, 1e-300, false), -199);
+    EXPECT_EQ(run(true, 0U, 1e-300, 1e-300, false), -199);
+    coords = columns({std::vector<double>(5 - N, 5)});
+    EXPECT_EQ(run(true, point, 3U), -1);
+    EXPECT_EQ(run(true, 1U, 3U), -1);
+    EXPECT_EQ(run(false, point, 0.0, 0.0, false), -1);
+    EXPECT_EQ(run(false, 1U, 0.0, 0.0, false), -1);
+}
+
+TEST(extrude, statuses)
+{
+    auto const shift2 = [](bool has_path, auto& coords, auto start, auto... rest) {
+        return extrude_translate(coords, start, has_path ? point2{1, 0} : point2{}, rest...);
+    };
+    auto const shift3 = [](bool has_path, auto& coords, auto start, auto... rest) {
+        return extrude_translate(coords, start, has_path ? point3{1, 0, 0} : point3{}, rest...);
+    };
+    auto const turn2 = [](bool has_path, auto& coords, auto start, auto... rest) {
+        return extrude_rotate(coords, start, point2{9, 9}, has_path ? 1.0 : 0.0, rest...);
+    };
+    auto const turn3 = [](bool has_path, auto& coords, auto start, auto... rest) {
+        return extrude_rotate(coords, start, point3{9, 9, 9}, has_path ? point3{1, 0, 0} : point3{}, rest...);
+    };
+    expect_statuses<2>(shift2, -4, 0);
+    expect_statuses<3>(shift3, -4, 0);
+    expect_statuses<2>(turn2, -5, 0);
+    expect_statuses<3>(turn3, -5, -5);
 }

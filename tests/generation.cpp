@@ -131,12 +131,23 @@ TEST(metrics_gen, bends_have_a_plane)
 
     auto const connect = columns<unsigned>({{0, 3}});
     auto wrong = columns({{1, 0, 1}});
-    EXPECT_EQ(metrics_gen_aniso3d(wrong, dense2D<unsigned>(), 1, wrong), 0);
+    dense2D<unsigned> const no_elements;
+    EXPECT_EQ(metrics_gen_aniso2d(wrong, no_elements, 1, wrong), 0);
+    EXPECT_EQ(metrics_gen_aniso3d(wrong, no_elements, 1, wrong), 0);
+    EXPECT_EQ(metrics_gen_aniso3d(wrong, no_elements, 1, 1, wrong), 0);
     EXPECT_EQ(metrics_gen_aniso3d(columns({{0, 0}}), connect, 1, wrong), -1);
+    EXPECT_EQ(metrics_gen_aniso3d(columns({{0, 0}}), connect, 1, 1, wrong), -1);
+    EXPECT_EQ(metrics_gen_aniso3d(folded, connect, 1, wrong), -2);
     EXPECT_EQ(metrics_gen_aniso3d(folded, connect, 1, 1, wrong), -2);
     EXPECT_EQ(metrics_gen_aniso2d(coords, columns<unsigned>({{0, 1, 2}}), 1, wrong), -2);
+    EXPECT_EQ(metrics_gen_aniso3d(coords, connect, 1, wrong), -4);
     EXPECT_EQ(metrics_gen_aniso3d(coords, connect, 1, 1, wrong), -4);
     wrong = columns({{1, 0}});
     EXPECT_EQ(metrics_gen_aniso2d(coords, connect, 1, wrong), -4);
     EXPECT_EQ(metrics_gen_aniso2d(columns({{0}}), connect, 1, wrong), -1);
+    // What has no finite length asks for nothing.
+    dense2D<double> of_infinite;
+    auto const endless = columns({{0, 0, 0}, {infinity, 0, 0}});
+    ASSERT_EQ(metrics_gen_aniso3d(endless, columns<unsigned>({{0, 1}}), 1, of_infinite), 0);
+    EXPECT_EQ(values_of(of_infinite), (std::vector<std::vector<double>>(2, std::vector<double>(6, 0))));
 }

@@ -92,6 +92,7 @@ TEST(length, of_chains_and_meshes)
     connect(1, 1) = 3;
     EXPECT_EQ(vornik1d::length(coords, connect, result), -2);
     EXPECT_EQ(vornik1d::length(dense2D<double>(), connect, result), -1);
+    EXPECT_EQ(vornik1d::length(dense2D<double>(), nodes({0, 1}), result), -1);
     EXPECT_EQ(result, 0);
     EXPECT_EQ(vornik1d::length(coords, dense2D<unsigned>(), result), 0);
 }
@@ -126,6 +127,8 @@ TEST(parametric_curvatures, of_a_circle_and_of_odd_elements)
 
     EXPECT_EQ(vornik1d::parametric_curvatures(params, odd, tangents, result), -3);
     EXPECT_TRUE(result.empty());
+    EXPECT_EQ(
+        vornik1d::parametric_curvatures(reals({0, 1, 5, 5}), odd, columns({{1}, {1}, {1}, {1}}), result), -3);
     EXPECT_EQ(vornik1d::parametric_curvatures(reals({0, 1, 5}), odd, tangents, result), -2);
     EXPECT_EQ(vornik1d::parametric_curvatures(params, dense2D<unsigned>(), tangents, result), 0);
 }
@@ -145,8 +148,11 @@ TEST(normals, of_an_angle)
         {-1, false, -0.25, 0.75}, {largest_double, true, -1, 0}, {infinity, false, -1, 0},
         {not_a_number, false, -1, 0}, {-largest_double, false, 0, 1}, {-infinity, true, 0, 1}};
     for (auto const& row : rows) {
-        dense2D<double> result;
+        dense2D<double> result, backwards;
         ASSERT_EQ(vornik1d::normals(coords, connect, row.exponent, row.unit_length, result), 0);
+        auto const reversed = columns<unsigned>({{2, 3}, {1, 2}, {0, 1}});
+        ASSERT_EQ(vornik1d::normals(coords, reversed, row.exponent, row.unit_length, backwards), 0);
+        EXPECT_EQ(values_of(backwards), values_of(result));
         EXPECT_EQ(values_of(result)[0], (std::vector<double>{0, 1}));
         EXPECT_NEAR(result(0, 1), row.x, 1e-15) << row.exponent;
         EXPECT_NEAR(result(1, 1), row.y, 1e-15) << row.exponent;
@@ -162,4 +168,5 @@ TEST(normals, of_an_angle)
     EXPECT_EQ(vornik1d::normals(columns({{0, 0, 0}}), back, 0, true, result), -1);
     EXPECT_TRUE(result.empty());
     EXPECT_EQ(vornik1d::normals(coords, dense2D<unsigned>(), 0, true, result), 0);
+    EXPECT_EQ(vornik1d::normals(dense2D<double>(), back, 0, true, result), 0);
 }

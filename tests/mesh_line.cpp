@@ -80,6 +80,25 @@ TEST(mesh_line, arguments_may_share_storage)
     EXPECT_EQ(values_of(m.coords), values_of(own.coords));
 }
 
+TEST(mesh_line, coordinates_may_be_rows_of_a_larger_matrix)
+{
+    for (bool const by_tensors : {false, true}) {
+        meshing plain = chain_of(arc(20, 3), 0.1);
+        meshing m = plain;
+        dense2D<double> larger;
+        ASSERT_TRUE(larger.resize(3, 21, 9.0));
+        for (std::size_t k = 0; k < 21; ++k) std::copy_n(plain.coords.col(k), 2, larger.col(k));
+        m.coords = larger.sub_matrix(0, 0, 2, 21);
+        if (by_tensors) m.use_tensors(), plain.use_tensors();
+        for (int twice = 0; twice < 2; ++twice) { // the second time, onto what the first has appended
+            ASSERT_EQ(m.run() + plain.run(), 0);
+            EXPECT_EQ(values_of(m.coords), values_of(plain.coords));
+            EXPECT_EQ(values_of(m.out_metrics), values_of(plain.out_metrics));
+        }
+        EXPECT_EQ(larger(2, 5), 9);
+    }
+}
+
 TEST(mesh_line, tolerance_regimes_without_refinement)
 {
     // On a circle of radius 1 a negative tolerance bounds sizes by h^2 / 8 = -tolerance, but not below

@@ -159,6 +159,8 @@ TEST(metric, sizes_are_clamped_along_the_axes)
     expect_near(m, {(4 + 1 / 0.49) / 2, (4 - 1 / 0.49) / 2, (4 + 1 / 0.49) / 2}, 1e-14);
     vornik::bound_metric(m, 0.5, largest);
     expect_near(m, {4, 0, 4}, 1e-14);
+    EXPECT_TRUE(clamp_metric_sizes(m, 0.8, 0));
+    expect_near(m, {1 / 0.64, 0, 1 / 0.64}, 1e-14);
     tensor<3> flat{4, 0, 0, 0, 0, 1};
     EXPECT_TRUE(clamp_metric_sizes(flat, 0, 2));
     expect_near(flat, {4, 0, 0.25, 0, 0, 1}, 1e-15);
@@ -169,6 +171,25 @@ TEST(metric, sizes_are_clamped_along_the_axes)
         EXPECT_FALSE(clamp_metric_sizes(m3, 0, 0.5));
         EXPECT_TRUE(m2[2] == 1 && m3[5] == 1);
     }
+}
+
+TEST(metric, sizes_and_eigenvalues_at_the_ends_of_the_scale)
+{
+    vector<3> values{4, -4e-13, largest};
+    inverse_sqrt_guarded(values); // 4e-13 is rounding beside the largest, which stands for a size of 0
+    EXPECT_EQ(std::vector<double>(values.values, values.values + 3), (std::vector<double>{0.5, largest, 0}));
+    EXPECT_EQ(inverse_square_guarded(1e-155), largest);
+    EXPECT_EQ(inverse_square_guarded(1e155), 0);
+    EXPECT_EQ(inverse_square_guarded(not_a_number), largest);
+
+    // A tensor that cancels, of either sign: the small eigenvalue comes from the determinant, 1e-9.
+    for (double const sign : {1.0, -1.0}) {
+        vector<2> pair;
+        ASSERT_TRUE(symmetric_eigenvalues_2d(sign * 1e9, 0, sign * 1e-18, pair));
+        EXPECT_NEAR(pair[sign > 0 ? 0 : 1], sign * 1e-18, 1e-32);
+    }
+    vector<2> none;
+    EXPECT_FALSE(symmetric_eigenvalues_2d(1e308, 0, 1e308, none));
 }
 
 TEST(metric, second_tensor_of_a_pair_may_be_singular)
@@ -249,8 +270,12 @@ TEST(interpolate_metrics, statuses)
         EXPECT_EQ(interpolate_metrics(list(row.params), metrics, list(row.wanted), tensors), row.status);
         EXPECT_TRUE(values.empty() && tensors.empty());
     }
-    dense2D<double> tensors;
+    dense2D<double> tensors, no_rows;
     EXPECT_EQ(interpolate_metrics(reals({0, 1}), columns({{1, 2}, {1, 2}}), reals({0}), tensors), -2);
+    ASSERT_TRUE(no_rows.resize(0, 2));
+    EXPECT_EQ(interpolate_metrics(reals({0, 1}), no_rows, reals({0, 1, 1}), tensors), 0);
+    EXPECT_EQ(tensors.rows(), 0U);
+    EXPECT_EQ(tensors.cols(), 3U);
 }
 
 TEST(metric_interpolator, stays_finite_between_tensors_of_extreme_aspect)

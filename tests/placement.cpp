@@ -84,6 +84,9 @@ TEST(element_count, rounds_geometrically_and_clamps_in_order)
     EXPECT_EQ(element_count(5.6, false, 9, 4), 4U);
     EXPECT_EQ(element_count(1, true, 3, 3), 4U);
     EXPECT_EQ(element_count(infinity, true, 1, largest), largest - 1);
+    EXPECT_EQ(element_count(1.9e19, true, 1, largest), largest - 1);
+    EXPECT_EQ(element_count(1.9e19, true, 1, largest, true), largest); // beyond it is no even number
+    EXPECT_EQ(element_count(infinity, false, 1, largest, true), largest);
 }
 
 TEST(placement, nodes_stand_at_equal_metric_steps)

@@ -74,6 +74,37 @@ TEST(hbuckets_set, grows_by_the_table)
     EXPECT_EQ(set.buckets(), 23U);
 }
 
+TEST(hbuckets_set, knows_what_it_has_no_storage_for)
+{
+    std::mt19937 random(5);
+    for (std::size_t refused = 0; refused < 12; ++refused)
+        for (auto const extent :
+            {failing_allocations::extent::one, failing_allocations::extent::all_behind}) {
+            std::unordered_set<unsigned> expected;
+            hbuckets_set set;
+            {
+                failing_allocations const some(refused, extent);
+                bool const is_alive = set.init(10, 23, 1.0);
+                EXPECT_TRUE(is_alive || !set.contains(0));
+                for (int step = 0; step < 300; ++step) {
+                    unsigned const pair[] = {unsigned(random() % 500), unsigned(random() % 500)};
+                    step % 3 == 0 ? void(set.insert_range(pair, pair + 2)) : set.insert(pair[0]);
+                    for (unsigned const key : pair)
+                        if (set.contains(key)) expected.insert(key);
+                }
+            }
+            EXPECT_EQ(set.keys(), keys_of(set).size());
+            EXPECT_LE(set.keys(), expected.size());
+            EXPECT_TRUE(set.keys() == expected.size() || !set.is_complete());
+            for (unsigned const key : keys_of(set)) EXPECT_TRUE(set.contains(key));
+        }
+    hbuckets_set set;
+    EXPECT_FALSE(
+        set.init(4294967295, 23, 1.0) || set.init(4294967290, 500, 1.0)); // more than links can count
+    EXPECT_TRUE(set.rehash(90));
+    EXPECT_EQ(set.buckets(), 97U);
+}
+
 static std::vector<unsigned> brute_neighbors(elements const& mesh)
 {
     std::vector<unsigned> result;
@@ -375,10 +406,14 @@ TEST(remesh_lines, takes_a_failed_mesh_back)
     remeshing by_spline = r;
     ASSERT_TRUE(by_spline.coords.copy(r.coords) && by_spline.hard_nodes.copy(r.hard_nodes));
     by_spline.deviation_tolerance = 1e-9; // less than the spline strays
+    remeshing unheld = by_spline;
+    ASSERT_TRUE(unheld.coords.copy(r.coords) && unheld.hard_nodes.copy(r.hard_nodes));
+    unheld.deviation_tolerance = not_a_number; // as 0
     remeshing held = by_spline;
     ASSERT_TRUE(held.coords.copy(r.coords) && held.hard_nodes.copy(r.hard_nodes));
     held.deviation_tolerance = 0.1;
-    ASSERT_EQ(r.run() + by_spline.run() + held.run(), 0);
+    ASSERT_EQ(r.run() + by_spline.run() + held.run() + unheld.run(), 0);
+    EXPECT_EQ(values_of(unheld.coords), values_of(r.coords));
     EXPECT_EQ(values_of(by_spline.coords), values_of(r.coords));
     EXPECT_NE(values_of(held.coords), values_of(r.coords));
     EXPECT_EQ(values_of(held.connect), values_of(r.connect)); // numbered in the same way

@@ -5,6 +5,8 @@
 #include <numbers>
 #include <random>
 
+#include <vornik/toolkit.h>
+
 #include "arrays/vectors.h"
 #include "metric/sizes.h"
 #include "spline/bend_nodes.h"
@@ -248,6 +250,10 @@ TEST(mesh_spline, statuses_in_the_order_of_the_checks)
         {[](meshing& c) { c.min_elements = 0; }, -5, -5},
         {[](meshing& c) { c.min_elements = 3, c.max_elements = 2; }, -5, -5},
         {[](meshing& c) { c.sizes[6] = -1, c.metrics(0, 6) = -1; }, -3, -3},
+        {[](meshing& c) {
+             ASSERT_TRUE(vornik::metrics_iso_to_aniso3d(reals({1, 1, 1, 1, 1, 1, 1}), c.metrics));
+         },
+            -3, -3},
         {[](meshing& c) { c.sizes = c.sizes.sub_vector(0, 6), c.metrics = c.metrics.sub_matrix(0, 0, 3, 6); },
             -3, -3},
         {[](meshing& c) { c.indices[6] = 5; }, -2, -2},
@@ -290,10 +296,13 @@ TEST(mesh_spline, appends_and_keeps_only_the_ends)
 
     // An entry of a list that has to grow for the result cannot take the deviation.
     meshing inside = spline_of(arc(6, 2), 0.01);
-    EXPECT_EQ(vornik1d::mesh_spline(inside.coords, inside.indices, inside.sizes, false, 1, 1000, 0.0, 0.0,
-                  0.0, 0.0, inside.out_indices, inside.out_params, inside.out_sizes, inside.out_sizes[0]),
-        0);
-    EXPECT_EQ(inside.out_sizes[0], 0);
+    auto const call = [&inside](double& deviation) {
+        return vornik1d::mesh_spline(inside.coords, inside.indices, inside.sizes, false, 1, 1000, 0.0, 0.0,
+            0.0, 0.0, inside.out_indices, inside.out_params, inside.out_sizes, deviation);
+    };
+    EXPECT_EQ(call(inside.coords(0, 0)) + call(inside.out_params[0]) + call(inside.out_sizes[0]), 0);
+    EXPECT_EQ(inside.coords(0, 0) + inside.out_sizes[0], 0);
+    EXPECT_EQ(inside.out_params[0], 0);
 
     meshing closed = spline_of(circle(9), 0.3, true);
     ASSERT_EQ(closed.run(), 0);

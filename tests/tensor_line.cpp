@@ -167,24 +167,44 @@ TEST(mesh_straight, cuts_each_segment_on_its_own)
     EXPECT_EQ(status(ends, columns({{1, 0, 1}, {1, 0, 1}, {4, 0, 4}}), false), 5);
     EXPECT_EQ(version(), std::string("5.6.0.0"));
 
+    auto const tensors = [](std::size_t n, double entry = 1) {
+        return columns(std::vector<std::vector<double>>(n, {entry, 0, 1}));
+    };
     EXPECT_EQ(status(nodes({}), reals({}), false), -1); // success, and no element
+    EXPECT_EQ(status(nodes({}), tensors(0), false), -1);
     EXPECT_EQ(status(nodes({7}), 0U, false), -1);
     EXPECT_EQ(status(7U, 8U, 0U), -1);
+    EXPECT_EQ(status(7U, 8U, 9U, 0U), -1);
     EXPECT_EQ(status(nodes({}), 1U, false), -2);
-    EXPECT_EQ(status(nodes({0}), reals({1}), false), -2);
-    EXPECT_EQ(status(nodes({0, 3}), reals({1, 1}), false), -2);
+    for (auto const& chain : {nodes({0}), nodes({0, 3})}) {
+        EXPECT_EQ(status(chain, reals({1, 1}), false), -2);
+        EXPECT_EQ(status(chain, tensors(2), false), -2);
+        EXPECT_EQ(status(chain, 3U, false), -2);
+    }
     EXPECT_EQ(status(ends, reals({1, 1}), false), -3);
+    EXPECT_EQ(status(ends, tensors(2), false), -3);
+    EXPECT_EQ(status(ends, tensors(3, -1), false), -3);
     EXPECT_EQ(status(ends, columns({{1, 0, 1, 0, 0, 1}, {1, 0, 1, 0, 0, 1}, {1, 0, 1, 0, 0, 1}}), false), -3);
     EXPECT_EQ(status(nodes({1, 1}), 3U, false), -3);
     EXPECT_EQ(status(7U, 8U, 1.0, 1.0, false), -2);
     EXPECT_EQ(status(0U, 8U, 1.0, 1.0, false), -3);
     EXPECT_EQ(status(0U, 1U, 0.0, 0.0, false), -4);
     EXPECT_EQ(status(0U, 1U, 1.0, not_a_number, false), -5);
+    EXPECT_EQ(status(7U, 8U, 3U), -2);
+    EXPECT_EQ(status(0U, 8U, 3U), -3);
     EXPECT_EQ(status(1U, 1U, 3U), -4);
+    EXPECT_EQ(status(7U, 8U, 9U, 3U), -2);
+    EXPECT_EQ(status(0U, 8U, 9U, 3U), -3);
     EXPECT_EQ(status(0U, 1U, 8U, 3U), -4);
+    EXPECT_EQ(status(1U, 1U, 1U, 3U), -3);
 
     dense2D<double> odd = columns({{0, 0, 0, 0}, {1, 0, 0, 0}});
     auto mesh = nodes({9});
     EXPECT_EQ(mesh_straight(odd, nodes({0, 1}), reals({1, 1}), false, mesh), -1);
+    EXPECT_EQ(mesh_straight(odd, nodes({0, 1}), tensors(2), false, mesh), -1);
+    EXPECT_EQ(mesh_straight(odd, nodes({0, 1}), 2, false, mesh), -1);
+    EXPECT_EQ(mesh_straight(odd, 0, 1, 1.0, 1.0, false, mesh), -1);
+    EXPECT_EQ(mesh_straight(odd, 0, 1, 2, mesh), -1);
+    EXPECT_EQ(mesh_straight(odd, 0, 1, 0, 2, mesh), -1);
     EXPECT_EQ(mesh.size(), 1U);
 }
