@@ -96,7 +96,7 @@ TEST(allocation_failures, leave_a_network_as_it_was)
 TEST(allocation_failures, of_sets_that_outgrow_their_plan)
 {
     // Hard edges that share a bucket, and more breaks than there is room planned for.
-    constexpr std::size_t n = 97U * 50U;
+    constexpr std::size_t n = std::size_t(97) * 50;
     dense2D<double> coords;
     dense2D<unsigned> connect;
     dense1D<unsigned> hard_edges;
