@@ -1,0 +1,36 @@
+"""Remeshes the lines of a mesh file, of any format that meshio reads, and writes a file that ParaView opens.
+
+Usage: mesh_file.py INPUT SIZE OUTPUT, for example mesh_file.py frame.msh 0.1 frame.vtu
+"""
+
+import sys
+
+import meshio
+import numpy as np
+
+import vornik1d
+
+
+def remesh(mesh: meshio.Mesh, size: float) -> meshio.Mesh:
+    """The line cells of a mesh, remeshed; each block of cells keeps its number as colour."""
+    blocks = [block.data for block in mesh.cells if block.type == "line"]
+    if not blocks:
+        raise SystemExit("There are no line cells.")
+    colors = np.concatenate([np.full(len(block), k) for k, block in enumerate(blocks)])
+    result = vornik1d.remesh_lines(mesh.points, np.concatenate(blocks), size, colors=colors)
+    used, elements = np.unique(result.connect, return_inverse=True)  # without the nodes that are left over
+    points = result.coords[used]
+    if points.shape[1] == 2:
+        points = np.pad(points, ((0, 0), (0, 1)))  # ParaView's points are in space
+    return meshio.Mesh(points, [("line", elements.reshape(-1, 2))], cell_data={"color": [result.colors]})
+
+
+if __name__ == "__main__":
+    if len(sys.argv) != 4:
+        raise SystemExit(__doc__)
+    old = meshio.read(sys.argv[1])
+    new = remesh(old, float(sys.argv[2]))
+    new.write(sys.argv[3])
+    print(
+        f"{sum(len(b.data) for b in old.cells if b.type == 'line')} elements became {len(new.cells[0].data)}."
+    )

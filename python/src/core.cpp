@@ -1,0 +1,454 @@
+// The functions of the library, each overload once, on NumPy arrays. All return a tuple: the status, then what
+// the call has made or changed. The package gives them names, defaults and errors.
+
+#include <array>
+#include <optional>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include <pybind11/stl.h>
+
+#include <vornik/toolkit.h>
+
+#include "arrays.h"
+
+using namespace trelk;
+using namespace trelk::vornik1d;
+
+namespace {
+
+/// Calls `run(targets, out_targets)` with sizes or, by the dimension of the array, with tensors.
+template <class Run>
+void with_targets(real_array const& targets, Run run)
+{
+    if (targets.ndim() == 1)
+        run(list_view(targets), reals());
+    else
+        run(matrix_view(targets), matrix());
+}
+
+template <std::size_t N>
+vector_fixed<double, N> to_vector(real_array const& values)
+{
+    vector_fixed<double, N> result;
+    for (std::size_t i = 0; i < N; ++i) result[i] = values.at(static_cast<py::ssize_t>(i));
+    return result;
+}
+
+struct mesh_limits
+{
+    bool force_even;
+    unsigned min_elements;
+    unsigned max_elements;
+    double deviation_tolerance;
+    double min_size;
+};
+
+py::tuple line_mesh(real_array const& coords, node_array const& indices,
+    std::optional<real_array> const& params, real_array const& targets, mesh_limits const& limits)
+{
+    py::tuple result;
+    with_targets(targets, [&](auto const& wanted, auto out_targets) {
+        matrix new_coords = matrix_view(coords);
+        nodes const chain = list_view(indices);
+        reals const given = params ? list_view(*params) : reals();
+        nodes out;
+        reals out_params;
+        auto const run = [&](auto const&... start) {
+            return mesh_line(new_coords, chain, start..., limits.force_even, limits.min_elements,
+                limits.max_elements, limits.deviation_tolerance, limits.min_size, out, out_params,
+                out_targets);
+        };
+        int const status = unlocked([&] { return params ? run(given, wanted) : run(wanted); });
+        result = py::make_tuple(
+            status, to_array(new_coords, coords), to_array(out), to_array(out_params), to_array(out_targets));
+    });
+    return result;
+}
+
+py::tuple spline_mesh(real_array const& coords, node_array const& indices, real_array const& targets,
+    mesh_limits const& limits, double default_size, double max_gradation)
+{
+    py::tuple result;
+    with_targets(targets, [&](auto const& wanted, auto out_targets) {
+        matrix new_coords = matrix_view(coords);
+        nodes const chain = list_view(indices);
+        nodes out;
+        reals out_params;
+        double deviation = 0;
+        int const status = unlocked([&] {
+            return mesh_spline(new_coords, chain, wanted, limits.force_even, limits.min_elements,
+                limits.max_elements, limits.deviation_tolerance, limits.min_size, default_size, max_gradation,
+                out, out_params, out_targets, deviation);
+        });
+        result = py::make_tuple(status, to_array(new_coords, coords), to_array(out), to_array(out_params),
+            to_array(out_targets), deviation);
+    });
+    return result;
+}
+
+/// A call that appends nodes to coordinates and their numbers to a list.
+template <class Call>
+py::tuple append_nodes(real_array const& coords, Call call)
+{
+    matrix new_coords = matrix_view(coords);
+    nodes out;
+    int const status = unlocked([&] { return call(new_coords, out); });
+    return py::make_tuple(status, to_array(new_coords, coords), to_array(out));
+}
+
+template <std::size_t N>
+py::tuple point_of_spline(real_array const& coords, std::array<unsigned, 4> const& i, double t)
+{
+    vector_fixed<double, N> point{};
+    matrix const nodes = matrix_view(coords);
+    int const status = unlocked([&] { return spline_point(nodes, i[0], i[1], i[2], i[3], t, point); });
+    return py::make_tuple(status, py::array_t<double>(N, point.values));
+}
+
+/// A call that makes a list or a matrix.
+template <class Result, class Call>
+py::tuple make(Call call)
+{
+    Result result;
+    int const status = unlocked([&] { return call(result); });
+    return py::make_tuple(status, to_array(result));
+}
+
+/// A call that changes a copy of a matrix.
+template <class T, class Call>
+py::tuple change(py::array_t<T, py::array::c_style> const& values, Call call)
+{
+    dense2D<T> result = matrix_copy(values);
+    int const status = unlocked([&] { return call(result); });
+    return py::make_tuple(status, to_array(result));
+}
+
+/// The steps of an extrusion: a count, or the sizes at both ends.
+using steps = std::variant<unsigned, std::array<double, 2>>;
+using start = std::variant<unsigned, real_array>;
+
+/// Calls `draw(coords, start, steps..., out)`.
+template <std::size_t N, class Draw>
+py::tuple extrude(real_array const& coords, start const& from, steps const& by, bool even, Draw draw)
+{
+    auto const draw_from = [&](auto const& where) {
+        return append_nodes(coords, [&](matrix& new_coords, nodes& out) {
+            if (auto const* const count = std::get_if<unsigned>(&by))
+                return draw(new_coords, where, out, *count);
+            auto const [a, b] = std::get<1>(by);
+            return draw(new_coords, where, out, a, b, even);
+        });
+    };
+    if (auto const* const node = std::get_if<unsigned>(&from)) return draw_from(*node);
+    return draw_from(to_vector<N>(std::get<1>(from)));
+}
+
+template <std::size_t N>
+py::tuple translate(
+    real_array const& coords, start const& from, real_array const& path, steps const& by, bool even)
+{
+    auto const v = to_vector<N>(path);
+    return extrude<N>(coords, from, by, even, [&](matrix& all, auto const& where, nodes& out, auto... how) {
+        return extrude_translate(all, where, v, how..., out);
+    });
+}
+
+py::tuple rotate_in_plane(real_array const& coords, start const& from, real_array const& center, double angle,
+    steps const& by, bool even)
+{
+    auto const c = to_vector<2>(center);
+    return extrude<2>(coords, from, by, even, [&](matrix& all, auto const& where, nodes& out, auto... how) {
+        return extrude_rotate(all, where, c, angle, how..., out);
+    });
+}
+
+py::tuple rotate_in_space(real_array const& coords, start const& from, real_array const& center,
+    real_array const& rotation, steps const& by, bool even)
+{
+    auto const c = to_vector<3>(center);
+    auto const r = to_vector<3>(rotation);
+    return extrude<3>(coords, from, by, even, [&](matrix& all, auto const& where, nodes& out, auto... how) {
+        return extrude_rotate(all, where, c, r, how..., out);
+    });
+}
+
+struct remesh_limits
+{
+    bool force_even;
+    double max_angle;
+    double deviation_tolerance;
+    double max_gradation;
+    double min_size;
+    unsigned min_elements;
+    unsigned max_elements;
+};
+
+/// Calls `run(coords, connect, colors, hard_nodes)`.
+template <class Run>
+py::tuple remesh(real_array const& coords, node_array const& connect, std::optional<node_array> const& colors,
+    std::optional<node_array> const& hard_nodes, Run run)
+{
+    matrix new_coords = matrix_view(coords);
+    connectivity lines = matrix_view(connect); // replaced, not written to, and so are the colours
+    nodes new_colors = colors ? list_view(*colors) : nodes();
+    nodes breaks = hard_nodes ? list_copy(*hard_nodes) : nodes(); // written to
+    int const status = unlocked([&] { return run(new_coords, lines, new_colors, breaks); });
+    // On a failure these are the caller's arrays still.
+    if (status != 0) return py::make_tuple(status, py::none(), py::none(), py::none(), py::none());
+    if (lines.data() == connect.data() && !lines.copy(matrix_view(connect))) throw std::bad_alloc();
+    if (colors && new_colors.data() == colors->data() && !new_colors.copy(list_view(*colors)))
+        throw std::bad_alloc();
+    return py::make_tuple(
+        status, to_array(new_coords, coords), to_array(lines), to_array(new_colors), to_array(breaks));
+}
+
+void bind_line_meshing(py::module_& m)
+{
+    py::class_<mesh_limits>(m, "mesh_limits").def(py::init<bool, unsigned, unsigned, double, double>());
+    py::class_<remesh_limits>(m, "remesh_limits")
+        .def(py::init<bool, double, double, double, double, unsigned, unsigned>());
+    m.def("mesh_line", line_mesh);
+    m.def("mesh_spline", spline_mesh);
+    m.def("spline_point", [](real_array const& coords, std::array<unsigned, 4> const& i, double t) {
+        return coords.shape(1) == 2 ? point_of_spline<2>(coords, i, t) : point_of_spline<3>(coords, i, t);
+    });
+    m.def("mesh_straight_chain",
+        [](real_array const& coords, node_array const& chain, real_array const& targets, bool even) {
+            py::tuple result;
+            with_targets(targets, [&](auto const& wanted, auto const&) {
+                result = append_nodes(coords, [&](matrix& all, nodes& out) {
+                    return mesh_straight(all, list_view(chain), wanted, even, out);
+                });
+            });
+            return result;
+        });
+    m.def("mesh_straight_count",
+        [](real_array const& coords, node_array const& chain, unsigned count, bool even) {
+            nodes const indices = list_view(chain);
+            return append_nodes(coords,
+                [&](matrix& all, nodes& out) { return mesh_straight(all, indices, count, even, out); });
+        });
+    m.def("mesh_segment_sizes", [](real_array const& coords, std::array<unsigned, 2> const& ends,
+                                    std::array<double, 2> const& sizes, bool even) {
+        return append_nodes(coords, [&](matrix& all, nodes& out) {
+            return mesh_straight(all, ends[0], ends[1], sizes[0], sizes[1], even, out);
+        });
+    });
+    m.def("mesh_segment_count",
+        [](real_array const& coords, std::vector<unsigned> const& ends, unsigned count) {
+            return append_nodes(coords, [&](matrix& all, nodes& out) {
+                return ends.size() == 2 ? mesh_straight(all, ends.at(0), ends.at(1), count, out)
+                                        : mesh_straight(all, ends.at(0), ends.at(1), ends.at(2), count, out);
+            });
+        });
+    m.def("remesh_lines",
+        [](real_array const& coords, node_array const& connect, double size, remesh_limits const& by) {
+            return remesh(coords, connect, {}, {}, [&](matrix& all, connectivity& lines, nodes&, nodes&) {
+                return remesh_lines(all, lines, size, by.force_even, by.max_angle, by.deviation_tolerance,
+                    by.max_gradation, by.min_size, by.min_elements, by.max_elements);
+            });
+        });
+    m.def("remesh_colored_lines", [](real_array const& coords, node_array const& connect, double size,
+                                      node_array const& colors, remesh_limits const& by) {
+        return remesh(
+            coords, connect, colors, {}, [&](matrix& all, connectivity& lines, nodes& new_colors, nodes&) {
+                return remesh_lines(all, lines, size, new_colors, by.force_even, by.max_angle,
+                    by.deviation_tolerance, by.max_gradation, by.min_size, by.min_elements, by.max_elements);
+            });
+    });
+    m.def("remesh_hard_lines",
+        [](real_array const& coords, node_array const& connect, double size, real_array const& sizes,
+            node_array const& colors, node_array const& hard_nodes, node_array const& hard_edges,
+            remesh_limits const& by) {
+            reals const own_sizes = list_view(sizes);
+            nodes const edges = list_view(hard_edges);
+            return remesh(coords, connect, colors, hard_nodes,
+                [&](matrix& all, connectivity& lines, nodes& new_colors, nodes& breaks) {
+                    return remesh_lines(all, lines, size, own_sizes, new_colors, breaks, edges, by.force_even,
+                        by.max_angle, by.deviation_tolerance, by.max_gradation, by.min_size, by.min_elements,
+                        by.max_elements);
+                });
+        });
+}
+
+void bind_extrusion(py::module_& m)
+{
+    m.def("extrude_translate",
+        [](real_array const& coords, start const& from, real_array const& path, steps const& by, bool even) {
+            return path.size() == 2 ? translate<2>(coords, from, path, by, even)
+                                    : translate<3>(coords, from, path, by, even);
+        });
+    m.def("extrude_rotate_2d", rotate_in_plane);
+    m.def("extrude_rotate_3d", rotate_in_space);
+}
+
+void bind_metrics(py::module_& m)
+{
+    m.def("interpolate_metrics",
+        [](real_array const& params, real_array const& values, real_array const& wanted) {
+            py::tuple result;
+            reals const from = list_view(params);
+            reals const to = list_view(wanted);
+            with_targets(values, [&](auto const& given, auto out) {
+                int const status = unlocked([&] { return interpolate_metrics(from, given, to, out); });
+                result = py::make_tuple(status, to_array(out));
+            });
+            return result;
+        });
+    m.def("metrics_from_directions", [](real_array const& directions, node_array const& indices, double along,
+                                         double across, real_array const& metrics) {
+        matrix const given = matrix_view(directions);
+        nodes const chain = list_view(indices);
+        return change(
+            metrics, [&](matrix& all) { return metrics_gen_aniso2d(given, chain, along, across, all); });
+    });
+    m.def("metrics_gen_aniso2d", [](real_array const& coords, node_array const& connect, double normal_size,
+                                     real_array const& metrics) {
+        matrix const all = matrix_view(coords);
+        connectivity const lines = matrix_view(connect);
+        return change(
+            metrics, [&](matrix& result) { return metrics_gen_aniso2d(all, lines, normal_size, result); });
+    });
+    m.def("metrics_gen_aniso3d", [](real_array const& coords, node_array const& connect, double normal_size,
+                                     std::optional<double> binormal_size, real_array const& metrics) {
+        matrix const all = matrix_view(coords);
+        connectivity const lines = matrix_view(connect);
+        return change(metrics, [&](matrix& result) {
+            return binormal_size ? metrics_gen_aniso3d(all, lines, normal_size, *binormal_size, result)
+                                 : metrics_gen_aniso3d(all, lines, normal_size, result);
+        });
+    });
+}
+
+void bind_measures(py::module_& m)
+{
+    m.def("curvatures", [](real_array const& coords, node_array const& indices) {
+        matrix const all = matrix_view(coords);
+        nodes const chain = list_view(indices);
+        return make<reals>([&](reals& result) { return curvatures(all, chain, result); });
+    });
+    m.def("interpolate_coordinates",
+        [](real_array const& coords, node_array const& indices, real_array const& params,
+            node_array const& new_indices, real_array const& new_params) {
+            nodes const chain = list_view(indices);
+            nodes const moved = list_view(new_indices);
+            reals const at = list_view(params);
+            reals const to = list_view(new_params);
+            return change(
+                coords, [&](matrix& all) { return interpolate_coordinates(all, chain, at, moved, to); });
+        });
+    m.def("length", [](real_array const& coords, node_array const& elements) {
+        double result = 0;
+        matrix const all = matrix_view(coords);
+        int const status = unlocked([&] {
+            return elements.ndim() == 1 ? vornik1d::length(all, list_view(elements), result)
+                                        : vornik1d::length(all, matrix_view(elements), result);
+        });
+        return py::make_tuple(status, result);
+    });
+    m.def("parametric_curvatures", [](real_array const& params, node_array const& connect,
+                                       real_array const& tangents) {
+        reals const at = list_view(params);
+        connectivity const lines = matrix_view(connect);
+        matrix const given = matrix_view(tangents);
+        return make<reals>([&](reals& result) { return parametric_curvatures(at, lines, given, result); });
+    });
+    m.def("normals",
+        [](real_array const& coords, node_array const& connect, double exponent, bool unit_length) {
+            matrix const all = matrix_view(coords);
+            connectivity const lines = matrix_view(connect);
+            return make<matrix>(
+                [&](matrix& result) { return normals(all, lines, exponent, unit_length, result); });
+        });
+}
+
+void bind_elements(py::module_& m)
+{
+    using along = int (*)(nodes const&, connectivity&) noexcept;
+    for (auto const& [name, append] :
+        {std::pair<char const*, along>("indices_to_connectE2", indices_to_connectE2),
+            {"indices_to_connectE3", indices_to_connectE3}, {"indices_to_connectE4", indices_to_connectE4}})
+        m.def(name, [append](node_array const& indices, node_array const& connect) {
+            nodes const chain = list_view(indices);
+            return change(connect, [&](connectivity& lines) { return append(chain, lines); });
+        });
+    m.def("split_into_linear", [](node_array const& connect_in, node_array const& connect_out) {
+        connectivity const given = matrix_view(connect_in);
+        return change(connect_out, [&](connectivity& lines) { return split_into_linear(given, lines); });
+    });
+    m.def("convert_into_linear",
+        [](node_array const& connect) { return change(connect, convert_into_linear); });
+    m.def("convert_into_high_order",
+        [](real_array const& coords, node_array const& connect, unsigned extra_nodes) {
+            matrix all = matrix_view(coords);
+            connectivity lines = matrix_copy(connect);
+            connectivity const given = lines;
+            connectivity result;
+            int const status = unlocked([&] {
+                if (extra_nodes == 0) return convert_into_high_order(all, lines, extra_nodes);
+                return convert_into_high_order(all, given, extra_nodes, result);
+            });
+            return py::make_tuple(status, to_array(all, coords), to_array(extra_nodes == 0 ? lines : result));
+        });
+    using in_place = int (*)(matrix&, connectivity&) noexcept;
+    for (auto const& [name, convert] :
+        {std::pair<char const*, in_place>("convert_into_quadratic", convert_into_quadratic),
+            {"convert_into_cubic", convert_into_cubic}})
+        m.def(name, [convert](real_array const& coords, node_array const& connect) {
+            matrix all = matrix_view(coords);
+            connectivity lines = matrix_copy(connect);
+            int const status = unlocked([&] { return convert(all, lines); });
+            return py::make_tuple(status, to_array(all, coords), to_array(lines));
+        });
+    m.def("flip", [](node_array const& connect) { return change(connect, flip); });
+    m.def("get_neighbors", [](node_array const& connect) {
+        connectivity const lines = matrix_view(connect);
+        return make<connectivity>([&](connectivity& result) {
+            return vornik::get_neighbors(lines, vornik::element_type::edge, false, result);
+        });
+    });
+    m.def("mesh_reorient",
+        [](node_array const& connect, node_array const& neighbors, unsigned first, bool all_components) {
+            connectivity lines = matrix_copy(connect);
+            connectivity sides = matrix_copy(neighbors);
+            int const status =
+                unlocked([&] { return mesh_reorient(lines, sides, first, all_components ? 1 : 0); });
+            return py::make_tuple(status, to_array(lines), to_array(sides));
+        });
+}
+
+void bind_parameters(py::module_& m)
+{
+    m.def("sort", [](real_array const& params, node_array const& indices) {
+        reals values = list_copy(params);
+        nodes list = list_copy(indices);
+        int const status = unlocked([&] { return vornik1d::sort(values, list); });
+        return py::make_tuple(status, to_array(values), to_array(list));
+    });
+    m.def("subdivide", [](real_array const& params, real_array const& sizes, node_array const& indices,
+                           bool round_up, bool even, unsigned fewest, unsigned most) {
+        reals values = list_copy(params);
+        reals targets = list_copy(sizes);
+        nodes const chain = list_view(indices);
+        nodes out;
+        int const status =
+            unlocked([&] { return subdivide(values, targets, chain, round_up, even, fewest, most, out); });
+        return py::make_tuple(status, to_array(values), to_array(targets), to_array(out));
+    });
+    m.def("version", version, "The version of the library.");
+}
+
+} // namespace
+
+PYBIND11_MODULE(_core, m)
+{
+    m.doc() = "The compiled part of vornik1d. Use the functions of the package.";
+    bind_line_meshing(m);
+    bind_extrusion(m);
+    bind_metrics(m);
+    bind_measures(m);
+    bind_elements(m);
+    bind_parameters(m);
+}

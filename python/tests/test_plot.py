@@ -1,0 +1,86 @@
+"""Drawings show what they are given, and the examples run."""
+
+import doctest
+import json
+import runpy
+import sys
+from pathlib import Path
+
+import matplotlib
+import numpy as np
+import pytest
+
+matplotlib.use("agg")
+import matplotlib.pyplot as plt
+
+import vornik1d
+from vornik1d import plot
+
+ROOT = Path(__file__).parents[2]
+
+
+def test_documentation():
+    result = doctest.testmod(plot)
+    assert result.attempted > 0 and result.failed == 0
+
+
+def test_lines_show_each_element_in_its_color():
+    coords = [[0, 0], [1, 0], [1, 2], [5, 5]]
+    ax = plot.lines(coords, [[0, 1], [1, 2]], colors=[7, 4])
+    segments, dots = ax.collections
+    assert np.array_equal(segments.get_segments(), [[[0, 0], [1, 0]], [[1, 0], [1, 2]]])
+    assert len(np.unique(segments.get_colors(), axis=0)) == 2
+    assert len(dots.get_offsets()) == 3
+    assert ax.get_ylim()[1] > 2
+    space = plot.lines(np.eye(3), [0, 2])
+    assert space.name == "3d"
+    with pytest.raises(ValueError, match="lines: colors"):
+        plot.lines(coords, [[0, 1], [1, 2]], colors=[7])
+    with pytest.raises(ValueError, match="lines: connect"):
+        plot.lines(coords, [[0, 4]])
+    plt.close("all")
+
+
+def test_targets_have_the_sizes_asked():
+    turn = np.array([[0.8, -0.6], [0.6, 0.8]])
+    tensor = turn @ np.diag([1 / 9, 1 / 4]) @ turn.T  # size 3 along (0.8, 0.6), 2 across
+    ellipses = plot.targets([[1, 1]], metrics=tensor[None]).collections[0]
+    width, height = 2 * ellipses._widths[0], 2 * ellipses._heights[0]
+    assert np.allclose([width, height], [6, 4])
+    assert np.isclose(np.tan(ellipses._angles[0]), 0.75)
+    plt.close("all")
+
+
+def run(name, *arguments):
+    sys.argv = [name, *map(str, arguments)]
+    runpy.run_path(str(ROOT / "python/examples" / name), run_name="__main__")
+    plt.close("all")
+
+
+def test_examples(tmp_path, monkeypatch, capsys):
+    meshio = pytest.importorskip("meshio")
+    monkeypatch.chdir(tmp_path)
+    run("line.py")
+    assert (tmp_path / "line.png").stat().st_size > 1000
+
+    frame = [("line", [[0, 1], [1, 2]]), ("triangle", [[0, 1, 2]]), ("line", [[2, 3]])]
+    meshio.Mesh([[0, 0, 0], [1, 0, 0], [1, 1, 0], [1, 1, 2.0]], frame).write("frame.vtk")
+    run("mesh_file.py", "frame.vtk", 0.1, "frame.vtu")
+    made = meshio.read("frame.vtu")
+    elements = made.cells[0].data
+    assert list(np.bincount(made.cell_data["color"][0])) == [20, 20]
+    assert np.isclose(vornik1d.length(made.points, connect=elements), 4)
+
+    source = ROOT / "data/europe-borders.geojson"
+    run("geojson.py", source, 50, "borders.geojson")
+    old, new = (json.loads(Path(p).read_text()) for p in (source, "borders.geojson"))
+    assert len(new["features"]) == len(old["features"])
+    for a, b in zip(old["features"], new["features"]):
+        assert a["properties"] == b["properties"]
+        line, pieces = np.array(a["geometry"]["coordinates"])[:, :2], b["geometry"]["coordinates"]
+        ends = np.array([p for piece in pieces for p in piece])
+        if (line[0] != line[-1]).any():  # an open line still begins where it began
+            assert np.hypot(*(ends - line[0]).T).min() < 1e-9
+        assert (ends.min(axis=0) > line.min(axis=0) - 0.1).all() and (
+            ends.max(axis=0) < line.max(axis=0) + 0.1
+        ).all()

@@ -1,0 +1,194 @@
+"""Arguments of the library from what Python users hand over, and errors that name the argument at fault."""
+
+from __future__ import annotations
+
+import operator
+from typing import Any, Mapping, NoReturn, Optional, Sequence, SupportsIndex, Tuple, Union
+
+import numpy as np
+import numpy.typing as npt
+
+Reals = npt.NDArray[np.float64]
+Nodes = npt.NDArray[np.uint32]
+Real = Union[float, "np.floating[Any]"]
+Statuses = Mapping[int, Tuple[str, str]]
+
+UNLIMITED = 4294967295
+NO_STORAGE = -199
+
+
+class Arguments:
+    """Converts the arguments of one function; arrays that fit already are handed on without a copy."""
+
+    def __init__(self, function: str) -> None:
+        self._function = function
+
+    def fail(self, name: str, fault: str) -> NoReturn:
+        raise ValueError(f"{self._function}: {name}: {fault}")
+
+    def _reject(self, name: str, fault: str) -> NoReturn:
+        raise TypeError(f"{self._function}: {name}: {fault}")
+
+    def check(self, status: int, statuses: Statuses) -> None:
+        if status >= 0:
+            return
+        if NO_STORAGE <= status <= NO_STORAGE + 4:
+            raise MemoryError(f"{self._function}: no storage")
+        self.fail(*statuses[status])
+
+    def _array(self, name: str, value: npt.ArrayLike) -> npt.NDArray[Any]:
+        try:
+            return np.asarray(value)
+        except (TypeError, ValueError) as error:
+            self._reject(name, f"not an array of numbers ({error})")
+
+    def _reals(self, name: str, value: npt.ArrayLike) -> Reals:
+        array = self._array(name, value)
+        if array.dtype.kind not in "iuf":
+            self._reject(name, f"must hold real numbers, not {array.dtype}")
+        if array.ndim == 0:
+            return array.astype(np.float64)
+        return np.ascontiguousarray(array, dtype=np.float64)
+
+    def _nodes(self, name: str, value: npt.ArrayLike) -> Nodes:
+        array = self._array(name, value)
+        if array.dtype.kind not in "iu" and array.size > 0:
+            self._reject(name, f"must hold integers, not {array.dtype}")
+        if array.size > 0 and (array.min() < 0 or array.max() > UNLIMITED):
+            self.fail(name, "an entry is negative or above 4294967295")
+        return np.ascontiguousarray(array, dtype=np.uint32)
+
+    def reals(self, name: str, value: npt.ArrayLike) -> Reals:
+        """A list of numbers."""
+        array = self._reals(name, value)
+        if array.ndim != 1:
+            self.fail(name, f"must have one dimension, not shape {array.shape}")
+        return array
+
+    def nodes(self, name: str, value: npt.ArrayLike) -> Nodes:
+        """A list of node numbers."""
+        array = self._nodes(name, value)
+        if array.ndim != 1:
+            self.fail(name, f"must have one dimension, not shape {array.shape}")
+        return array
+
+    def matrix(self, name: str, value: npt.ArrayLike, columns: Sequence[int] = ()) -> Reals:
+        """Rows of numbers, as many in each as one of `columns` says."""
+        array = self._reals(name, value)
+        if array.size == 0 and array.ndim == 1:
+            array = array.reshape(0, columns[0] if columns else 0)
+        if array.ndim != 2 or (columns and array.shape[1] not in columns):
+            shapes = " or ".join(f"(n, {k})" for k in columns) if columns else "(n, k)"
+            self.fail(name, f"must have shape {shapes}, not {array.shape}")
+        return array
+
+    def coords(self, value: npt.ArrayLike, name: str = "coords") -> Reals:
+        """Node positions in the plane or in space."""
+        return self.matrix(name, value, (2, 3))
+
+    def elements(self, name: str, value: npt.ArrayLike, least: int = 2) -> Nodes:
+        """Elements, by rows of node numbers."""
+        array = self._nodes(name, value)
+        if array.size == 0 and array.ndim == 1:
+            array = array.reshape(0, least)
+        if array.ndim != 2 or array.shape[1] < least:
+            self.fail(name, f"must have shape (m, {least}) at least, not {array.shape}")
+        return array
+
+    def chain(self, value: Optional[npt.ArrayLike], coords: Reals, name: str = "indices") -> Nodes:
+        """A list of node numbers, which are all nodes in order if none is given."""
+        if value is None:
+            return np.arange(len(coords), dtype=np.uint32)
+        return self.nodes(name, value)
+
+    def per_entry(self, name: str, value: npt.ArrayLike, count: int) -> Reals:
+        """A number per entry, from one for all if a single one is given."""
+        array = self._reals(name, value)
+        if array.ndim == 0:
+            return np.full(count, array)
+        if array.ndim != 1:
+            self.fail(name, f"must be a number or have one dimension, not shape {array.shape}")
+        return array
+
+    def targets(
+        self,
+        sizes: Optional[npt.ArrayLike],
+        metrics: Optional[npt.ArrayLike],
+        count: int,
+        dimension: int,
+    ) -> Reals:
+        """Sizes or packed tensors, of which one must be given."""
+        if (sizes is None) == (metrics is None):
+            self._reject("sizes, metrics", "give one of them")
+        if metrics is None:
+            assert sizes is not None
+            return self.per_entry("sizes", sizes, count)
+        return self.tensors("metrics", metrics, dimension)
+
+    def tensors(self, name: str, value: npt.ArrayLike, dimension: int) -> Reals:
+        """Tensors, packed or as matrices of shape (n, d, d)."""
+        array = self._reals(name, value)
+        if array.ndim == 3:
+            try:
+                return pack_metrics(array)
+            except ValueError as error:
+                self.fail(name, str(error))
+        return self.matrix(name, array, (dimension * (dimension + 1) // 2,))
+
+    def count(self, name: str, value: SupportsIndex) -> int:
+        """An integer that 32 bits hold."""
+        try:
+            result = operator.index(value)
+        except TypeError:
+            self._reject(name, f"must be an integer, not {type(value).__name__}")
+        if not 0 <= result <= UNLIMITED:
+            self.fail(name, f"{result} is negative or above 4294967295")
+        return result
+
+    def real(self, name: str, value: Real) -> float:
+        if isinstance(value, (str, bytes)):
+            self._reject(name, f"must be a number, not {type(value).__name__}")
+        try:
+            return float(value)
+        except (TypeError, ValueError):
+            self._reject(name, f"must be a number, not {type(value).__name__}")
+
+    def vector(self, name: str, value: npt.ArrayLike, dimension: Optional[int] = None) -> Reals:
+        """A point or a vector, of the dimension if one is asked for."""
+        array = self._reals(name, value)
+        if array.shape not in ([(2,), (3,)] if dimension is None else [(dimension,)]):
+            asked = "2 or 3" if dimension is None else str(dimension)
+            self.fail(name, f"must hold {asked} numbers, not have shape {array.shape}")
+        return array
+
+
+def pack_metrics(tensors: npt.ArrayLike) -> Reals:
+    """Packs symmetric matrices, shape (n, d, d) with d = 2 or 3, into rows of 3 or 6 numbers.
+
+    The rows are (m00, m01, m11) in the plane and (m00, m01, m11, m02, m12, m22) in space.
+    """
+    full = np.asarray(tensors, dtype=np.float64)
+    if full.ndim != 3 or full.shape[1:] not in ((2, 2), (3, 3)):
+        raise ValueError(f"must have shape (n, 2, 2) or (n, 3, 3), not {full.shape}")
+    if not np.array_equal(full, full.transpose(0, 2, 1), equal_nan=True):
+        raise ValueError("a matrix is not symmetric")
+    rows, columns = _packing(full.shape[1])
+    return np.ascontiguousarray(full[:, rows, columns])
+
+
+def unpack_metrics(packed: npt.ArrayLike) -> Reals:
+    """Unpacks rows of 3 or 6 numbers into symmetric matrices, shape (n, 2, 2) or (n, 3, 3)."""
+    rows_given = np.asarray(packed, dtype=np.float64)
+    if rows_given.ndim != 2 or rows_given.shape[1] not in (3, 6):
+        raise ValueError(f"must have shape (n, 3) or (n, 6), not {rows_given.shape}")
+    dimension = 2 if rows_given.shape[1] == 3 else 3
+    rows, columns = _packing(dimension)
+    result = np.empty((len(rows_given), dimension, dimension))
+    result[:, rows, columns] = rows_given
+    result[:, columns, rows] = rows_given
+    return result
+
+
+def _packing(dimension: int) -> Tuple[Sequence[int], Sequence[int]]:
+    pairs = [(i, j) for j in range(dimension) for i in range(j + 1)]
+    return [i for i, _ in pairs], [j for _, j in pairs]

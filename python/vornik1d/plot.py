@@ -1,0 +1,115 @@
+"""Draws lines with Matplotlib: lines and their nodes, colours, sizes as circles, tensors as ellipses.
+
+    >>> import matplotlib; matplotlib.use("agg")
+    >>> import vornik1d
+    >>> from vornik1d import plot
+    >>> mesh = vornik1d.mesh_line([[0, 0], [10, 0], [10, 6]], [1, 0.2, 1])
+    >>> axes = plot.lines(mesh.coords, mesh.indices)
+    >>> _ = plot.targets(mesh.coords[mesh.indices], sizes=mesh.sizes, ax=axes)
+"""
+
+from __future__ import annotations
+
+from typing import Any, Optional
+
+import numpy as np
+import numpy.typing as npt
+
+from ._arguments import Arguments, unpack_metrics
+
+try:
+    import matplotlib.pyplot as plt
+    from matplotlib.collections import EllipseCollection, LineCollection
+    from mpl_toolkits.mplot3d.art3d import Line3DCollection
+except ImportError as error:
+    raise ImportError("vornik1d.plot needs Matplotlib: pip install vornik1d[plot]") from error
+
+__all__ = ["lines", "targets"]
+
+
+def lines(
+    coords: npt.ArrayLike,
+    connect: Optional[npt.ArrayLike] = None,
+    *,
+    colors: Optional[npt.ArrayLike] = None,
+    nodes: bool = True,
+    ax: Any = None,
+    **style: Any,
+) -> Any:
+    """Draw lines in the plane or in space, and return the axes.
+
+    coords: (n, d) node positions, d = 2 or 3.
+    connect: (m, 2) elements, or a list of nodes in the order of travel; all nodes in order if not given.
+    colors: a number per element; elements of one number have one colour.
+    nodes: whether to draw dots at the nodes.
+    ax: the axes to draw on; new ones with equal units if not given.
+    style: further arguments of Matplotlib's LineCollection.
+    """
+    a = Arguments("lines")
+    points = a.coords(coords)
+    if connect is None or np.ndim(connect) == 1:
+        chain = a.chain(connect, points, "connect")
+        elements = np.stack([chain[:-1], chain[1:]], axis=1)
+    else:
+        elements = a.elements("connect", connect)[:, :2]
+    if elements.size > 0 and elements.max() >= len(points):
+        a.fail("connect", "holds a node that there is not")
+    in_space = points.shape[1] == 3
+    if ax is None:
+        ax = plt.figure().add_subplot(projection="3d" if in_space else None)
+        ax.set_aspect("equal")
+    if colors is not None:
+        numbers = a.nodes("colors", colors)
+        if len(numbers) != len(elements):
+            a.fail("colors", "must hold a number per element")
+        _, rank = np.unique(numbers, return_inverse=True)
+        style["colors"] = plt.get_cmap("tab10")(rank % 10)
+    style.setdefault("linewidths", 1.2)
+    collection = Line3DCollection if in_space else LineCollection
+    ax.add_collection(collection(points[elements], **style))
+    if nodes:
+        used = points[np.unique(elements)]
+        ax.scatter(*used.T, s=8, color="black", zorder=3)
+    ax.auto_scale_xyz(*points.T) if in_space else ax.autoscale_view()
+    return ax
+
+
+def targets(
+    positions: npt.ArrayLike,
+    *,
+    sizes: Optional[npt.ArrayLike] = None,
+    metrics: Optional[npt.ArrayLike] = None,
+    ax: Any = None,
+    **style: Any,
+) -> Any:
+    """Draw target sizes as circles, or tensors as ellipses, and return the axes.
+
+    From the middle to the rim, an element is as long as it should be.
+
+    positions: (k, 2) where they stand.
+    sizes: (k,) sizes, or metrics: (k, 3) packed tensors or (k, 2, 2) matrices.
+    """
+    a = Arguments("targets")
+    points = a.matrix("positions", positions, (2,))
+    given = a.targets(sizes, metrics, len(points), 2)
+    if len(given) != len(points):
+        a.fail("sizes, metrics", "must be one per position")
+    if metrics is None:
+        widths = heights = 2 * given
+        angles = np.zeros(len(points))
+    else:
+        values, vectors = np.linalg.eigh(unpack_metrics(given))
+        widths, heights = 2 / np.sqrt(values.T)
+        angles = np.degrees(np.arctan2(vectors[:, 1, 0], vectors[:, 0, 0]))
+    if ax is None:
+        ax = plt.figure().add_subplot()
+        ax.set_aspect("equal")
+    style = {"facecolors": "none", "edgecolors": "tab:blue", "linewidths": 0.8, **style}
+    ax.add_collection(
+        EllipseCollection(
+            widths, heights, angles, units="xy", offsets=points, offset_transform=ax.transData, **style
+        )
+    )
+    ax.update_datalim(np.concatenate([points - widths[:, None] / 2, points + widths[:, None] / 2]))
+    ax.autoscale_view()
+    return ax
