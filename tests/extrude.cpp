@@ -28,6 +28,7 @@ TEST(extrude, counted_forms)
     EXPECT_EQ(values_of(coords)[52], (std::vector<double>{9, 9}));
 
     dense2D<double> fresh; // a matrix without rows takes those of the point
+    ASSERT_TRUE(fresh.resize(0, 3));
     ASSERT_EQ(extrude_translate(fresh, point3{1, 2, 3}, point3{3, 0, 0}, 3, indices), 0);
     EXPECT_EQ(
         values_of(fresh), (std::vector<std::vector<double>>{{1, 2, 3}, {2, 2, 3}, {3, 2, 3}, {4, 2, 3}}));
@@ -41,6 +42,16 @@ TEST(extrude, sizes_set_the_steps)
     EXPECT_EQ(indices.size(), 1U + 10); // the boundary of 8 and 10 is their geometric mean, 8.94
     ASSERT_EQ(extrude_translate(coords, 0, point2{0, 0.1}, 1, 1, false, indices), 0);
     EXPECT_EQ(indices.size(), 11U + 2);
+
+    EXPECT_EQ(extrude_translate(coords, 0, point2{not_a_number, 0}, 0.0, 1, false, indices), -4);
+
+    // The path of a rotation in space is as long as the distance from its axis, not from its centre, says.
+    dense2D<double> space;
+    indices.clear();
+    ASSERT_EQ(extrude_rotate(space, point3{1, 0, 5}, point3{}, point3{0, 0, 1}, 0.1, 0.1, false, indices), 0);
+    EXPECT_EQ(indices.size(), 11U);
+    ASSERT_EQ(extrude_rotate(space, point3{1e307, 0, 0}, point3{}, point3{0, 0, 6}, 1, indices), 0);
+    EXPECT_NEAR(space(0, 12) / 1e307, std::cos(6.0), 1e-14); // its squares are finite
 
     // A metric length of ln(4) / 0.3 = 4.6 makes five steps, each 4^(1/5) times as long as the one before.
     coords.clear(), indices.clear();
@@ -100,6 +111,11 @@ static void expect_statuses(Draw draw, int size_a, int no_elements)
         return status;
     };
     vector_fixed<double, N> const point{};
+    EXPECT_EQ(draw(true, coords, point, 1e9, 1e9, true, indices), 0);
+    EXPECT_EQ(indices.size(), 4U); // an even number of steps
+    EXPECT_EQ(draw(true, coords, 0U, 1e9, 1e9, true, indices), 0);
+    EXPECT_EQ(indices.size(), 7U);
+    ASSERT_TRUE(indices.resize(1) && coords.resize(N, 1));
     EXPECT_EQ(run(true, point, 0U), 0);
     EXPECT_EQ(run(true, 0U, 0U), no_elements);
     EXPECT_EQ(run(true, 1U, 3U), -2);
@@ -109,6 +125,7 @@ static void expect_statuses(Draw draw, int size_a, int no_elements)
     EXPECT_EQ(run(true, point, not_a_number, 0.0, false), size_a);
     EXPECT_EQ(run(true, 0U, 0.0, 0.0, false), size_a);
     EXPECT_EQ(run(true, point, 1.0, -1.0, false), size_a - 1);
+    EXPECT_EQ(run(true, 0U, 1.0, 0.0, false), size_a - 1);
     EXPECT_EQ(run(true, 0U, 1.0, not_a_number, false), size_a - 1);
     EXPECT_EQ(run(true, point, 4294967295U), -199);
     EXPECT_EQ(run(true, 0U, 4294967295U), -199);
@@ -123,16 +140,16 @@ static void expect_statuses(Draw draw, int size_a, int no_elements)
 
 TEST(extrude, statuses)
 {
-    auto const shift2 = [](bool has_path, auto& coords, auto start, auto... rest) {
+    auto const shift2 = [](bool has_path, auto& coords, auto start, auto&&... rest) {
         return extrude_translate(coords, start, has_path ? point2{1, 0} : point2{}, rest...);
     };
-    auto const shift3 = [](bool has_path, auto& coords, auto start, auto... rest) {
+    auto const shift3 = [](bool has_path, auto& coords, auto start, auto&&... rest) {
         return extrude_translate(coords, start, has_path ? point3{1, 0, 0} : point3{}, rest...);
     };
-    auto const turn2 = [](bool has_path, auto& coords, auto start, auto... rest) {
+    auto const turn2 = [](bool has_path, auto& coords, auto start, auto&&... rest) {
         return extrude_rotate(coords, start, point2{9, 9}, has_path ? 1.0 : 0.0, rest...);
     };
-    auto const turn3 = [](bool has_path, auto& coords, auto start, auto... rest) {
+    auto const turn3 = [](bool has_path, auto& coords, auto start, auto&&... rest) {
         return extrude_rotate(coords, start, point3{9, 9, 9}, has_path ? point3{1, 0, 0} : point3{}, rest...);
     };
     expect_statuses<2>(shift2, -4, 0);

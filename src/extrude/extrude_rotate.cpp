@@ -39,7 +39,7 @@ struct space_rotation
 
     double path_length(vector<3> const& p) const { return norm(cross(p - center, rotation)); }
 
-    /// Rodrigues' formula: R d = d + a r x d + b r x (r x d).
+    /// Rodrigues' formula: R = I + a K + b K^2, where K v = r x v.
     vector<3> position(vector<3> const& p, double t) const
     {
         auto const r = t * rotation;
@@ -47,15 +47,24 @@ struct space_rotation
         double const h = std::sqrt(q);
         double a = 0;   // sin(h) / h
         double b = 0;   // (1 - cos(h)) / h^2
-        if (h <= 0.1) { // which loses digits in the differences above, but not in their series
-            a = 1 - q / 6 * (1 - q / 20 * (1 - q / 42 * (1 - q / 72 * (1 - q / 110))));
-            b = 0.5 - q / 24 * (1 - q / 30 * (1 - q / 56 * (1 - q / 90)));
+        if (h <= 0.1) { // which loses digits in the differences below, but not in their series
+            a = 1 - q / 6 + q * q / 120 - q * q * q / 5040 + q * q * q * q / 362880 -
+                q * q * q * q * q / 39916800;
+            b = 0.5 - q / 24 + q * q / 720 - q * q * q / 40320 + q * q * q * q / 3628800;
         } else {
             a = std::sin(h) / h;
             b = (1 - std::cos(h)) * (1 / q);
         }
+        vector<3> const skew[3] = {{0, -r[2], r[1]}, {r[2], 0, -r[0]}, {-r[1], r[0], 0}};
         auto const d = p - center;
-        return center + d + a * cross(r, d) + b * (dot(r, d) * r - q * d);
+        auto result = center;
+        for (std::size_t i = 0; i < 3; ++i) {
+            vector<3> row;
+            for (std::size_t j = 0; j < 3; ++j)
+                row[j] = (i == j ? 1.0 : 0.0) + a * skew[i][j] + b * (r[i] * r[j] - (i == j ? q : 0.0));
+            result[i] += dot(row, d);
+        }
+        return result;
     }
 };
 
