@@ -118,6 +118,27 @@ TEST(mesh_reorient, statuses_and_counts)
     EXPECT_EQ(run(parts, 2, 0, {{0, 1}, {2, 1}, {5, 6}, {6, 7}, {8, 9}, {10, 9}}), 1);
     EXPECT_EQ(run(parts, 2, 1, {{0, 1}, {2, 1}, {5, 6}, {6, 7}, {8, 9}, {9, 10}}), 2);
 
+    // By neighbours that are told, where more than two elements meet: each end is followed once, first come first.
+    struct
+    {
+        elements mesh, sides;
+        int all_components, turns;
+        elements expected;
+    } const told[] = {
+        {{{0, 1}, {0, 1}, {1, 0}}, {{2, 1}, {2, 0}, {1, 1}}, 0, 2, {{0, 1}, {0, 1}, {1, 0}}},
+        {{{2, 1}, {3, 0}, {1, 2}, {1, 0}, {3, 1}}, {{3, 2}, {3, 4}, {0, 4}, {1, 2}, {2, 1}}, 0, 4,
+            {{2, 1}, {0, 3}, {2, 1}, {1, 0}, {3, 1}}},
+        {{{0, 1}, {2, 1}, {2, 3}}, {{1, 3}, {0, 2}, {3, 1}}, 0, 1, {{0, 1}, {1, 2}, {2, 3}}},
+        {{{0, 1}, {4294967294, 2}, {3, 2}}, {{9, 9}, {2, 9}, {1, 9}}, -1, 1,
+            {{0, 1}, {4294967294, 2}, {2, 3}}},
+    };
+    for (auto const& row : told) {
+        auto mesh = columns(row.mesh);
+        auto sides = columns(row.sides);
+        EXPECT_EQ(mesh_reorient(mesh, sides, 0, row.all_components), row.turns) << &row - told;
+        EXPECT_EQ(values_of(mesh), row.expected) << &row - told;
+    }
+
     auto connect = columns(line);
     auto neighbors = columns<unsigned>({{1, 9}, {2, 0}, {9, 1}}); // the second column the wrong way round
     EXPECT_EQ(mesh_reorient(connect, neighbors, 3, 0), -3);
@@ -128,6 +149,8 @@ TEST(mesh_reorient, statuses_and_counts)
     dense2D<unsigned> one_row = connect.sub_matrix(0, 0, 1, 3);
     EXPECT_EQ(mesh_reorient(connect, one_row, 3, 0), -2);
     EXPECT_EQ(mesh_reorient(one_row, neighbors, 3, 0), -1);
+    dense2D<unsigned> one = connect.sub_matrix(0, 0, 2, 1);
+    EXPECT_EQ(mesh_reorient(one, fewer, 0, 0), -2);
     connect(0, 0) = 4294967295;
     EXPECT_EQ(mesh_reorient(connect, fewer, 3, 0), -1);
     dense2D<unsigned> empty;

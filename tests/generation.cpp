@@ -44,6 +44,9 @@ TEST(complete_frame, is_right_handed_and_orthonormal)
     complete_frame(t, u, w);
     EXPECT_EQ(u[0], 1);
     EXPECT_EQ(w[1], 1);
+    t = u = {};
+    complete_frame(t, u, w);
+    EXPECT_EQ(t[0], 1);
 }
 
 TEST(metrics_gen, from_directions)
@@ -66,7 +69,7 @@ TEST(metrics_gen, from_directions)
     EXPECT_EQ(run(metrics, 9, -1, -1), -1);
     EXPECT_EQ(run(directions, 3, -1, -1), -2);
     EXPECT_EQ(run(directions, 2, not_a_number, -1), -3);
-    EXPECT_EQ(run(directions, 2, 1, -1), -4);
+    EXPECT_EQ(run(directions, 2, 1, 0), -4);
     EXPECT_EQ(values_of(metrics), before);
     ASSERT_TRUE(metrics.resize(2, 3));
     EXPECT_EQ(run(directions, 2, 1, 1), -5);
@@ -145,6 +148,20 @@ TEST(metrics_gen, bends_have_a_plane)
     wrong = columns({{1, 0}});
     EXPECT_EQ(metrics_gen_aniso2d(coords, connect, 1, wrong), -4);
     EXPECT_EQ(metrics_gen_aniso2d(columns({{0}}), connect, 1, wrong), -1);
+    wrong.clear();
+    ASSERT_TRUE(wrong.resize(0, 4)); // no columns, whatever their number says
+    EXPECT_EQ(metrics_gen_aniso2d(columns({{infinity, 0}}), nodes({0}), infinity, infinity, wrong), 0);
+    EXPECT_EQ(values_of(wrong)[0], (std::vector<double>{0, 0, 0}));
+    wrong.clear();
+    ASSERT_EQ(metrics_gen_aniso2d(coords, columns<unsigned>({{0, 2}}), not_a_number, wrong), 0);
+    EXPECT_NEAR((size_along<2>(wrong, 0, {-std::sqrt(0.5), std::sqrt(0.5)})), std::sqrt(2), 1e-14);
+    // A bend begins at an angle of 1e-12.
+    for (double const off : {0.0, 4e-13, 7e-13}) {
+        wrong.clear();
+        auto const bent = columns({{0, 0, 0}, {1, 0, 0}, {3, 2 * off, 0}});
+        ASSERT_EQ(metrics_gen_aniso3d(bent, columns<unsigned>({{0, 1}, {1, 2}}), 0.1, 0.5, wrong), 0);
+        EXPECT_NEAR((size_along<3>(wrong, 1, {0, 1, 0})), off > 5e-13 ? 0.1 : 0.5, 1e-9);
+    }
     // What has no finite length asks for nothing.
     dense2D<double> of_infinite;
     auto const endless = columns({{0, 0, 0}, {infinity, 0, 0}});

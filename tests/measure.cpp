@@ -159,7 +159,15 @@ TEST(normals, of_an_angle)
         EXPECT_EQ(values_of(result.sub_matrix(0, 2, 2, 3)),
             (std::vector<std::vector<double>>{{-1, 0}, {0, 0}, {0, 0}}));
     }
-    dense2D<double> result = coords;
+    dense2D<double> result;
+    for (double const exponent : {largest_double, -largest_double}) { // of equal lengths the first counts
+        auto const square = columns({{0, 0}, {1, 0}, {1, 1}});
+        ASSERT_EQ(vornik1d::normals(square, columns<unsigned>({{0, 1}, {1, 2}}), exponent, false, result), 0);
+        EXPECT_EQ(values_of(result)[1], (std::vector<double>{0, 1}));
+    }
+    auto const tiny = columns({{0, 0}, {0.1, 0}}); // a weight of 1e-305
+    ASSERT_EQ(vornik1d::normals(tiny, columns<unsigned>({{0, 1}}), 305, false, result), 0);
+    EXPECT_NEAR(result(1, 0), 1, 1e-9);
     auto back = columns<unsigned>({{0, 1}, {2, 1}});
     ASSERT_EQ(vornik1d::normals(columns({{0, 0}, {1, 0}, {2, 0}}), back, 0, true, result), 0);
     EXPECT_EQ(result(1, 1), 0); // of opposite ones

@@ -22,6 +22,8 @@ TEST(sort, pairs_by_parameter_then_by_node)
     params.push_back(-9);
     EXPECT_EQ(vornik1d::sort(params, indices), -1);
     EXPECT_EQ(params[9], -9);
+    ASSERT_TRUE(indices.resize(12, 1));
+    EXPECT_EQ(vornik1d::sort(params, indices), -1);
 }
 
 TEST(subdivide, counts)
@@ -97,6 +99,7 @@ TEST(subdivide, statuses_and_odd_sizes)
     EXPECT_EQ(run(nodes({1, 2}), 0), -6);
     EXPECT_EQ(run(nodes({1, 2}), 101), -6);
     params.push_back(9);
+    EXPECT_EQ(run(nodes({1, 2}), 0), -6);
     EXPECT_EQ(run(nodes({1, 2}), 1), -2);
     sizes.push_back(0);
     EXPECT_EQ(mesh.size(), 0U);
@@ -106,4 +109,21 @@ TEST(subdivide, statuses_and_odd_sizes)
         ASSERT_EQ(run(nodes({0, 1, 2, 3}), 7), 0);
     }
     for (double const p : params) EXPECT_TRUE(p >= 0 && p <= 9) << p;
+}
+
+TEST(subdivide, odd_input)
+{
+    auto const mesh_of = [](std::vector<double> const& at, std::vector<double> const& h,
+                             std::vector<unsigned> const& chain, unsigned fewest) {
+        auto params = list(at);
+        auto sizes = list(h);
+        dense1D<unsigned> mesh;
+        EXPECT_EQ(vornik1d::subdivide(params, sizes, list(chain), false, false, fewest, 9, mesh), 0);
+        return values_of(mesh);
+    };
+    // Numbers follow the params, also behind sizes that are more; the ends are those of the chain.
+    EXPECT_EQ(mesh_of({0, 2, 3}, {1, 1, 1, 7}, {0, 2, 1}, 1), (std::vector<unsigned>{0, 3, 4, 5, 1}));
+    EXPECT_EQ(mesh_of({0, 3}, {-1, -1}, {0, 1}, 3).size(), 4U);           // a negative metric length is one
+    EXPECT_EQ(mesh_of({0, 3}, {-1, 1}, {0, 1}, 3).size(), 2U);            // a NaN is none
+    EXPECT_EQ(mesh_of({0, 3e200}, {1e200, 1e200}, {0, 1}, 1).size(), 4U); // without squares
 }

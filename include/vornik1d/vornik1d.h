@@ -358,7 +358,7 @@ constexpr int no_storage = -199;
 /// @{
 ///
 /// Each tensor is merged into the column of its node: there stands the intersection then, in which every
-/// vector is at least as long as in either. So calls can be chained, and elements that meet at a node combine
+/// vector is at least as long as in either; of two tensors with unlimited sizes, their sum. So calls can be chained, and elements that meet at a node combine
 /// there; a column of zeros asks for nothing.
 
 /// Tensors from a direction per node, in the plane.
@@ -380,7 +380,7 @@ constexpr int no_storage = -199;
     dense2D<double>& metrics) noexcept;
 
 /// Tensors from the elements of a line in the plane: at both ends of each, the size along it is its length.
-/// An element of length 0, or of a length whose square is not finite, changes nothing.
+/// An element whose squared length is 0 or not finite changes nothing.
 ///
 /// @param coords       node positions, at least 2 rows; only the first 2 count.
 /// @param connect      2 rows, an element per column.
@@ -405,7 +405,7 @@ constexpr int no_storage = -199;
 /// bends at the element's end, one perpendicular to it. Where it does not bend, or where no element or more
 /// than one goes on, the larger one holds in all directions across.
 ///
-/// @return as above; after a -199 new columns of zeros may have been added.
+/// @return as above, also -4 for `metrics`; after a -199 new columns of zeros may have been added.
 [[nodiscard]] VORNIK1D_API int metrics_gen_aniso3d(dense2D<double> const& coords,
     dense2D<unsigned> const& connect, double normal_size, double binormal_size,
     dense2D<double>& metrics) noexcept;
@@ -507,10 +507,10 @@ constexpr int no_storage = -199;
 /// @param connect      an element per column, its end nodes in rows 0 and 1.
 /// @param exponent     the weight of an element of length L is L to this power: 0 gives the plain mean. From
 ///                 the largest double on, and for a NaN, a node has the normal of its longest element, from
-///                 minus the largest double down that of its shortest one.
+///                 minus the largest double down that of its shortest one; of equals the first.
 /// @param unit_length  whether means are brought to length 1; one of length 0 stays.
-/// @param[out] result  is replaced: 2 rows, a vector per node; 0 for nodes without elements of positive
-///                 length.
+/// @param[out] result  is replaced: 2 rows, a vector per node; 0 for nodes without elements, and beside those
+///                 whose squared length is 0; empty on a failure.
 /// @return 0, also without nodes or elements, for which `result` is empty;
 ///         -1: `coords` does not have 2 rows;
 ///         -2: `connect` has 1 row, or an end node that is no column of `coords`;
@@ -583,7 +583,7 @@ constexpr int no_storage = -199;
 /// @{
 
 /// Turns all elements round: reverses the order of their nodes. Meant for elements of two nodes; others lose
-/// the order in which the end nodes come first. Returns 0.
+/// the order in which the end nodes come first. Fewer than 2 rows stay as they are. Returns 0.
 VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 
 /// Orients the elements of a line so that each starts where the one before ends, as one of them does.
@@ -634,8 +634,8 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 ///         -3: the path has length 0 (with sizes);
 ///         -4, -5 for a translation, -5, -6 for a rotation: `size_a`, `size_b` is not positive;
 ///         -199: no storage, or more nodes than 32-bit numbers can name.
-/// On a failure `coords` and `indices` are as they were. A full turn ends at a new node at the place of the
-/// start.
+/// On a failure `coords` and `indices` are as they were. A translation ends exactly at the start plus `vector`.
+/// A count of steps may have a path of length 0, and a full turn ends at a new node at the place of the start.
 
 [[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords,
     vector_fixed<double, 2> const& start_point, vector_fixed<double, 2> const& vector, unsigned element_count,
@@ -776,7 +776,7 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 /// @{
 
 /// Sorts parameter values, and nodes along with them, in place: by parameter, and nodes of equal parameter by
-/// number. NaNs go last.
+/// number. NaNs go last, by number too.
 ///
 /// @return 0; -1: `params` and `indices` differ in size; -199: no storage. On a failure both are as they
 ///         were.
@@ -785,12 +785,12 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 /// Meshes a line that lives on the parameter axis: `mesh_line` in one dimension, along the sizes alone.
 ///
 /// @param[in,out] params  the parameter value of each point; the new points are appended.
-/// @param[in,out] sizes   the target size of each point, in units of the parameter; those of the new points
-///                 are appended.
+/// @param[in,out] sizes   the target size of each point, in units of the parameter, as many as `params`; those
+///                 of the new points are appended. Sizes of opposite sign leave a single element.
 /// @param indices     the chain, at least 2 entries of `params`; values may rise and fall along it.
 /// @param round_up    asks for elements that are not longer than their sizes.
 /// @param force_even, min_elements, max_elements  as in `mesh_line`; `round_up` may pass `max_elements` by
-///                 one.
+///                 one, and `force_even` by one more.
 /// @param[out] new_indices  the points of the mesh are appended: the chain's first one, the new ones, its
 ///                 last.
 /// @return 0;
