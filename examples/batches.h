@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include <vornik1d/vornik1d.h>
+
+struct network_mesh
+{
+    trelk::dense2D<double> coords;
+    trelk::dense2D<unsigned> connect;
+};
+
+/// What `remesh_lines` is asked for.
+struct remesh_request
+{
+    double size = 1.0;
+    double max_angle = 40.0;
+    double deviation_tolerance = 0.0;
+};
+
+/// A network cut into batches of components that share no node, so that batches can be remeshed at the same
+/// time, in containers of their own, and joined.
+///
+/// The batches depend on the network alone, and so do the numbers in the joined mesh: old nodes keep theirs, new
+/// ones follow batch by batch, and so do the elements. Batches hold components in the order of their lowest
+/// elements.
+class network_batches
+{
+public:
+    /// A batch ends with the component that brings it to `elements` or more. Throws std::bad_alloc.
+    network_batches(network_mesh const& network, std::size_t elements);
+
+    std::size_t size() const { return starts_.size() - 1; }
+    std::size_t components() const { return components_; }
+
+    /// Remeshes a batch. May be called for different batches at the same time. Throws what a failure asks for.
+    void remesh(std::size_t batch, remesh_request const& request);
+
+    /// The network by its remeshed batches. `for_each(n, body)` calls `body(i)` for all i below n, in any order.
+    template <class ForEach>
+    network_mesh join(ForEach for_each)
+    {
+        network_mesh result = prepare_join();
+        for_each(size(), [&](std::size_t batch) { put(batch, result); });
+        return result;
+    }
+
+private:
+    struct part
+    {
+        std::vector<unsigned> nodes; // old ones, by their numbers in the batch
+        network_mesh mesh;
+        std::size_t first_new_node = 0;
+        std::size_t first_element = 0;
+    };
+
+    network_mesh prepare_join();
+    void put(std::size_t batch, network_mesh& result) const;
+
+    network_mesh const& network_;
+    std::size_t components_ = 0;
+    std::vector<unsigned> elements_;  // by component
+    std::vector<std::size_t> starts_; // of the batches among these
+    std::vector<unsigned> numbers_;   // in its batch, of each node
+    std::vector<part> parts_;
+};

@@ -1,0 +1,202 @@
+// Remeshes a large network on several cores, by oneTBB. The library has no threads of its own, and calls on
+// different containers may run side by side: so the network is cut into batches of components, which share no
+// node, and each batch is remeshed by a task. The result is the same on any number of threads, and has the
+// elements that a single call makes of the whole network.
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstddef>
+#include <cstdio>
+#include <limits>
+#include <new>
+#include <numbers>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <tbb/parallel_for.h>
+#include <tbb/task_arena.h>
+
+#include "batches.h"
+#include "demo.h"
+
+namespace {
+
+struct options
+{
+    std::size_t elements = 1'000'000;
+    std::size_t batch = 2000;
+    int threads = tbb::this_task_arena::max_concurrency();
+    remesh_request request = {0.06};
+};
+
+/// Draws islands on a grid, in turn a ring and a star of five crooked arms that meet.
+class island_maker
+{
+public:
+    explicit island_maker(std::size_t elements)
+    {
+        if (!made_.coords.reserve(2, elements + 1000) || !made_.connect.reserve(2, elements + 1000))
+            throw std::bad_alloc();
+        auto const side =
+            static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(elements) / 60.0)));
+        for (std::size_t k = 0; made_.connect.cols() < elements; ++k) {
+            place_ = {4.0 * static_cast<double>(k % side), 4.0 * static_cast<double>(k / side)};
+            phase_ = 0.37 * static_cast<double>(k);
+            k % 2 == 0 ? draw_ring() : draw_star();
+        }
+    }
+
+    network_mesh const& made() const { return made_; }
+
+private:
+    unsigned add_node(double radius, double angle)
+    {
+        auto const node = static_cast<unsigned>(made_.coords.cols());
+        if (!made_.coords.resize(2, node + 1)) throw std::bad_alloc();
+        made_.coords(0, node) = place_[0] + radius * std::cos(angle);
+        made_.coords(1, node) = place_[1] + radius * std::sin(angle);
+        return node;
+    }
+
+    void add_element(unsigned a, unsigned b)
+    {
+        std::size_t const e = made_.connect.cols();
+        if (!made_.connect.resize(2, e + 1)) throw std::bad_alloc();
+        made_.connect(0, e) = a;
+        made_.connect(1, e) = b;
+    }
+
+    void draw_ring()
+    {
+        constexpr unsigned count = 60;
+        unsigned const first = add_node(1.2 + 0.2 * std::sin(phase_), 0.0);
+        unsigned before = first;
+        for (unsigned k = 1; k < count; ++k) {
+            double const angle = 2.0 * std::numbers::pi * k / count;
+            unsigned const next = add_node(1.2 + 0.2 * std::sin(5.0 * angle + phase_), angle);
+            add_element(before, next);
+            before = next;
+        }
+        add_element(before, first);
+    }
+
+    void draw_star()
+    {
+        unsigned const middle = add_node(0.0, 0.0);
+        for (unsigned arm = 0; arm < 5; ++arm) {
+            unsigned before = middle;
+            for (unsigned k = 1; k <= 12; ++k) {
+                double const angle = 0.4 * std::numbers::pi * arm + 0.3 * std::sin(0.8 * k + phase_);
+                unsigned const next = add_node(0.12 * k, angle);
+                add_element(before, next);
+                before = next;
+            }
+        }
+    }
+
+    network_mesh made_;
+    std::array<double, 2> place_ = {0.0, 0.0};
+    double phase_ = 0.0;
+};
+
+template <class Run>
+double seconds(Run run)
+{
+    auto const start = std::chrono::steady_clock::now();
+    run();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// Splits, remeshes and joins; `for_each(n, body)` calls `body(i)` for all i below n.
+template <class ForEach>
+network_mesh remesh(network_mesh const& network, options const& chosen, ForEach for_each)
+{
+    network_batches batches(network, chosen.batch);
+    for_each(batches.size(), [&](std::size_t k) { batches.remesh(k, chosen.request); });
+    return batches.join(for_each);
+}
+
+bool are_equal(network_mesh const& a, network_mesh const& b)
+{
+    auto const same = [](auto const& m, auto const& n) {
+        return m.rows() == n.rows() && m.cols() == n.cols() &&
+               std::equal(m.data(), m.data() + m.rows() * m.cols(), n.data());
+    };
+    return same(a.coords, b.coords) && same(a.connect, b.connect);
+}
+
+/// The elements by the positions of their ends, sorted.
+std::vector<std::array<double, 4>> sorted_elements(network_mesh const& mesh)
+{
+    std::vector<std::array<double, 4>> result(mesh.connect.cols());
+    for (std::size_t e = 0; e < result.size(); ++e) {
+        double const* const a = mesh.coords.col(mesh.connect(0, e));
+        double const* const b = mesh.coords.col(mesh.connect(1, e));
+        result[e] = {a[0], a[1], b[0], b[1]};
+    }
+    std::ranges::sort(result);
+    return result;
+}
+
+void require(bool holds, std::string const& what)
+{
+    if (!holds) throw std::runtime_error(what);
+}
+
+void run(options const& chosen)
+{
+    network_mesh const network = island_maker(chosen.elements).made();
+    network_batches const batches(network, chosen.batch);
+    std::printf("%zu elements, %zu components in %zu batches\n", network.connect.cols(), batches.components(),
+        batches.size());
+
+    network_mesh whole;
+    if (!whole.coords.copy(network.coords) || !whole.connect.copy(network.connect)) throw std::bad_alloc();
+    double const by_one_call = seconds([&] {
+        require_success(trelk::vornik1d::remesh_lines(whole.coords, whole.connect, chosen.request.size, false,
+                            chosen.request.max_angle, chosen.request.deviation_tolerance, 0.0, 0.0, 1,
+                            std::numeric_limits<unsigned>::max()),
+            "remesh_lines");
+    });
+    std::printf("%-28s %8.3f s, %zu elements\n", "One call", by_one_call, whole.connect.cols());
+
+    auto const in_turn = [](std::size_t n, auto const& body) {
+        for (std::size_t k = 0; k < n; ++k) body(k);
+    };
+    network_mesh serial;
+    double const on_one = seconds([&] { serial = remesh(network, chosen, in_turn); });
+    std::printf("%-28s %8.3f s\n", "Batches, one after the other", on_one);
+    require(sorted_elements(serial) == sorted_elements(whole), "The elements differ from those of one call.");
+
+    tbb::task_arena arena(chosen.threads);
+    auto const side_by_side = [&arena](std::size_t n, auto const& body) {
+        arena.execute([&] { tbb::parallel_for(std::size_t{0}, n, body); });
+    };
+    for (int round = 0; round < 3; ++round) {
+        network_mesh parallel;
+        double const on_all = seconds([&] { parallel = remesh(network, chosen, side_by_side); });
+        require(are_equal(parallel, serial), "The mesh differs from the serial one.");
+        std::printf("Batches on %d threads %15.3f s, %.2f times as fast as on one, the same mesh\n",
+            chosen.threads, on_all, on_one / on_all);
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    options chosen;
+    CLI::App app("Remeshes a large network on several cores.", "parallel");
+    app.option_defaults()->always_capture_default();
+    app.add_option("--elements", chosen.elements, "elements of the network")
+        ->check(CLI::Range(1, 100'000'000));
+    app.add_option("--batch", chosen.batch, "elements of a batch at least")->check(CLI::PositiveNumber);
+    app.add_option("--threads", chosen.threads, "threads")->check(CLI::PositiveNumber);
+    app.add_option("--size", chosen.request.size, "target size")->check(CLI::PositiveNumber);
+    app.add_option("--tolerance", chosen.request.deviation_tolerance, "deviation_tolerance of remesh_lines");
+    return run_demo(app, argc, argv, [&] { run(chosen); });
+}
