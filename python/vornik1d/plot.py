@@ -55,22 +55,26 @@ def lines(
     if elements.size > 0 and elements.max() >= len(points):
         a.fail("connect", "holds a node that there is not")
     in_space = points.shape[1] == 3
-    if ax is None:
-        ax = plt.figure().add_subplot(projection="3d" if in_space else None)
-        ax.set_aspect("equal")
     if colors is not None:
         numbers = a.nodes("colors", colors)
         if len(numbers) != len(elements):
             a.fail("colors", "must hold a number per element")
         _, rank = np.unique(numbers, return_inverse=True)
         style["colors"] = plt.get_cmap("tab10")(rank % 10)
+    if ax is None:
+        ax = plt.figure().add_subplot(projection="3d" if in_space else None)
+        ax.set_aspect("equal")
+    has_data = ax.has_data()
     style.setdefault("linewidths", 1.2)
     collection = Line3DCollection if in_space else LineCollection
     ax.add_collection(collection(points[elements], **style))
+    used = points[np.unique(elements)]
     if nodes:
-        used = points[np.unique(elements)]
         ax.scatter(*used.T, s=8, color="black", zorder=3)
-    ax.auto_scale_xyz(*points.T) if in_space else ax.autoscale_view()
+    if in_space and len(used) > 0:
+        ax.auto_scale_xyz(*used.T, had_data=has_data)
+    elif not in_space:
+        ax.autoscale_view()
     return ax
 
 
