@@ -25,11 +25,15 @@ FAULTS = [
     ("mesh_line: metrics", lambda: v.mesh_line(LINE, metrics=np.ones((4, 6)))),
     ("mesh_line: metrics", lambda: v.mesh_line(LINE, metrics=np.ones((4, 3)))),
     ("mesh_line: metrics", lambda: v.mesh_line(LINE, metrics=[[[1, 2], [3, 9]]] * 4)),
+    ("mesh_line: metrics: must have shape", lambda: v.mesh_line(LINE, metrics=[np.eye(3)] * 4)),
+    ("mesh_line: coords", lambda: v.mesh_line(np.ma.masked_greater(LINE, 3), 1)),
+    ("mesh_line: min_size", lambda: v.mesh_line(LINE, 1, min_size=10**400)),
     ("mesh_line: params", lambda: v.mesh_line(LINE, 1, params=[0, 2, 1, 3])),
     ("mesh_line: params", lambda: v.mesh_line(LINE, 1, params=[0, 1])),
     ("mesh_line: indices", lambda: v.mesh_line(LINE, 1, indices=[0, 4])),
     ("mesh_line: indices", lambda: v.mesh_line(LINE, 1, indices=[0, -1])),
     ("mesh_line: indices", lambda: v.mesh_line(LINE, 1, indices=[0, 2**32])),
+    ("mesh_line: indices", lambda: v.mesh_line(LINE, 1, indices=[0, 2**64])),
     ("mesh_line: indices", lambda: v.mesh_line(LINE, 1, indices=[2])),
     ("mesh_line: indices", lambda: v.mesh_line(LINE, 1, indices=[[0, 1]])),
     ("mesh_line: min_elements", lambda: v.mesh_line(LINE, 1, min_elements=0)),
@@ -51,6 +55,13 @@ FAULTS = [
     ("mesh_straight: sizes", lambda: v.mesh_straight(LINE, [1, 0], segment=(0, 1))),
     ("remesh_lines: connect", lambda: v.remesh_lines(LINE, [[0, 9]], 1)),
     ("remesh_lines: connect", lambda: v.remesh_lines(LINE, [0, 1], 1)),
+    *(
+        (
+            "remesh_lines: coords",
+            lambda more=more: v.remesh_lines([[0, 0], [NAN, 0], [1, 0], [2, 0]], CONNECT, 1, **more),
+        )
+        for more in ({}, {"colors": [1]}, {"hard_nodes": [1]}, {"deviation_tolerance": -0.1})
+    ),
     ("remesh_lines: default_size", lambda: v.remesh_lines(LINE, CONNECT, -1)),
     ("remesh_lines: default_size", lambda: v.remesh_lines(LINE, CONNECT, 0)),
     ("remesh_lines: hard_edges", lambda: v.remesh_lines(LINE, CONNECT, 1, hard_edges=[3])),
@@ -83,6 +94,8 @@ FAULTS = [
         "metrics_gen_aniso2d: metrics",
         lambda: v.metrics_gen_aniso2d(LINE, CONNECT, 1, metrics=np.ones((2, 6))),
     ),
+    ("pack_metrics: tensors", lambda: v.pack_metrics([[[1, 2], [3, 9]]])),
+    ("unpack_metrics: packed", lambda: v.unpack_metrics(np.eye(4))),
     ("metrics_gen_aniso3d: coords", lambda: v.metrics_gen_aniso3d(LINE, CONNECT, 1)),
     ("extrude_translate: start", lambda: v.extrude_translate(0, [1, 0], element_count=3)),
     ("extrude_translate: start", lambda: v.extrude_translate([0, 0, 0], [1, 0], element_count=3)),
@@ -121,7 +134,23 @@ TYPES = [
     ("mesh_line: sizes, metrics", lambda: v.mesh_line(LINE, 1, metrics=np.ones((4, 3)))),
     ("mesh_line: max_elements", lambda: v.mesh_line(LINE, 1, max_elements=7.5)),
     ("mesh_line: min_size", lambda: v.mesh_line(LINE, 1, min_size="0.1")),
+    ("mesh_line: force_even", lambda: v.mesh_line(LINE, 1, force_even="no")),
+    ("mesh_spline: closed", lambda: v.mesh_spline(LINE, 1, indices=RING, closed=True)),
+    ("mesh_straight: sizes, metrics, element_count", lambda: v.mesh_straight(LINE)),
+    ("mesh_straight: element_count", lambda: v.mesh_straight(LINE, 1, element_count=2)),
+    ("mesh_straight: segment", lambda: v.mesh_straight(LINE, 1, segment=1)),
+    ("mesh_straight: segment", lambda: v.mesh_straight(LINE, 1, segment=(0, 1), indices=[0, 1])),
+    ("mesh_straight: segment", lambda: v.mesh_straight(LINE, metrics=np.ones((2, 3)), segment=(0, 1))),
     ("remesh_lines: colors", lambda: v.remesh_lines(LINE, CONNECT, 1, colors=["red"])),
+    ("length: connect", lambda: v.length(LINE, RING, connect=CONNECT)),
+    ("spline_point: span", lambda: v.spline_point(LINE, 1, 0.5)),
+    ("extrude_translate: element_count, sizes", lambda: v.extrude_translate([0, 0], [1, 0])),
+    ("extrude_translate: start", lambda: v.extrude_translate([0, [1]], [1, 0], sizes=1)),
+    ("extrude_rotate: rotation", lambda: v.extrude_rotate([0, 0], [1, 0], [0, [1]], sizes=1)),
+    ("metrics_gen_aniso2d: directions", lambda: v.metrics_gen_aniso2d(LINE, CONNECT, 1, directions=LINE)),
+    ("metrics_gen_aniso2d: size_along", lambda: v.metrics_gen_aniso2d(directions=LINE)),
+    ("metrics_gen_aniso2d: indices", lambda: v.metrics_gen_aniso2d(LINE, CONNECT, 1, indices=[0])),
+    ("pack_metrics: tensors", lambda: v.pack_metrics("abc")),
 ]
 
 
@@ -168,6 +197,30 @@ def test_nothing_handed_over_is_changed_and_results_are_own():
         result[...] = 9
     for array, old in zip(arrays, before):
         assert (array == old).all()
+
+
+def test_arrays_that_fit_are_read_in_place_and_others_are_converted():
+    fit = np.array(LINE)
+    assert Arguments("f").coords(fit) is fit
+    off = np.zeros(fit.nbytes + 1, np.uint8)[1:].view(np.float64).reshape(fit.shape)
+    off[...] = fit
+    swapped = fit.astype(fit.dtype.newbyteorder())
+    for other in (off, swapped, np.ma.masked_array(fit), fit.astype(np.float16)):
+        made = Arguments("f").coords(other)
+        assert type(made) is np.ndarray and made.dtype == np.float64 and made.flags.aligned
+        assert (made == fit).all()
+
+
+def test_results_keep_their_shapes_without_elements():
+    assert (v.normals(LINE, []) == np.zeros((4, 2))).all()
+    assert (v.parametric_curvatures([0, 1, 2, 3], [], LINE) == np.zeros(4)).all()
+    assert v.interpolate_metrics([0, 1], [np.eye(3)] * 2, []).shape == (0, 6)
+    assert v.convert_into_high_order(LINE, [], 3).connect.shape == (0, 5)
+    assert v.convert_into_quadratic(LINE, []).connect.shape == (0, 3)
+    assert v.convert_into_cubic(LINE, []).connect.shape == (0, 4)
+    assert v.convert_into_linear([]).shape == (0, 2)
+    assert v.mesh_reorient([]).neighbors.shape == (0, 2)
+    assert v.remesh_lines(LINE, [], 1).connect.shape == (0, 2)
 
 
 def test_pack_metrics_is_undone_by_unpack_metrics():

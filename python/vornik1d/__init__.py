@@ -16,9 +16,13 @@ unpack_metrics convert them.
 Nothing that you hand over is changed: results are returned, with the nodes that there were first and the new ones
 behind them. Arrays of float64 and uint32 in C order are read in place, others are converted.
 
-A wrong argument raises a ValueError or a TypeError that begins with the names of the function and the argument; a
-lack of storage raises a MemoryError. The interpreter's lock is released while the library works, so that threads
-can mesh different lines at the same time.
+A wrong argument raises a ValueError that begins with the names of the function and the argument, one of a wrong type
+or arguments that exclude each other a TypeError that does; a lack of storage raises a MemoryError. Only where sizes
+are so small that storage for the nodes of one line is not available, the mesh may be coarser instead, down to a
+single element; max_elements sets a limit before that.
+
+The interpreter's lock is released while the library works, so that threads can mesh different lines at the same time.
+No thread may write to an array while a call of another one reads it.
 
 vornik1d.plot draws lines with Matplotlib.
 """

@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 import operator
-from typing import Any, Mapping, NoReturn, Optional, Sequence, SupportsIndex, Tuple, Union
+from typing import Any, Iterable, List, Mapping, NoReturn, Optional, Sequence, SupportsIndex, Tuple, Union
 
 import numpy as np
 import numpy.typing as npt
@@ -26,7 +26,7 @@ class Arguments:
     def fail(self, name: str, fault: str) -> NoReturn:
         raise ValueError(f"{self._function}: {name}: {fault}")
 
-    def _reject(self, name: str, fault: str) -> NoReturn:
+    def reject(self, name: str, fault: str) -> NoReturn:
         raise TypeError(f"{self._function}: {name}: {fault}")
 
     def check(self, status: int, statuses: Statuses) -> None:
@@ -37,30 +37,31 @@ class Arguments:
         self.fail(*statuses[status])
 
     def _array(self, name: str, value: npt.ArrayLike) -> npt.NDArray[Any]:
+        if isinstance(value, np.ma.MaskedArray) and np.any(value.mask):
+            self.fail(name, "has masked entries")
         try:
             return np.asarray(value)
         except (TypeError, ValueError) as error:
-            self._reject(name, f"not an array of numbers ({error})")
+            self.reject(name, f"not an array of numbers ({error})")
 
-    def _reals(self, name: str, value: npt.ArrayLike) -> Reals:
+    def reals_of_any_shape(self, name: str, value: npt.ArrayLike) -> Reals:
         array = self._array(name, value)
         if array.dtype.kind not in "iuf":
-            self._reject(name, f"must hold real numbers, not {array.dtype}")
-        if array.ndim == 0:
-            return array.astype(np.float64)
-        return np.ascontiguousarray(array, dtype=np.float64)
+            self.reject(name, f"must hold real numbers, not {array.dtype}")
+        return np.require(array, np.float64, ["C", "A"])
 
     def _nodes(self, name: str, value: npt.ArrayLike) -> Nodes:
         array = self._array(name, value)
-        if array.dtype.kind not in "iu" and array.size > 0:
-            self._reject(name, f"must hold integers, not {array.dtype}")
+        is_large = array.dtype.kind == "O" and all(isinstance(entry, int) for entry in array.flat)
+        if array.dtype.kind not in "iu" and array.size > 0 and not is_large:
+            self.reject(name, f"must hold integers, not {array.dtype}")
         if array.size > 0 and (array.min() < 0 or array.max() > UNLIMITED):
             self.fail(name, "an entry is negative or above 4294967295")
-        return np.ascontiguousarray(array, dtype=np.uint32)
+        return np.require(array, np.uint32, ["C", "A"])
 
     def reals(self, name: str, value: npt.ArrayLike) -> Reals:
         """A list of numbers."""
-        array = self._reals(name, value)
+        array = self.reals_of_any_shape(name, value)
         if array.ndim != 1:
             self.fail(name, f"must have one dimension, not shape {array.shape}")
         return array
@@ -74,7 +75,7 @@ class Arguments:
 
     def matrix(self, name: str, value: npt.ArrayLike, columns: Sequence[int] = ()) -> Reals:
         """Rows of numbers, as many in each as one of `columns` says."""
-        array = self._reals(name, value)
+        array = self.reals_of_any_shape(name, value)
         if array.size == 0 and array.ndim == 1:
             array = array.reshape(0, columns[0] if columns else 0)
         if array.ndim != 2 or (columns and array.shape[1] not in columns):
@@ -103,7 +104,7 @@ class Arguments:
 
     def per_entry(self, name: str, value: npt.ArrayLike, count: int) -> Reals:
         """A number per entry, from one for all if a single one is given."""
-        array = self._reals(name, value)
+        array = self.reals_of_any_shape(name, value)
         if array.ndim == 0:
             return np.full(count, array)
         if array.ndim != 1:
@@ -119,7 +120,7 @@ class Arguments:
     ) -> Reals:
         """Sizes or packed tensors, of which one must be given."""
         if (sizes is None) == (metrics is None):
-            self._reject("sizes, metrics", "give one of them")
+            self.reject("sizes, metrics", "give one of them")
         if metrics is None:
             assert sizes is not None
             return self.per_entry("sizes", sizes, count)
@@ -127,35 +128,61 @@ class Arguments:
 
     def tensors(self, name: str, value: npt.ArrayLike, dimension: int) -> Reals:
         """Tensors, packed or as matrices of shape (n, d, d)."""
-        array = self._reals(name, value)
+        array = self.reals_of_any_shape(name, value)
+        if array.ndim == 3 and array.shape[1:] == (dimension, dimension):
+            return self.packed(name, array)
+        count = dimension * (dimension + 1) // 2
         if array.ndim == 3:
-            try:
-                return pack_metrics(array)
-            except ValueError as error:
-                self.fail(name, str(error))
-        return self.matrix(name, array, (dimension * (dimension + 1) // 2,))
+            shapes = f"(n, {count}) or (n, {dimension}, {dimension})"
+            self.fail(name, f"must have shape {shapes}, not {array.shape}")
+        return self.matrix(name, array, (count,))
+
+    def packed(self, name: str, tensors: Reals) -> Reals:
+        """Symmetric matrices of shape (n, 2, 2) or (n, 3, 3), packed."""
+        if not np.array_equal(tensors, tensors.transpose(0, 2, 1), equal_nan=True):
+            self.fail(name, "a matrix is not symmetric")
+        rows, columns = _packing(tensors.shape[1])
+        return np.ascontiguousarray(tensors[:, rows, columns])
 
     def count(self, name: str, value: SupportsIndex) -> int:
         """An integer that 32 bits hold."""
         try:
             result = operator.index(value)
         except TypeError:
-            self._reject(name, f"must be an integer, not {type(value).__name__}")
+            self.reject(name, f"must be an integer, not {type(value).__name__}")
         if not 0 <= result <= UNLIMITED:
             self.fail(name, f"{result} is negative or above 4294967295")
         return result
 
+    def counts(self, name: str, value: Sequence[SupportsIndex]) -> List[int]:
+        """A few integers that 32 bits hold."""
+        if not isinstance(value, Iterable):
+            self.reject(name, f"must be a list of nodes, not {type(value).__name__}")
+        return [self.count(name, entry) for entry in value]
+
+    def flag(self, name: str, value: bool) -> bool:
+        """Truth, but not that of a text or a list."""
+        if not isinstance(value, (bool, np.bool_, int, np.integer)):
+            self.reject(name, f"must be True or False, not {type(value).__name__}")
+        return bool(value)
+
     def real(self, name: str, value: Real) -> float:
         if isinstance(value, (str, bytes)):
-            self._reject(name, f"must be a number, not {type(value).__name__}")
+            self.reject(name, f"must be a number, not {type(value).__name__}")
         try:
             return float(value)
         except (TypeError, ValueError):
-            self._reject(name, f"must be a number, not {type(value).__name__}")
+            self.reject(name, f"must be a number, not {type(value).__name__}")
+        except OverflowError:
+            self.fail(name, "is too large")
+
+    def is_number(self, name: str, value: npt.ArrayLike) -> bool:
+        """Whether a value is a single number rather than an array."""
+        return self._array(name, value).ndim == 0
 
     def vector(self, name: str, value: npt.ArrayLike, dimension: Optional[int] = None) -> Reals:
         """A point or a vector, of the dimension if one is asked for."""
-        array = self._reals(name, value)
+        array = self.reals_of_any_shape(name, value)
         if array.shape not in ([(2,), (3,)] if dimension is None else [(dimension,)]):
             asked = "2 or 3" if dimension is None else str(dimension)
             self.fail(name, f"must hold {asked} numbers, not have shape {array.shape}")
@@ -167,20 +194,16 @@ def pack_metrics(tensors: npt.ArrayLike) -> Reals:
 
     The rows are (m00, m01, m11) in the plane and (m00, m01, m11, m02, m12, m22) in space.
     """
-    full = np.asarray(tensors, dtype=np.float64)
-    if full.ndim != 3 or full.shape[1:] not in ((2, 2), (3, 3)):
-        raise ValueError(f"must have shape (n, 2, 2) or (n, 3, 3), not {full.shape}")
-    if not np.array_equal(full, full.transpose(0, 2, 1), equal_nan=True):
-        raise ValueError("a matrix is not symmetric")
-    rows, columns = _packing(full.shape[1])
-    return np.ascontiguousarray(full[:, rows, columns])
+    a = Arguments("pack_metrics")
+    full = a.reals_of_any_shape("tensors", tensors)
+    if full.shape[1:] not in ((2, 2), (3, 3)):
+        a.fail("tensors", f"must have shape (n, 2, 2) or (n, 3, 3), not {full.shape}")
+    return a.packed("tensors", full)
 
 
 def unpack_metrics(packed: npt.ArrayLike) -> Reals:
     """Unpacks rows of 3 or 6 numbers into symmetric matrices, shape (n, 2, 2) or (n, 3, 3)."""
-    rows_given = np.asarray(packed, dtype=np.float64)
-    if rows_given.ndim != 2 or rows_given.shape[1] not in (3, 6):
-        raise ValueError(f"must have shape (n, 3) or (n, 6), not {rows_given.shape}")
+    rows_given = Arguments("unpack_metrics").matrix("packed", packed, (3, 6))
     dimension = 2 if rows_given.shape[1] == 3 else 3
     rows, columns = _packing(dimension)
     result = np.empty((len(rows_given), dimension, dimension))

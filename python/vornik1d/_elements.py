@@ -53,7 +53,10 @@ def split_into_linear(connect_in: npt.ArrayLike, connect_out: Optional[npt.Array
 def convert_into_linear(connect: npt.ArrayLike) -> Nodes:
     """The elements cut down to their two end nodes, from shape (m, 3) or more to (m, 2)."""
     a = Arguments("convert_into_linear")
-    status, result = _core.convert_into_linear(a.elements("connect", connect))
+    elements = a.elements("connect", connect)
+    if len(elements) == 0:
+        return np.empty((0, 2), np.uint32)
+    status, result = _core.convert_into_linear(elements)
     a.check(status, {-1: ("connect", "must have interior nodes, shape (m, 3) or more")})
     out: Nodes = result
     return out
@@ -66,14 +69,16 @@ class HighOrderMesh(NamedTuple):
     connect: Nodes
 
 
-def _convert(name: str, coords: npt.ArrayLike, connect: npt.ArrayLike, *extra: int) -> HighOrderMesh:
+def _convert(
+    name: str, order: int, coords: npt.ArrayLike, connect: npt.ArrayLike, *extra: int
+) -> HighOrderMesh:
     a = Arguments(name)
     convert: Callable[..., Any] = getattr(_core, name)
     status, nodes, elements = convert(
         a.matrix("coords", coords, (2, 3, 1)), a.elements("connect", connect), *extra
     )
     a.check(status, {-2: ("connect", "must hold numbers of nodes that there are")})
-    return HighOrderMesh(nodes, elements)
+    return HighOrderMesh(nodes, elements if len(elements) > 0 else np.empty((0, order), np.uint32))
 
 
 def convert_into_high_order(
@@ -85,17 +90,17 @@ def convert_into_high_order(
     the elements as they are.
     """
     count = Arguments("convert_into_high_order").count("extra_nodes", extra_nodes)
-    return _convert("convert_into_high_order", coords, connect, count)
+    return _convert("convert_into_high_order", count + 2, coords, connect, count)
 
 
 def convert_into_quadratic(coords: npt.ArrayLike, connect: npt.ArrayLike) -> HighOrderMesh:
     """Give each element a node in its middle. Returns elements of shape (m, 3)."""
-    return _convert("convert_into_quadratic", coords, connect)
+    return _convert("convert_into_quadratic", 3, coords, connect)
 
 
 def convert_into_cubic(coords: npt.ArrayLike, connect: npt.ArrayLike) -> HighOrderMesh:
     """Give each element two interior nodes. Returns elements of shape (m, 4)."""
-    return _convert("convert_into_cubic", coords, connect)
+    return _convert("convert_into_cubic", 4, coords, connect)
 
 
 def flip(connect: npt.ArrayLike) -> Nodes:
@@ -121,23 +126,25 @@ def mesh_reorient(
 ) -> Orientation:
     """Orient the elements of a line so that each starts where the one before ends.
 
-    connect: (m, 2) elements.
+    connect: (m, 2) elements; further columns are left out.
     neighbors: (m, 2) the element that meets each at its second and at its first node, 4294967295 where there is
         none; found if not given.
     start: the element that is not turned.
     all_components: treat also the parts of the mesh that are not joined to it and have an element behind it.
     """
     a = Arguments("mesh_reorient")
-    elements = a.elements("connect", connect)
-    if neighbors is None:
+    elements = np.ascontiguousarray(a.elements("connect", connect)[:, :2])
+    if neighbors is not None:
+        sides = a.elements("neighbors", neighbors)
+    elif len(elements) == 0:
+        sides = elements
+    else:
         status, sides = _core.get_neighbors(elements)
         a.check(status, {})
-        if len(elements) > 0 and elements.shape[1] > 2:
-            elements = np.ascontiguousarray(elements[:, :2])
-    else:
-        sides = a.elements("neighbors", neighbors)
     first = a.count("start", start)
-    status, lines, new_sides = _core.mesh_reorient(elements, sides, first, bool(all_components))
+    status, lines, new_sides = _core.mesh_reorient(
+        elements, sides, first, a.flag("all_components", all_components)
+    )
     a.check(
         status,
         {

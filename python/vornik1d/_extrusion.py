@@ -16,7 +16,7 @@ Start = Union[SupportsIndex, npt.ArrayLike]
 
 def _steps(a: Arguments, element_count: Optional[SupportsIndex], sizes: Optional[npt.ArrayLike]) -> Any:
     if (element_count is None) == (sizes is None):
-        a.fail("element_count, sizes", "give one of them")
+        a.reject("element_count, sizes", "give one of them")
     if element_count is not None:
         return a.count("element_count", element_count)
     assert sizes is not None
@@ -33,7 +33,7 @@ def _start(
         nodes: Reals = np.empty((0, dimension))
     else:
         nodes = a.matrix("coords", coords, (dimension,))
-    if np.ndim(start) == 0:  # type: ignore[arg-type]
+    if a.is_number("start", start):  # type: ignore[arg-type]
         return nodes, a.count("start", start)  # type: ignore[arg-type]
     return nodes, a.vector("start", start, dimension)  # type: ignore[arg-type]
 
@@ -60,7 +60,9 @@ def extrude_translate(
     path = a.vector("vector", vector)
     steps = _steps(a, element_count, sizes)
     nodes, origin = _start(a, start, coords, len(path))
-    status, all_nodes, line = _core.extrude_translate(nodes, origin, path, steps, bool(force_even))
+    status, all_nodes, line = _core.extrude_translate(
+        nodes, origin, path, steps, a.flag("force_even", force_even)
+    )
     positive = ("sizes", "must be positive")
     a.check(
         status,
@@ -92,18 +94,18 @@ def extrude_rotate(
     steps = _steps(a, element_count, sizes)
     nodes, origin = _start(a, start, coords, len(middle))
     if len(middle) == 2:
-        if np.ndim(rotation) != 0:
+        if not a.is_number("rotation", rotation):
             a.fail("rotation", "must be an angle in the plane")
         angle = a.real("rotation", rotation)  # type: ignore[arg-type]
         status, all_nodes, line = _core.extrude_rotate_2d(
-            nodes, origin, middle, angle, steps, bool(force_even)
+            nodes, origin, middle, angle, steps, a.flag("force_even", force_even)
         )
     else:
         axis = a.vector("rotation", rotation, 3)
         if steps == 0:
             return NodeList(nodes.copy(), np.empty(0, np.uint32))
         status, all_nodes, line = _core.extrude_rotate_3d(
-            nodes, origin, middle, axis, steps, bool(force_even)
+            nodes, origin, middle, axis, steps, a.flag("force_even", force_even)
         )
     positive = ("sizes", "must be positive")
     a.check(

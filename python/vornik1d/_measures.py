@@ -15,7 +15,7 @@ _ELEMENTS = ("connect", "must hold numbers of nodes that there are")
 
 
 def curvatures(coords: npt.ArrayLike, indices: Optional[npt.ArrayLike] = None) -> Reals:
-    """Discrete curvature of a chain at each of its entries, in 1/length.
+    """Discrete curvature of a chain at each of its entries, in 1/length. The ends take that of their neighbours.
 
     coords: (n, d) node positions, d = 2 or 3. indices: the chain; all nodes if not given.
     """
@@ -38,7 +38,8 @@ def interpolate_coordinates(
     """Move nodes onto a parametrised polyline.
 
     coords: (n, d) node positions. params: a parameter per chain entry, non-decreasing.
-    new_indices: the nodes to move. new_params: the parameter to which each is moved, non-decreasing.
+    new_indices: the nodes to move, one after the other; a number that is no node is passed over.
+    new_params: the parameter to which each is moved, non-decreasing.
     indices: the chain; as many first nodes as there are params if not given.
 
     Returns the coordinates, shape (n, d).
@@ -78,7 +79,7 @@ def length(
     nodes = a.coords(coords)
     if connect is not None:
         if indices is not None:
-            a.fail("connect", "excludes indices")
+            a.reject("connect", "excludes indices")
         status, result = _core.length(nodes, a.elements("connect", connect))
     else:
         status, result = _core.length(nodes, a.chain(indices, nodes))
@@ -94,11 +95,12 @@ def parametric_curvatures(params: npt.ArrayLike, connect: npt.ArrayLike, tangent
     tangents: (n, d) the derivative of the curve by the parameter at each node, d = 2 or 3.
     """
     a = Arguments("parametric_curvatures")
-    status, result = _core.parametric_curvatures(
-        a.reals("params", params),
-        a.elements("connect", connect),
-        a.coords(tangents, "tangents"),
-    )
+    at = a.reals("params", params)
+    elements = a.elements("connect", connect)
+    vectors = a.coords(tangents, "tangents")
+    if len(elements) == 0:
+        return np.zeros(len(at))
+    status, result = _core.parametric_curvatures(at, elements, vectors)
     a.check(
         status,
         {
@@ -123,12 +125,13 @@ def normals(
     Returns (n, 2), zeros at nodes without elements.
     """
     a = Arguments("normals")
-    status, result = _core.normals(
-        a.matrix("coords", coords, (2,)),
-        a.elements("connect", connect),
-        a.real("exponent", exponent),
-        bool(unit_length),
-    )
+    nodes = a.matrix("coords", coords, (2,))
+    elements = a.elements("connect", connect)
+    power = a.real("exponent", exponent)
+    is_unit = a.flag("unit_length", unit_length)
+    if len(elements) == 0:
+        return np.zeros(nodes.shape)
+    status, result = _core.normals(nodes, elements, power, is_unit)
     a.check(status, {-2: _ELEMENTS})
     out: Reals = result
     return out
@@ -170,7 +173,8 @@ def subdivide(
 ) -> Subdivision:
     """Mesh a line that lives on the parameter axis, by target sizes.
 
-    params: (n,) the parameter of each point. sizes: a target size per point, or one for all.
+    params: (n,) the parameter of each point.
+    sizes: a target size per point, or one for all, in units of the parameter.
     indices: the chain of points; all if not given.
     round_up: ask for elements that are not longer than their sizes.
     force_even, min_elements, max_elements: as in mesh_line.
@@ -182,8 +186,8 @@ def subdivide(
         at,
         a.per_entry("sizes", sizes, len(at)),
         chain,
-        bool(round_up),
-        bool(force_even),
+        a.flag("round_up", round_up),
+        a.flag("force_even", force_even),
         a.count("min_elements", min_elements),
         a.count("max_elements", max_elements),
     )

@@ -69,8 +69,10 @@ class Network(NamedTuple):
 
     coords: (n, d) all nodes, those given first, then the new ones.
     connect: (m, 2) the elements by their end nodes.
-    colors: (m,) the colour of each element, or None if no colours were given or asked for.
-    hard_nodes: (k,) the nodes at which the lines were cut, ascending, or None like colors.
+    colors: (m,) the colour of each element, the first along its chain or a new one; None unless colors, sizes,
+        hard_nodes or hard_edges were given.
+    hard_nodes: (k,) the nodes at which the lines were cut, ascending; None unless sizes, hard_nodes or hard_edges
+        were given.
     """
 
     coords: Reals
@@ -121,7 +123,7 @@ def mesh_line(
     targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])
     given = None if params is None else a.reals("params", params)
     limits = _core.mesh_limits(
-        bool(force_even),
+        a.flag("force_even", force_even),
         a.count("min_elements", min_elements),
         a.count("max_elements", max_elements),
         a.real("deviation_tolerance", deviation_tolerance),
@@ -160,31 +162,35 @@ def mesh_spline(
     sizes, metrics: targets as in mesh_line, one per node of coords, or per entry of indices if that is given.
     indices: the chain with a guide node before its first and one behind its last node: a, a, b, ..., z, z for
         an open curve, z, a, b, ..., z, a, b for a closed one. If not given, the curve runs through all nodes.
-    closed: without indices, the curve returns from the last node to the first.
+    closed: the curve returns from the last node to the first; not with indices.
     deviation_tolerance: 0: the sizes alone count. Positive: the distance that a chord may keep from the curve,
         in length units. Negative: minus that distance, relative to the radius of curvature.
     min_size: floor of the bound by curvature. It keeps the mesh within reason where the curve has a kink.
     default_size: with a max_gradation, the size everywhere but at the nodes of the curve.
-    max_gradation: growth of sizes per length along the curve; 0 sets no limit.
+    max_gradation: growth of sizes per length along the curve, but not across the joint of a closed one; 0 sets no
+        limit.
     force_even, min_elements, max_elements: as in mesh_line.
 
     Raises ValueError, which names the argument, and MemoryError.
     """
     a = Arguments("mesh_spline")
     nodes = a.coords(coords)
+    is_closed = a.flag("closed", closed)
     if indices is None:
         n = len(nodes)
         targets = a.targets(sizes, metrics, n, nodes.shape[1])
         if n < 2 or len(targets) < n:
             a.fail(*(("coords", "must hold at least 2 nodes") if n < 2 else _targets_fault(metrics)))
-        ring = [n - 1, *range(n), 0, 1] if closed else [0, *range(n), n - 1]
+        ring = [n - 1, *range(n), 0, 1] if is_closed else [0, *range(n), n - 1]
         chain = np.array(ring, dtype=np.uint32)
         targets = np.ascontiguousarray(targets[chain])
     else:
+        if is_closed:
+            a.reject("closed", "excludes indices, whose guide nodes close the curve")
         chain = a.nodes("indices", indices)
         targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])
     limits = _core.mesh_limits(
-        bool(force_even),
+        a.flag("force_even", force_even),
         a.count("min_elements", min_elements),
         a.count("max_elements", max_elements),
         a.real("deviation_tolerance", deviation_tolerance),
@@ -218,16 +224,16 @@ def spline_point(coords: npt.ArrayLike, span: Sequence[SupportsIndex], t: Real) 
     coords: (n, d) node positions, d = 2 or 3.
     span: four nodes: the guide before the span, the nodes from which and to which it runs, the guide behind.
         Where a guide is the node beside it, the curve has a free end there.
-    t: 0 gives the second of them, 1 the third.
+    t: 0 gives the second of them, 1 the third; what is outside extrapolates.
 
     Returns the position, shape (d,).
     """
     a = Arguments("spline_point")
     nodes = a.coords(coords)
-    four = a.nodes("span", [a.count("span", node) for node in span])
+    four = a.counts("span", span)
     if len(four) != 4:
         a.fail("span", "must hold 4 nodes")
-    status, point = _core.spline_point(nodes, [int(node) for node in four], a.real("t", t))
+    status, point = _core.spline_point(nodes, four, a.real("t", t))
     a.check(status, {-k: ("span", f"entry {k - 2} is no node") for k in range(2, 6)})
     return point
 
@@ -246,7 +252,7 @@ def mesh_straight(
 
     coords: (n, d) node positions, d = 2 or 3.
     sizes, metrics: targets as in mesh_line; or instead of both
-    element_count: about that many elements of one size.
+    element_count: about that many elements of one size; 0 makes none.
     indices: the chain; all nodes if not given.
     segment: instead of a chain, two nodes, with a pair of sizes or an element_count that is met exactly; or
         three nodes with an element_count.
@@ -254,20 +260,29 @@ def mesh_straight(
     """
     a = Arguments("mesh_straight")
     nodes = a.coords(coords)
+    if sizes is None and metrics is None and element_count is None:
+        a.reject("sizes, metrics, element_count", "give one of them")
+    if element_count is not None and (sizes is not None or metrics is not None):
+        a.reject("element_count", "excludes sizes and metrics")
     statuses: Statuses
     if segment is not None:
-        ends = [a.count("segment", node) for node in segment]
+        if indices is not None:
+            a.reject("segment", "excludes indices")
+        ends = a.counts("segment", segment)
         if len(ends) not in (2, 3) or (len(ends) == 3 and element_count is None):
             a.fail("segment", "must hold 2 nodes, or 3 with an element_count")
         if element_count is not None:
-            if sizes is not None or metrics is not None:
-                a.fail("element_count", "excludes sizes and metrics")
             result = _core.mesh_segment_count(nodes, ends, a.count("element_count", element_count))
         else:
-            pair = a.targets(sizes, metrics, 2, nodes.shape[1])
-            if metrics is not None or len(pair) != 2:
-                a.fail("sizes", "must be a pair")
-            result = _core.mesh_segment_sizes(nodes, ends, [float(h) for h in pair], bool(force_even))
+            if metrics is not None:
+                a.reject("segment", "excludes metrics; give the two nodes as indices")
+            assert sizes is not None
+            pair = a.per_entry("sizes", sizes, 2)
+            if len(pair) != 2:
+                a.fail("sizes", "must be a number or a pair")
+            result = _core.mesh_segment_sizes(
+                nodes, ends, [float(h) for h in pair], a.flag("force_even", force_even)
+            )
         at_one_place = ("segment", "holds a node that there is not, or nodes at one place")
         positive = ("sizes", "must be positive and finite")
         statuses = {
@@ -281,14 +296,12 @@ def mesh_straight(
         chain = a.chain(indices, nodes)
         fault = _targets_fault(metrics)
         if element_count is not None:
-            if sizes is not None or metrics is not None:
-                a.fail("element_count", "excludes sizes and metrics")
             fault = ("indices", "the line has no length")
             count = a.count("element_count", element_count)
-            result = _core.mesh_straight_count(nodes, chain, count, bool(force_even))
+            result = _core.mesh_straight_count(nodes, chain, count, a.flag("force_even", force_even))
         else:
             targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])
-            result = _core.mesh_straight_chain(nodes, chain, targets, bool(force_even))
+            result = _core.mesh_straight_chain(nodes, chain, targets, a.flag("force_even", force_even))
         statuses = {-1: _ROWS, -2: _CHAIN, -3: fault}
     status, all_nodes, mesh = result
     a.check(status, statuses)
@@ -319,18 +332,20 @@ def remesh_lines(
 
     coords: (n, d) node positions, d = 2 or 3.
     connect: (m, 2) the elements by their end nodes.
-    default_size: target size at nodes without one of their own.
+    default_size: target size at nodes without one of their own; at the ends of chains no more than the shortest of
+        them is long.
     sizes: target sizes by node number; may be short. Entries that are not positive do not count.
     colors: a colour per element; may be short. 4294967295 stands for none.
     hard_nodes: nodes to cut at.
     hard_edges: elements that pass into the new mesh as they are, by their rows in connect.
     force_even: ask for an even number of elements on each chain.
-    max_angle: the largest change of direction that is no corner, in degrees.
+    max_angle: the largest change of direction that is no corner, in degrees; above 90 its supplement.
     deviation_tolerance: 0: held to the lines. Positive: by a spline that strays no farther from the lines than
         this distance, or else by the lines with this tolerance. Negative: by a spline, elements being as short
         as its curvature asks.
     max_gradation: growth of sizes per length on splines; 0 sets no limit.
-    min_size: segments not longer than this make no corners; floor of the bounds on sizes.
+    min_size: segments not longer than this make no corners; floor of the bounds on sizes by curvature and by the
+        lengths of chains.
     min_elements, max_elements: limits for each chain.
 
     Raises ValueError, which names the argument, and MemoryError.
@@ -341,7 +356,7 @@ def remesh_lines(
     size = a.real("default_size", default_size)
     fewest = a.count("min_elements", min_elements)
     limits = _core.remesh_limits(
-        bool(force_even),
+        a.flag("force_even", force_even),
         a.real("max_angle", max_angle),
         a.real("deviation_tolerance", deviation_tolerance),
         a.real("max_gradation", max_gradation),
@@ -379,6 +394,8 @@ def remesh_lines(
     }
     if status in (-5, -5 + shift) and fewest == 0:
         a.fail(*_LIMITS)
+    if status == -2 and elements[:, :2].max() < len(nodes):
+        status = -1  # from the mesher of a chain
     a.check(status, statuses)
     return Network(
         all_nodes,

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 from typing import Optional
 
+import numpy as np
 import numpy.typing as npt
 
 from . import _core
@@ -14,19 +15,17 @@ def interpolate_metrics(params: npt.ArrayLike, values: npt.ArrayLike, new_params
     """Carry sizes or tensors from one non-decreasing list of parameters to another.
 
     params: (n,) at least 2 parameters, non-decreasing.
-    values: (n,) sizes, between which the interpolation is linear; or (n, 3) or (n, 6) packed tensors, or
-        (n, d, d) matrices, which are interpolated in their common basis.
+    values: (n,) sizes, between which the interpolation is linear, or 0 unless both are positive; or (n, 3) or
+        (n, 6) packed tensors, or (n, d, d) matrices, which are interpolated in their common basis.
     new_params: (k,) the parameters wanted, non-decreasing, within the range of params.
 
     Returns (k,) sizes or (k, 3) or (k, 6) tensors.
     """
     a = Arguments("interpolate_metrics")
     at = a.reals("params", params)
-    array = a._reals("values", values)
-    if array.ndim == 1:
-        given = array
-    else:
-        given = a.tensors("values", array, 3 if array.shape[1:] == (6,) else 2)
+    given = a.reals_of_any_shape("values", values)
+    if given.ndim != 1:
+        given = a.tensors("values", given, 3 if given.shape[1:] in ((6,), (3, 3)) else 2)
     wanted = a.reals("new_params", new_params)
     status, result = _core.interpolate_metrics(at, given, wanted)
     a.check(
@@ -37,7 +36,7 @@ def interpolate_metrics(params: npt.ArrayLike, values: npt.ArrayLike, new_params
             -3: ("new_params", "must not decrease or leave the range of params"),
         },
     )
-    out: Reals = result
+    out: Reals = result if len(wanted) > 0 else np.empty((0, *given.shape[1:]))
     return out
 
 
@@ -74,9 +73,9 @@ def metrics_gen_aniso2d(
     wrong_metrics = ("metrics", "must have shape (k, 3)")
     if directions is not None:
         if coords is not None or connect is not None or normal_size is not None:
-            a.fail("directions", "excludes coords, connect and normal_size")
+            a.reject("directions", "excludes coords, connect and normal_size")
         if size_along is None or size_across is None:
-            a.fail("size_along, size_across", "must be given with directions")
+            a.reject("size_along, size_across", "must be given with directions")
         vectors = a.matrix("directions", directions, (2,))
         status, result = _core.metrics_from_directions(
             vectors,
@@ -94,7 +93,9 @@ def metrics_gen_aniso2d(
         }
     else:
         if coords is None or connect is None or normal_size is None:
-            a.fail("coords, connect, normal_size", "must be given, or directions instead")
+            a.reject("coords, connect, normal_size", "must be given, or directions instead")
+        if any(x is not None for x in (indices, size_along, size_across)):
+            a.reject("indices, size_along, size_across", "go with directions")
         status, result = _core.metrics_gen_aniso2d(
             a.coords(coords), a.elements("connect", connect), a.real("normal_size", normal_size), old
         )
