@@ -746,8 +746,9 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 ///         -13: `min_elements` is above `max_elements`;
 ///         -199: no storage;
 ///         or that of the mesher that failed on a chain, which may be one of these: -1 or -2 for positions
-///         that are not finite, -3 for a size that is 0 or not finite at one of its nodes (also at the ends
-///         of a chain of length 0 without `min_size`), -5 for a `min_elements` of 0.
+///         that are not finite, -2 also for a chain of length 0 under a `deviation_tolerance` of 0, -3 for a
+///         size that is 0 or not finite at one of its nodes (also at the ends of a chain of length 0 without
+///         `min_size`), -5 for a `min_elements` of 0.
 /// On a failure all arguments are as they were.
 ///
 /// Cost: linear in elements and node numbers, plus that of the meshers. Memory is linear in old plus new mesh
