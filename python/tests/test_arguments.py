@@ -55,6 +55,7 @@ FAULTS = [
     ("mesh_straight: sizes", lambda: v.mesh_straight(LINE, [1, 0], segment=(0, 1))),
     ("remesh_lines: connect", lambda: v.remesh_lines(LINE, [[0, 9]], 1)),
     ("remesh_lines: connect", lambda: v.remesh_lines(LINE, [0, 1], 1)),
+    ("remesh_lines: connect: holds a line of length 0", lambda: v.remesh_lines(LINE, [[1, 1]], 1)),
     *(
         (
             "remesh_lines: coords",

@@ -382,7 +382,7 @@ def remesh_lines(
     status, all_nodes, lines, new_colors, new_breaks = result
     negative = "must not be negative or NaN"
     statuses = {
-        -1: ("coords", "a position is not finite"),
+        -1: ("coords", "a position is not finite, or a line is infinitely long"),
         -2: ("connect", "holds a node that there is not"),
         -3: ("default_size, sizes", "must be positive and finite where a chain needs them"),
         -5: _LIMITS,
@@ -394,8 +394,10 @@ def remesh_lines(
     }
     if status in (-5, -5 + shift) and fewest == 0:
         a.fail(*_LIMITS)
-    if status == -2 and elements[:, :2].max() < len(nodes):
-        status = -1  # from the mesher of a chain
+    if status == -2 and elements[:, :2].max() < len(nodes):  # from the mesher of a chain
+        if np.isfinite(nodes[elements[:, :2]]).all():
+            a.fail("connect", "holds a line of length 0, which needs another deviation_tolerance than 0")
+        status = -1
     a.check(status, statuses)
     return Network(
         all_nodes,
