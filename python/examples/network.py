@@ -1,0 +1,134 @@
+"""Splits a network of lines into batches that share no node, and joins them when each has been remeshed.
+
+Usage: network.py [ELEMENTS]
+
+Remeshes a network of about so many elements by one call and batch by batch, and compares the results.
+network_threads.py and network_dask.py remesh the batches side by side.
+"""
+
+import sys
+import time
+from typing import Callable, Iterable, List, NamedTuple, Tuple
+
+import numpy as np
+from scipy.sparse import coo_matrix
+from scipy.sparse.csgraph import connected_components
+
+import vornik1d
+
+OPTIONS = {"default_size": 0.06, "deviation_tolerance": 0.002, "min_size": 0.01}
+
+
+class Batch(NamedTuple):
+    """Some components of a network, their nodes numbered anew in the same order."""
+
+    nodes: np.ndarray  # their numbers in the network
+    coords: np.ndarray
+    connect: np.ndarray
+    colors: np.ndarray
+
+
+def split(coords: np.ndarray, connect: np.ndarray, colors: np.ndarray, elements: int = 2000) -> List[Batch]:
+    """Batches of about so many elements or one larger component, in the order of their lowest elements."""
+    graph = coo_matrix((np.ones(len(connect), bool), tuple(connect.T)), shape=(len(coords), len(coords)))
+    labels = connected_components(graph, directed=False)[1][connect[:, 0]]
+    _, lowest, component = np.unique(labels, return_index=True, return_inverse=True)
+    counts = np.bincount(component)
+    order = np.argsort(lowest)
+    start = np.empty_like(counts)  # of each component, in the order of lowest elements
+    start[order] = np.cumsum(counts[order]) - counts[order]
+    batch = (start // elements)[component]
+    rows = np.argsort(batch, kind="stable")
+    cuts = np.flatnonzero(np.diff(batch[rows])) + 1
+    batches = []
+    for part in np.split(rows, cuts) if len(rows) > 0 else ():
+        nodes, local = np.unique(connect[part], return_inverse=True)
+        batches.append(Batch(nodes, coords[nodes], local.reshape(-1, 2).astype(np.uint32), colors[part]))
+    return batches
+
+
+def remesh(batch: Batch) -> vornik1d.Network:
+    return vornik1d.remesh_lines(batch.coords, batch.connect, colors=batch.colors, **OPTIONS)
+
+
+def join(
+    coords: np.ndarray, batches: Iterable[Batch], meshes: Iterable[vornik1d.Network]
+) -> vornik1d.Network:
+    """The network by its remeshed batches: old nodes keep their numbers, new ones follow batch by batch.
+
+    So numbers depend on the network alone, whichever batch is done first.
+    """
+    all_coords, all_connect, all_colors = [coords], [np.empty((0, 2), np.uint32)], [np.empty(0, np.uint32)]
+    count = len(coords)
+    for batch, mesh in zip(batches, meshes):
+        new = mesh.coords[len(batch.nodes) :]
+        numbers = np.concatenate([batch.nodes, np.arange(count, count + len(new))]).astype(np.uint32)
+        all_coords.append(new)
+        all_connect.append(numbers[mesh.connect])
+        all_colors.append(mesh.colors)
+        count += len(new)
+    if count > vornik1d.UNLIMITED:
+        raise OverflowError("more nodes than 32-bit numbers can name")
+    return vornik1d.Network(
+        np.concatenate(all_coords), np.concatenate(all_connect), np.concatenate(all_colors), None
+    )
+
+
+def is_same(a: vornik1d.Network, b: vornik1d.Network) -> bool:
+    """Whether two networks have the same elements bit for bit, in whatever order, joined at as many nodes."""
+
+    def rows(mesh: vornik1d.Network) -> np.ndarray:
+        starts, ends = mesh.coords[mesh.connect[:, 0]], mesh.coords[mesh.connect[:, 1]]
+        table = np.column_stack([starts, ends, mesh.colors])
+        return table[np.lexsort(table.T)]
+
+    nodes = [len(np.unique(mesh.connect)) for mesh in (a, b)]
+    return nodes[0] == nodes[1] and np.array_equal(rows(a), rows(b))
+
+
+def islands(elements: int) -> Tuple[np.ndarray, np.ndarray, np.ndarray]:
+    """Rings and stars of five crooked arms in turn, on a grid: nodes, elements and a colour per element."""
+    turn = 2 * np.pi * np.arange(60) / 60
+    arm, along = np.divmod(np.arange(60), 12)
+    out = (along + 1) / 12
+    ring = np.stack([np.arange(60), np.roll(np.arange(60), -1)], axis=1)
+    star = np.stack([np.where(along == 0, 60, np.arange(60) - 1), np.arange(60)], axis=1)
+    coords, connect, colors = [], [], []
+    count = max(1, elements // 60)
+    side = int(np.ceil(np.sqrt(count)))
+    for k in range(count):
+        if k % 2 == 0:
+            radius, angle, lines, color = (
+                1.2 + 0.2 * np.sin(5 * turn + k),
+                turn,
+                ring,
+                np.zeros(60, np.uint32),
+            )
+        else:
+            radius, angle = 1.5 * out, 2 * np.pi * arm / 5 + 0.3 * np.sin(5 * out + k)
+            lines, color = star, arm + 1
+        shape = np.stack([radius * np.cos(angle), radius * np.sin(angle)], axis=1)
+        middle = [4.0 * (k % side), 4.0 * (k // side)]
+        coords.append(np.concatenate([shape, [[0, 0]]]) + middle)  # a ring leaves its middle without elements
+        connect.append(lines + 61 * k)
+        colors.append(color)
+    return np.concatenate(coords), np.concatenate(connect), np.concatenate(colors)
+
+
+def compare(name: str, remesh_all: Callable[[List[Batch]], List[vornik1d.Network]]) -> None:
+    """Runs `remesh_all(batches)`, which gives the meshes in order, and compares with a single call."""
+    coords, connect, colors = islands(int(sys.argv[1]) if len(sys.argv) > 1 else 100_000)
+    t0 = time.perf_counter()
+    whole = vornik1d.remesh_lines(coords, connect, colors=colors, **OPTIONS)
+    t1 = time.perf_counter()
+    batches = split(coords, connect, colors)
+    joined = join(coords, batches, remesh_all(batches))
+    t2 = time.perf_counter()
+    print(f"{len(connect)} elements became {len(joined.connect)}.")
+    print(f"one call: {t1 - t0:.2f} s; {len(batches)} batches {name}, split and joined: {t2 - t1:.2f} s")
+    if not is_same(whole, joined):
+        raise SystemExit("The results differ.")
+
+
+if __name__ == "__main__":
+    compare("one by one", lambda batches: [remesh(batch) for batch in batches])
