@@ -34,6 +34,13 @@ def test_lines_show_each_element_in_its_color():
     assert ax.get_ylim()[1] > 2
     space = plot.lines(np.eye(3), [0, 2])
     assert space.name == "3d"
+    far = plot.lines([[100, 0, 0], [300, 0, 0], [300, 50, 0], [900, 900, 900]], [[0, 1], [1, 2]])
+    plot.lines([[100, 0, 0], [100, 0, 20]], ax=far)
+    limits = [far.get_xlim(), far.get_ylim(), far.get_zlim()]
+    for (low, high), (first, last) in zip(limits, [(100, 300), (0, 50), (0, 20)]):
+        assert first - 11 < low <= first and last <= high < last + 11
+    extents = np.ptp(limits, axis=1)
+    assert np.allclose(far._box_aspect / far._box_aspect[0], extents / extents[0])
     with pytest.raises(ValueError, match="lines: colors"):
         plot.lines(coords, [[0, 1], [1, 2]], colors=[7])
     with pytest.raises(ValueError, match="lines: connect"):
@@ -48,6 +55,9 @@ def test_targets_have_the_sizes_asked():
     width, height = 2 * ellipses._widths[0], 2 * ellipses._heights[0]
     assert np.allclose([width, height], [6, 4])
     assert np.isclose(np.tan(ellipses._angles[0]), 0.75)
+    for wrong in ({"sizes": -1}, {"metrics": [-tensor]}, {"metrics": [tensor * np.nan]}):
+        with pytest.raises(ValueError, match=f"targets: {next(iter(wrong))}"):
+            plot.targets([[1, 1]], **wrong)
     plt.close("all")
 
 

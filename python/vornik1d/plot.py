@@ -42,7 +42,7 @@ def lines(
     connect: (m, 2) elements, or a list of nodes in the order of travel; all nodes in order if not given.
     colors: a number per element; elements of one number have one colour.
     nodes: whether to draw dots at the nodes.
-    ax: the axes to draw on; new ones with equal units if not given.
+    ax: the axes to draw on; new ones if not given. Units are equal on new axes, and in space.
     style: further arguments of Matplotlib's LineCollection.
     """
     a = Arguments("lines")
@@ -63,7 +63,8 @@ def lines(
         style["colors"] = plt.get_cmap("tab10")(rank % 10)
     if ax is None:
         ax = plt.figure().add_subplot(projection="3d" if in_space else None)
-        ax.set_aspect("equal")
+        if not in_space:
+            ax.set_aspect("equal")
     has_data = ax.has_data()
     style.setdefault("linewidths", 1.2)
     collection = Line3DCollection if in_space else LineCollection
@@ -73,6 +74,7 @@ def lines(
         ax.scatter(*used.T, s=8, color="black", zorder=3)
     if in_space and len(used) > 0:
         ax.auto_scale_xyz(*used.T, had_data=has_data)
+        ax.set_box_aspect([abs(b - a) for a, b in (ax.get_xlim(), ax.get_ylim(), ax.get_zlim())])
     elif not in_space:
         ax.autoscale_view()
     return ax
@@ -99,10 +101,16 @@ def targets(
     if len(given) != len(points):
         a.fail("sizes, metrics", "must be one per position")
     if metrics is None:
+        if not (given > 0).all():
+            a.fail("sizes", "must be positive")
         widths = heights = 2 * given
         angles = np.zeros(len(points))
     else:
+        if not np.isfinite(given).all():
+            a.fail("metrics", "must be finite")
         values, vectors = np.linalg.eigh(unpack_metrics(given))
+        if not (values > 0).all():
+            a.fail("metrics", "must be positive definite")
         widths, heights = 2 / np.sqrt(values.T)
         angles = np.degrees(np.arctan2(vectors[:, 1, 0], vectors[:, 0, 0]))
     if ax is None:
