@@ -34,7 +34,7 @@ namespace trelk::vornik1d {
 /// Status of a call for which storage is not available.
 constexpr int no_storage = -199;
 
-/// @name Line meshing
+/// @defgroup line_meshing Line meshing
 /// @{
 
 /// Meshes a polyline by target sizes given at its nodes.
@@ -150,7 +150,7 @@ constexpr int no_storage = -199;
     dense2D<double>& out_metrics) noexcept;
 
 /// @}
-/// @name Straight lines
+/// @defgroup straight_lines Straight lines
 /// @{
 
 /// Meshes each segment of a polyline on its own by the sizes at its ends, so that all chain nodes stay.
@@ -188,7 +188,7 @@ constexpr int no_storage = -199;
 /// Meshes the segment from `node_a` to `node_b` by the sizes at its ends.
 ///
 /// @return 0; -2, -3: `node_a`, `node_b` is no column of `coords`; -4, -5: `size_a`, `size_b` is not
-///         positive; otherwise as the first overload.
+///         positive, -3 also if one is infinite; otherwise as the first overload.
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
     double size_a, double size_b, bool force_even, dense1D<unsigned>& out_indices) noexcept;
 
@@ -207,7 +207,7 @@ constexpr int no_storage = -199;
     unsigned node_c, unsigned element_count, dense1D<unsigned>& out_indices) noexcept;
 
 /// @}
-/// @name Splines
+/// @defgroup splines Splines
 /// @{
 
 /// Point of a spline at a parameter value.
@@ -215,10 +215,11 @@ constexpr int no_storage = -199;
 /// The spline is a chain of cubics, one span from each node to the next, each built from its two nodes and
 /// one guide node on either side; no system of equations is solved. The tangent at a node has the direction
 /// of q u + p v, where u and v are the unit vectors along the chords before and behind it, p and q the
-/// lengths of these, so that the spline turns without a corner. Beside a chord at most a hundredth as long as
-/// its own, of length l, a span takes the direction of l u + v instead: that depends on units, and there may
-/// be a corner. A span has no tangent at an end that is its own guide node, by number and not by place, nor
-/// where the tangent would point against the chord; it is quadratic then, or straight without both.
+/// lengths of these, which is that of the circle through the three nodes; so the spline turns without a
+/// corner. Beside a chord at most a hundredth as long as its own, of length l, a span takes the direction of
+/// l u + v instead: that depends on units, and there may be a corner. A span has no tangent at an end that is
+/// its own guide node, by number and not by place, nor where the tangent would point against the chord; it is
+/// quadratic then, or straight without both.
 ///
 /// @param coords  2 or 3 rows, as many as `point` has: node positions.
 /// @param i0, i3  the guide nodes before and behind the span; i0 = i1 and i3 = i2 declare a free end.
@@ -228,8 +229,11 @@ constexpr int no_storage = -199;
 /// @param[out] point  the position; as it was on a failure.
 /// @return 0; -1: `coords` has another row count than `point`; -2, -3, -4, -5: i0, i1, i2, i3 is no column of
 ///         `coords`.
+///
+/// Cost: constant, no allocation.
 [[nodiscard]] VORNIK1D_API int spline_point(dense2D<double> const& coords, unsigned i0, unsigned i1,
     unsigned i2, unsigned i3, double t, vector_fixed<double, 2>& point) noexcept;
+/// The same in space.
 [[nodiscard]] VORNIK1D_API int spline_point(dense2D<double> const& coords, unsigned i0, unsigned i1,
     unsigned i2, unsigned i3, double t, vector_fixed<double, 3>& point) noexcept;
 
@@ -305,7 +309,8 @@ constexpr int no_storage = -199;
 ///
 /// Curvature bounds the sizes of each tensor along its own axes, and `default_size` stands for the isotropic
 /// tensor of that size. Growth is limited in the metric: of two tensors at a distance l in one of them the
-/// other is intersected with that one divided by (1 + `max_gradation` * l)^2.
+/// other is intersected with that one divided by (1 + `max_gradation` * l)^2: homogeneous growth as in
+/// Alauzet, Size gradation control of anisotropic meshes, 2010.
 ///
 /// @param metrics  3 or 6 rows for 2 or 3 rows of `coords`: a tensor per chain entry, finite and positive
 ///                 definite, packed as in `mesh_line`; further columns are ignored.
@@ -323,7 +328,7 @@ constexpr int no_storage = -199;
     double& deviation) noexcept;
 
 /// @}
-/// @name Metric interpolation
+/// @defgroup metric_interpolation Metric interpolation
 /// @{
 
 /// Carries values from one non-decreasing list of parameters to another by linear interpolation.
@@ -354,12 +359,13 @@ constexpr int no_storage = -199;
     dense2D<double> const& metrics, dense1D<double> const& new_params, dense2D<double>& new_metrics) noexcept;
 
 /// @}
-/// @name Metric generation
-/// @{
+/// @defgroup metric_generation Metric generation
 ///
 /// Each tensor is merged into the column of its node: there stands the intersection then, in which every
-/// vector is at least as long as in either; of two tensors with unlimited sizes, their sum. So calls can be chained, and elements that meet at a node combine
-/// there; a column of zeros asks for nothing.
+/// vector is at least as long as in either; of two tensors with unlimited sizes, their sum. So calls can be
+/// chained, and elements that meet at a node combine there; a column of zeros asks for nothing. Cost: linear in
+/// elements or in the nodes treated.
+/// @{
 
 /// Tensors from a direction per node, in the plane.
 ///
@@ -411,7 +417,7 @@ constexpr int no_storage = -199;
     dense2D<double>& metrics) noexcept;
 
 /// @}
-/// @name Chain operations
+/// @defgroup chains Chain operations
 /// @{
 
 /// Discrete curvature of a chain at each of its entries: the change of the unit tangent, divided by the mean
@@ -459,7 +465,7 @@ constexpr int no_storage = -199;
     dense1D<double> const& new_params) noexcept;
 
 /// @}
-/// @name Measures
+/// @defgroup measures Measures
 /// @{
 
 /// Length of a chain.
@@ -497,6 +503,8 @@ constexpr int no_storage = -199;
 ///         -2: `connect` has 1 row, or an end node for which `params` has no value;
 ///         -3: `tangents` has neither 2 nor 3 rows, or not a column per value of `params`;
 ///         -199: no storage.
+///
+/// Linear in nodes and elements.
 [[nodiscard]] VORNIK1D_API int parametric_curvatures(dense1D<double> const& params,
     dense2D<unsigned> const& connect, dense2D<double> const& tangents, dense1D<double>& result) noexcept;
 
@@ -515,27 +523,31 @@ constexpr int no_storage = -199;
 ///         -1: `coords` does not have 2 rows;
 ///         -2: `connect` has 1 row, or an end node that is no column of `coords`;
 ///         -199: no storage.
+///
+/// Linear in nodes and elements.
 [[nodiscard]] VORNIK1D_API int normals(dense2D<double> const& coords, dense2D<unsigned> const& connect,
     double exponent, bool unit_length, dense2D<double>& result) noexcept;
 
 /// @}
-/// @name Connectivity
-/// @{
+/// @defgroup connectivity Connectivity
 ///
 /// Elements are columns of node numbers: the two end nodes first, in rows 0 and 1, then the interior nodes in
-/// order from the first end to the second. No element shares its interior nodes with another one.
+/// order from the first end to the second. No element shares its interior nodes with another one. Cost:
+/// linear in elements.
+/// @{
 
-/// Appends elements of 2, 3 or 4 nodes along a list of nodes, each beginning where the one before ends.
+/// Appends elements of two nodes along a list of nodes, each beginning where the one before ends.
 ///
-/// @param indices  the nodes in order along the line: none, or at least 2; an odd number of 3 or more for
-///                 elements of 3 nodes; 4, 7, 10, ... for those of 4.
-/// @param[in,out] connect  the elements are appended; it is empty or has as many rows as they have nodes.
+/// @param indices  the nodes in order along the line: none, or at least 2.
+/// @param[in,out] connect  the elements are appended; it is empty or has as many rows as elements have nodes.
 /// @return 0; -1: another number of nodes; -2: `connect` has another row count; -199: no storage.
 /// On a failure `connect` is as it was.
 [[nodiscard]] VORNIK1D_API int indices_to_connectE2(
     dense1D<unsigned> const& indices, dense2D<unsigned>& connect) noexcept;
+/// The same for elements of three nodes: `indices` is empty, or has an odd number of 3 or more.
 [[nodiscard]] VORNIK1D_API int indices_to_connectE3(
     dense1D<unsigned> const& indices, dense2D<unsigned>& connect) noexcept;
+/// The same for elements of four nodes: `indices` is empty, or has 4, 7, 10, ...
 [[nodiscard]] VORNIK1D_API int indices_to_connectE4(
     dense1D<unsigned> const& indices, dense2D<unsigned>& connect) noexcept;
 
@@ -570,20 +582,23 @@ constexpr int no_storage = -199;
     dense2D<unsigned> const& connect_in, unsigned extra_nodes, dense2D<unsigned>& connect_out) noexcept;
 
 /// The same in place: `connect` has `extra_nodes` + 2 rows then, and is as it was on a failure and for an
-/// `extra_nodes` of 0. Quadratic elements have 1 extra node, cubic ones 2.
+/// `extra_nodes` of 0.
 [[nodiscard]] VORNIK1D_API int convert_into_high_order(
     dense2D<double>& coords, dense2D<unsigned>& connect, unsigned extra_nodes) noexcept;
+/// The same with 1 extra node, in the middle of each element.
 [[nodiscard]] VORNIK1D_API int convert_into_quadratic(
     dense2D<double>& coords, dense2D<unsigned>& connect) noexcept;
+/// The same with 2 extra nodes, at the thirds of each element.
 [[nodiscard]] VORNIK1D_API int convert_into_cubic(
     dense2D<double>& coords, dense2D<unsigned>& connect) noexcept;
 
 /// @}
-/// @name Orientation
+/// @defgroup orientation Orientation
 /// @{
 
 /// Turns all elements round: reverses the order of their nodes. Meant for elements of two nodes; others lose
-/// the order in which the end nodes come first. Fewer than 2 rows stay as they are. Returns 0.
+/// the order in which the end nodes come first. Fewer than 2 rows stay as they are. Returns 0. Linear in
+/// elements.
 VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 
 /// Orients the elements of a line so that each starts where the one before ends, as one of them does.
@@ -608,14 +623,13 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
     dense2D<unsigned>& connect, dense2D<unsigned>& neighbors, unsigned start, int all_components) noexcept;
 
 /// @}
-/// @name Extrusion
-/// @{
+/// @defgroup extrusion Extrusion
 ///
 /// A line of new nodes is drawn by a node that is moved: along a vector, or about a centre or an axis. It
 /// starts at a node of `coords`, or at a point that becomes a new node in front of the others. Its step count
 /// is given, or found from target sizes at its start and its end, in length units of the model along the
 /// path: then steps are of equal metric length, as in `mesh_line`, and as near to 1 as a whole number allows,
-/// or an even one under `force_even`.
+/// or an even one under `force_even`. Cost: linear in the new nodes.
 ///
 /// @param[in,out] coords   as many rows as the points have; the new nodes are appended. It may be empty where
 ///                 the line starts at a point.
@@ -636,59 +650,75 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 ///         -199: no storage, or more nodes than 32-bit numbers can name.
 /// On a failure `coords` and `indices` are as they were. A translation ends exactly at the start plus `vector`.
 /// A count of steps may have a path of length 0, and a full turn ends at a new node at the place of the start.
+/// @{
 
+/// From a new node along a vector, in equal steps.
 [[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords,
     vector_fixed<double, 2> const& start_point, vector_fixed<double, 2> const& vector, unsigned element_count,
     dense1D<unsigned>& indices) noexcept;
-[[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords,
-    vector_fixed<double, 2> const& start_point, vector_fixed<double, 2> const& vector, double size_a,
-    double size_b, bool force_even, dense1D<unsigned>& indices) noexcept;
-[[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords, unsigned start_node,
-    vector_fixed<double, 2> const& vector, unsigned element_count, dense1D<unsigned>& indices) noexcept;
-[[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords, unsigned start_node,
-    vector_fixed<double, 2> const& vector, double size_a, double size_b, bool force_even,
-    dense1D<unsigned>& indices) noexcept;
+/// The same in space.
 [[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords,
     vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& vector, unsigned element_count,
     dense1D<unsigned>& indices) noexcept;
+/// From a new node along a vector, by sizes.
+[[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords,
+    vector_fixed<double, 2> const& start_point, vector_fixed<double, 2> const& vector, double size_a,
+    double size_b, bool force_even, dense1D<unsigned>& indices) noexcept;
+/// The same in space.
 [[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords,
     vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& vector, double size_a,
     double size_b, bool force_even, dense1D<unsigned>& indices) noexcept;
+/// From a node along a vector, in equal steps.
+[[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords, unsigned start_node,
+    vector_fixed<double, 2> const& vector, unsigned element_count, dense1D<unsigned>& indices) noexcept;
+/// The same in space.
 [[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 3> const& vector, unsigned element_count, dense1D<unsigned>& indices) noexcept;
+/// From a node along a vector, by sizes.
+[[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords, unsigned start_node,
+    vector_fixed<double, 2> const& vector, double size_a, double size_b, bool force_even,
+    dense1D<unsigned>& indices) noexcept;
+/// The same in space.
 [[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 3> const& vector, double size_a, double size_b, bool force_even,
     dense1D<unsigned>& indices) noexcept;
 
+/// From a new node about a centre, in equal steps.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords,
     vector_fixed<double, 2> const& start_point, vector_fixed<double, 2> const& center, double angle,
     unsigned element_count, dense1D<unsigned>& indices) noexcept;
+/// From a new node about a centre, by sizes.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords,
     vector_fixed<double, 2> const& start_point, vector_fixed<double, 2> const& center, double angle,
     double size_a, double size_b, bool force_even, dense1D<unsigned>& indices) noexcept;
+/// From a node about a centre, in equal steps.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 2> const& center, double angle, unsigned element_count,
     dense1D<unsigned>& indices) noexcept;
+/// From a node about a centre, by sizes.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 2> const& center, double angle, double size_a, double size_b, bool force_even,
     dense1D<unsigned>& indices) noexcept;
+/// From a new node about an axis, in equal steps.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords,
     vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& center,
     vector_fixed<double, 3> const& rotation, unsigned element_count, dense1D<unsigned>& indices) noexcept;
+/// From a new node about an axis, by sizes.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords,
     vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& center,
     vector_fixed<double, 3> const& rotation, double size_a, double size_b, bool force_even,
     dense1D<unsigned>& indices) noexcept;
-/// This one alone returns -5 for an `element_count` of 0.
+/// From a node about an axis, in equal steps. This one alone returns -5 for an `element_count` of 0.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 3> const& center, vector_fixed<double, 3> const& rotation, unsigned element_count,
     dense1D<unsigned>& indices) noexcept;
+/// From a node about an axis, by sizes.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 3> const& center, vector_fixed<double, 3> const& rotation, double size_a,
     double size_b, bool force_even, dense1D<unsigned>& indices) noexcept;
 
 /// @}
-/// @name Remeshing
+/// @defgroup remeshing Remeshing
 /// @{
 
 /// Replaces a mesh of lines by one whose elements follow target sizes.
@@ -773,7 +803,7 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
     double min_size, unsigned min_elements, unsigned max_elements) noexcept;
 
 /// @}
-/// @name Parameters
+/// @defgroup parameters Parameters
 /// @{
 
 /// Sorts parameter values, and nodes along with them, in place: by parameter, and nodes of equal parameter by
@@ -781,6 +811,8 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 ///
 /// @return 0; -1: `params` and `indices` differ in size; -199: no storage. On a failure both are as they
 ///         were.
+///
+/// Cost: n log n for n nodes.
 [[nodiscard]] VORNIK1D_API int sort(dense1D<double>& params, dense1D<unsigned>& indices) noexcept;
 
 /// Meshes a line that lives on the parameter axis: `mesh_line` in one dimension, along the sizes alone.
@@ -800,6 +832,8 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 ///         -6: `min_elements` is 0 or above `max_elements`;
 ///         -199: no storage, or more points than 32-bit numbers can name.
 /// On a failure all is as it was. A lack of storage for the new points alone leaves a single element.
+///
+/// Cost: linear in chain plus mesh.
 [[nodiscard]] VORNIK1D_API int subdivide(dense1D<double>& params, dense1D<double>& sizes,
     dense1D<unsigned> const& indices, bool round_up, bool force_even, unsigned min_elements,
     unsigned max_elements, dense1D<unsigned>& new_indices) noexcept;

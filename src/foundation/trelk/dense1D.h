@@ -29,13 +29,15 @@ class dense1D : public __vector_view<T, Alignment>
     using base::storage_;
 
 public:
-    using value_type = T;
+    using value_type = T; ///< Type of the values.
 
+    /// Empty, without storage.
     dense1D() noexcept = default;
 
     /// n values, indeterminate.
     explicit dense1D(std::size_t n) noexcept { static_cast<void>(resize(n)); }
 
+    /// n times `value`.
     dense1D(std::size_t n, T value) noexcept { static_cast<void>(resize(n, value)); }
 
     /// A view of the n values at `values`, without ownership: they must outlive every view of them. A view
@@ -46,6 +48,8 @@ public:
         if (storage_) size_ = n;
     }
 
+    /// @{
+    /// Another view of the same values. What is moved from is empty.
     dense1D(dense1D const&) noexcept = default;
     dense1D(dense1D&& other) noexcept : dense1D() { swap(other); }
     dense1D& operator=(dense1D other) noexcept
@@ -54,10 +58,14 @@ public:
         return *this;
     }
     ~dense1D() = default;
+    /// @}
 
+    /// Number of values.
     std::size_t size() const noexcept { return size_; }
+    /// Whether there are none.
     bool empty() const noexcept { return size_ == 0; }
 
+    /// @{
     /// Entry i, i < size(): not tested in a release build.
     T& operator[](std::size_t i) noexcept
     {
@@ -69,11 +77,15 @@ public:
         assert(i < size_);
         return base::first()[i];
     }
+    /// @}
 
+    /// @{
+    /// The values as a range, side by side.
     T* begin() noexcept { return base::first(); }
     T* end() noexcept { return base::first() + size_; }
     T const* begin() const noexcept { return base::first(); }
     T const* end() const noexcept { return base::first() + size_; }
+    /// @}
 
     /// Empties the view; its storage stays for reuse.
     void clear() noexcept { size_ = 0; }
@@ -134,6 +146,7 @@ public:
         return dense1D(storage_, offset_ + start, std::min(count, size_ - start));
     }
 
+    /// Exchanges the two views; values stay where they are.
     void swap(dense1D& other) noexcept
     {
         std::swap(storage_, other.storage_);

@@ -23,8 +23,9 @@ class dense2D : public __vector_view<T, Alignment>
     using base::storage_;
 
 public:
-    using value_type = T;
+    using value_type = T; ///< Type of the values.
 
+    /// Empty, without storage.
     dense2D() noexcept = default;
 
     /// A view of rows * cols values at `values`, column by column, without ownership.
@@ -36,6 +37,8 @@ public:
         if (storage_) rows_ = rows, cols_ = cols, ld_ = rows;
     }
 
+    /// @{
+    /// Another view of the same values. What is moved from is empty.
     dense2D(dense2D const&) noexcept = default;
     dense2D(dense2D&& other) noexcept : dense2D() { swap(other); }
     dense2D& operator=(dense2D other) noexcept
@@ -44,12 +47,18 @@ public:
         return *this;
     }
     ~dense2D() = default;
+    /// @}
 
+    /// Number of rows.
     std::size_t rows() const noexcept { return rows_; }
+    /// Number of columns.
     std::size_t cols() const noexcept { return cols_; }
+    /// Leading dimension: the distance in values from a column to the next.
     std::size_t ld() const noexcept { return ld_; }
+    /// Whether there are no entries.
     bool empty() const noexcept { return rows_ == 0 || cols_ == 0; }
 
+    /// @{
     /// Entry (i, j), i < rows(), j < cols(): not tested in a release build.
     T& operator()(std::size_t i, std::size_t j) noexcept
     {
@@ -61,10 +70,13 @@ public:
         assert(i < rows_ && j < cols_);
         return col(j)[i];
     }
+    /// @}
 
+    /// @{
     /// The rows() values of column j.
     T* col(std::size_t j) noexcept { return base::first() + j * ld_; }
     T const* col(std::size_t j) const noexcept { return base::first() + j * ld_; }
+    /// @}
 
     /// Empties the view; its storage stays for reuse.
     void clear() noexcept { rows_ = cols_ = ld_ = 0; }
@@ -142,6 +154,7 @@ public:
         return dense1D<T, Alignment>(packed.storage_, packed.offset_, rows_ * cols_);
     }
 
+    /// Exchanges the two views; values stay where they are.
     void swap(dense2D& other) noexcept
     {
         std::swap(storage_, other.storage_);

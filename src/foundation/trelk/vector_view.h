@@ -26,9 +26,12 @@ public:
         return !std::less<>()(&value, begin) && std::less<>()(&value, begin + storage_->capacity());
     }
 
+    /// The first value; null without storage.
     T* data() noexcept { return first(); }
+    /// The first value; null without storage.
     T const* data() const noexcept { return first(); }
 
+    /// @cond inside
 protected:
     using block = vector_num<T, Alignment>;
 
@@ -57,6 +60,7 @@ protected:
 
     Ptr<block> storage_;
     std::size_t offset_ = 0;
+    /// @endcond
 };
 
 } // namespace trelk
