@@ -53,9 +53,3 @@ void print_heading();
 
 /// Prints a row on a mesh of the coast, and gives the panel that shows it.
 panel present(std::string const& title, meshing const& shown, line_mesh const& coast, color const& ink);
-
-// Colours that colour-blind readers can tell apart.
-constexpr color black = {0.2, 0.2, 0.2};
-constexpr color vermilion = {0.84, 0.37, 0.0};
-constexpr color blue = {0.0, 0.45, 0.7};
-constexpr color green = {0.0, 0.5, 0.37};

@@ -22,6 +22,11 @@ constexpr color medium_grey = {0.58, 0.58, 0.58};
 constexpr color light_grey = {0.74, 0.74, 0.74};
 constexpr color pale_blue = {0.72, 0.84, 0.94};
 constexpr color map_ground = {0.94, 0.96, 0.98};
+// Colours that colour-blind readers can tell apart.
+constexpr color black = {0.2, 0.2, 0.2};
+constexpr color vermilion = {0.84, 0.37, 0.0};
+constexpr color blue = {0.0, 0.45, 0.7};
+constexpr color green = {0.0, 0.5, 0.37};
 
 /// The corner is the one with the least coordinates.
 struct rectangle

@@ -5,11 +5,10 @@
 
 namespace {
 
-constexpr color black = {0.1, 0.1, 0.1};
+constexpr color near_black = {0.1, 0.1, 0.1};
 constexpr color white = {1.0, 1.0, 1.0};
 
 // The page in points.
-constexpr double page_width = 1000.0;
 constexpr double margin = 12.0;
 constexpr double gap = 14.0;
 constexpr double heading_height = 44.0;
@@ -48,9 +47,9 @@ void draw_overview(canvas const& page, rectangle const& frame, rectangle const& 
     map.lines(view.coast, light_grey, 1.6);
     map.lines(content.mesh, content.ink, 0.8);
     map.nodes(content.mesh, content.ink, 2.0);
-    map.dot({}, black, 5.0);
-    map.box(view.detail, black, 1.2);
-    map.scale_bar(50.0, in_km(50.0), black);
+    map.dot({}, near_black, 5.0);
+    map.box(view.detail, near_black, 1.2);
+    map.scale_bar(50.0, in_km(50.0), near_black);
 }
 
 void draw_detail(canvas const& page, rectangle const& frame, scene const& view, panel const& content)
@@ -61,17 +60,17 @@ void draw_detail(canvas const& page, rectangle const& frame, scene const& view, 
     map.lines(view.coast, light_grey, 3.0);
     map.lines(content.mesh, content.ink, 1.0);
     map.nodes(content.mesh, content.ink, 3.2);
-    map.dot({}, black, 7.0);
-    map.label({0.06 * view.detail.width, -0.045 * view.detail.width}, view.harbour, black);
-    map.box(view.detail, black, 2.4);
-    map.scale_bar(10.0, in_km(10.0), black);
+    map.dot({}, near_black, 7.0);
+    map.label({0.06 * view.detail.width, -0.045 * view.detail.width}, view.harbour, near_black);
+    map.box(view.detail, near_black, 2.4);
+    map.scale_bar(10.0, in_km(10.0), near_black);
 }
 
 } // namespace
 
 void save_columns(std::filesystem::path const& stem, std::vector<heading> const& headings,
     std::vector<double> const& row_shapes, std::vector<std::string> const& caption,
-    map_drawing const& draw_map)
+    map_drawing const& draw_map, double page_width)
 {
     auto const columns = static_cast<double>(headings.size());
     double const width = (page_width - 2.0 * margin - (columns - 1.0) * gap) / columns;
@@ -81,8 +80,9 @@ void save_columns(std::filesystem::path const& stem, std::vector<heading> const&
         row_tops.push_back(bottom + gap);
         bottom = row_tops.back() + width * shape;
     }
-    auto const caption_lines = static_cast<double>(caption.size());
-    double const page_height = bottom + caption_height + (caption_lines - 1.0) * line_height + margin;
+    auto const further_lines = static_cast<double>(caption.size()) - 1.0;
+    double const page_height =
+        bottom + (caption.empty() ? 0.0 : caption_height + further_lines * line_height) + margin;
 
     save_drawing(stem, page_width, page_height, white, [&](canvas const& page) {
         double left = margin;

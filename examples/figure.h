@@ -20,10 +20,10 @@ struct heading
 using map_drawing = std::function<void(canvas const&, rectangle const&, std::size_t, std::size_t)>;
 
 /// Draws columns of maps side by side, each under its heading, on STEM.svg and STEM.png. Each row has a shape:
-/// the height of its maps over their width. The caption stands below, line by line.
+/// the height of its maps over their width. The caption stands below, line by line. The width is in points.
 void save_columns(std::filesystem::path const& stem, std::vector<heading> const& headings,
     std::vector<double> const& row_shapes, std::vector<std::string> const& caption,
-    map_drawing const& draw_map);
+    map_drawing const& draw_map, double page_width = 1000.0);
 
 /// What every map of the figure shows: the coast as it was read, what is to be seen behind it, the harbour,
 /// the part to enlarge, and the caption.
