@@ -1,0 +1,385 @@
+#include "figures.h"
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <numbers>
+
+namespace {
+
+using namespace trelk;
+
+/// Three significant digits, as in 0.52 or 1.05.
+std::string short_number(double value)
+{
+    std::array<char, 32> text;
+    std::snprintf(text.data(), text.size(), "%.3g", value);
+    return text.data();
+}
+
+void draw_mesh(map_frame const& map, line_mesh const& mesh, color const& ink)
+{
+    map.lines(mesh, ink, 1.2);
+    map.nodes(mesh, ink, 5.0);
+}
+
+void draw_metric_length(std::filesystem::path const& folder)
+{
+    dense2D<double> coords = nodes_at({{0, 0}, {10, 0}});
+    auto const chain = list_of<unsigned>({0, 1});
+    auto const sizes = list_of<double>({0.4, 2.2});
+    dense1D<unsigned> mesh;
+    dense1D<double> params, mesh_sizes;
+    require_success(
+        vornik1d::mesh_line(coords, chain, sizes, false, 1, no_limit, 0.0, 0.0, mesh, params, mesh_sizes));
+
+    std::size_t const elements = mesh.size() - 1;
+    double const metric_length = 10.0 * std::log(2.2 / 0.4) / (2.2 - 0.4);
+    double const bottom = -1.7;
+    auto const draw = [&](map_frame const& map) {
+        map.lines(polyline({{0, 0.4}, {10, 2.2}}), grey, 1.2);
+        for (std::size_t k = 0; k <= elements; ++k) {
+            double const x = coords(0, mesh[k]);
+            double const even = 10.0 * static_cast<double>(k) / static_cast<double>(elements);
+            map.lines(polyline({{x, 0}, {x, mesh_sizes[k]}}), medium_grey, 0.8);
+            map.lines(polyline({{x, 0}, {even, bottom}}), pale_blue, 0.8);
+            map.dot({even, bottom}, vermilion, 5.0);
+            map.label({even, bottom - 0.35}, std::to_string(k), vermilion);
+        }
+        draw_mesh(map, one_line(coords, mesh), blue);
+        map.lines(polyline({{0, bottom}, {10, bottom}}), vermilion, 1.2);
+        map.label({-0.75, 0}, "the line", blue);
+        map.label({-0.75, 0.4}, "size 0.4", grey);
+        map.label({10.75, 2.2}, "size 2.2", grey);
+        map.label({-0.8, bottom}, "its metric", vermilion);
+        map.label({10.75, bottom}, "length", vermilion);
+    };
+    std::string const step = short_number(metric_length / static_cast<double>(elements));
+    save_panels(folder / "metric-length", {{-1.6, -2.4}, 13.2, 5.1},
+        {{{counted(elements), "equal steps of metric length " + step, blue}, draw}});
+}
+
+std::vector<point> circle_points(std::size_t n, double radius)
+{
+    std::vector<point> result;
+    for (std::size_t k = 0; k < n; ++k) {
+        double const angle = 2.0 * std::numbers::pi * static_cast<double>(k) / static_cast<double>(n);
+        result.push_back({radius * std::cos(angle), radius * std::sin(angle)});
+    }
+    return result;
+}
+
+void draw_tensors(std::filesystem::path const& folder)
+{
+    constexpr std::size_t n = 96;
+    dense2D<double> by_sizes = nodes_at(circle_points(n, 2.0));
+    dense2D<double> by_tensors = nodes_at(circle_points(n, 2.0));
+    dense1D<unsigned> chain = first_nodes(n);
+    chain.push_back(0); // back to the start
+    dense1D<unsigned> size_mesh, tensor_mesh;
+    dense1D<double> params, mesh_sizes;
+    dense2D<double> mesh_metrics;
+
+    //! [tensors]
+    dense1D<double> const sizes(n + 1, 0.5);
+    dense2D<double> metrics;
+    if (!metrics.resize(3, n + 1)) throw std::bad_alloc();
+    for (std::size_t i = 0; i < n + 1; ++i) {
+        metrics(0, i) = 1.0 / (1.0 * 1.0); // along x: size 1
+        metrics(1, i) = 0.0;
+        metrics(2, i) = 1.0 / (0.25 * 0.25); // along y: size 0.25
+    }
+    require_success(vornik1d::mesh_line(by_sizes, chain, sizes, /* force_even */ false, /* min_elements */ 3,
+        no_limit, /* deviation_tolerance */ 0.0, /* min_size */ 0.0, size_mesh, params, mesh_sizes));
+    require_success(vornik1d::mesh_line(
+        by_tensors, chain, metrics, false, 3, no_limit, 0.0, 0.0, tensor_mesh, params, mesh_metrics));
+    //! [tensors]
+
+    auto const draw = [](map_frame const& map, dense2D<double> const& coords, dense1D<unsigned> const& nodes,
+                          tensor const& target, color const& ink) {
+        line_mesh const mesh = one_line(coords, nodes);
+        for (std::size_t i = 0; i + 1 < nodes.size(); i += 4)
+            map.unit_ball(mesh.node(nodes[i]), target, medium_grey, 0.8);
+        draw_mesh(map, mesh, ink);
+    };
+    save_panels(folder / "sizes-and-tensors", {{-3.2, -2.7}, 6.4, 5.4},
+        {{{"Sizes", "0.5 in every direction: " + counted(size_mesh.size() - 1), blue},
+             [&](map_frame const& map) {
+                 draw(map, by_sizes, size_mesh, {4.0, 0.0, 4.0}, blue);
+             }},
+            {{"Tensors", "1 along x, 0.25 along y: " + counted(tensor_mesh.size() - 1), vermilion},
+                [&](map_frame const& map) {
+                    draw(map, by_tensors, tensor_mesh, {1.0, 0.0, 16.0}, vermilion);
+                }}});
+}
+
+/// A closed line with wide and tight bends.
+std::vector<point> bay(std::size_t n)
+{
+    std::vector<point> result;
+    for (point const& p : circle_points(n, 1.0)) {
+        double const angle = std::atan2(p.y, p.x);
+        double const radius = 1.0 + 0.35 * std::cos(3.0 * angle) + 0.1 * std::sin(8.0 * angle);
+        result.push_back({radius * p.x, radius * p.y});
+    }
+    return result;
+}
+
+void draw_tolerance(std::filesystem::path const& folder)
+{
+    constexpr std::size_t n = 240;
+    dense1D<unsigned> chain = first_nodes(n);
+    chain.push_back(0);
+    std::vector<point> places = bay(n);
+    places.push_back(places.front());
+    line_mesh const input = polyline(places);
+
+    struct
+    {
+        double tolerance;
+        std::string title;
+        color ink;
+    } const ways[] = {{0.0, "0", blue}, {0.05, "0.05", vermilion}, {-0.01, "-0.01", green}};
+    std::vector<picture_panel> panels;
+    for (auto const& [tolerance, title, ink] : ways) {
+        dense2D<double> coords = nodes_at(bay(n));
+        dense1D<double> const sizes(n + 1, 0.6);
+        dense1D<unsigned> mesh;
+        dense1D<double> params, mesh_sizes;
+        require_success(vornik1d::mesh_line(
+            coords, chain, sizes, false, 3, no_limit, tolerance, 0.0, mesh, params, mesh_sizes));
+        panels.push_back({{"Tolerance " + title, counted(mesh.size() - 1), ink},
+            [=, result = one_line(coords, mesh), shade = ink](map_frame const& map) {
+                map.lines(input, light_grey, 3.0);
+                draw_mesh(map, result, shade);
+            }});
+    }
+    save_panels(folder / "tolerance", widened(bounds(input), 0.1), panels);
+}
+
+void draw_spline(std::filesystem::path const& folder)
+{
+    std::vector<point> const places = {{0, 0}, {1, 1.4}, {2.2, 1.5}, {2.9, 0.3}, {3.9, 0}, {4.6, 1.2}};
+    dense2D<double> by_line = nodes_at(places);
+    dense2D<double> by_spline = nodes_at(places);
+    dense1D<unsigned> line_nodes, spline_nodes;
+    dense1D<double> params, mesh_sizes, spline_params, spline_sizes;
+    dense1D<double> const line_sizes(6, 0.8);
+    require_success(vornik1d::mesh_line(
+        by_line, first_nodes(6), line_sizes, false, 1, no_limit, 0.01, 0.0, line_nodes, params, mesh_sizes));
+
+    //! [spline]
+    // An open curve through the nodes 0 to 5: its ends stand twice.
+    auto const chain = list_of<unsigned>({0, 0, 1, 2, 3, 4, 5, 5});
+    dense1D<double> const sizes(8, 0.8);
+    double deviation = 0.0;
+    require_success(vornik1d::mesh_spline(by_spline, chain, sizes, /* force_even */ false,
+        /* min_elements */ 1, no_limit, /* deviation_tolerance */ 0.01, /* min_size */ 0.0,
+        /* default_size */ 0.0, /* max_gradation */ 0.0, spline_nodes, spline_params, spline_sizes,
+        deviation));
+    //! [spline]
+
+    line_mesh const known = polyline(places);
+    auto const draw = [&](map_frame const& map, line_mesh const& mesh, color const& ink) {
+        map.nodes(known, light_grey, 10.0);
+        draw_mesh(map, mesh, ink);
+    };
+    save_panels(folder / "splines", {{-0.4, -0.4}, 5.4, 2.4},
+        {{{"mesh_line", "along the chords: " + counted(line_nodes.size() - 1), blue},
+             [&](map_frame const& map) { draw(map, one_line(by_line, line_nodes), blue); }},
+            {{"mesh_spline", "along the curve: " + counted(spline_nodes.size() - 1), vermilion},
+                [&](map_frame const& map) { draw(map, one_line(by_spline, spline_nodes), vermilion); }}});
+}
+
+void draw_gradation(std::filesystem::path const& folder)
+{
+    constexpr unsigned n = 21;
+    std::vector<point> places;
+    for (unsigned k = 0; k < n; ++k) places.push_back({0.5 * k, 0.0});
+    dense1D<unsigned> chain = list_of<unsigned>({0});
+    for (unsigned k = 0; k < n; ++k) chain.push_back(k);
+    chain.push_back(n - 1);
+    dense1D<double> sizes(n + 2, 1.0);
+    sizes[9] = 0.1; // of node 8
+
+    struct result
+    {
+        line_mesh mesh;
+        line_mesh law;
+        std::string text;
+        color ink;
+    };
+    std::vector<result> results;
+    for (auto const& [gradation, ink] :
+        {std::pair<double, color>(0.0, blue), {0.4, vermilion}, {0.15, green}}) {
+        dense2D<double> coords = nodes_at(places);
+        dense1D<unsigned> mesh;
+        dense1D<double> params, mesh_sizes;
+        double deviation = 0.0;
+        require_success(vornik1d::mesh_spline(coords, chain, sizes, false, 1, no_limit, 0.0, 0.0, 1.0,
+            gradation, mesh, params, mesh_sizes, deviation));
+        std::vector<point> law;
+        for (std::size_t i = 0; i < mesh.size(); ++i) law.push_back({coords(0, mesh[i]), mesh_sizes[i]});
+        std::string const growth =
+            gradation > 0.0 ? "max_gradation " + short_number(gradation) : "no limit to growth";
+        results.push_back(
+            {one_line(coords, mesh), polyline(law), growth + ": " + counted(mesh.size() - 1), ink});
+    }
+
+    rectangle const region = {{-0.3, -0.3}, 10.6, 1.9};
+    auto const draw_map = [&](canvas const& page, rectangle const& frame, std::size_t, std::size_t row) {
+        map_frame const map(page, frame, region, map_ground);
+        auto const& [mesh, law, text, ink] = results[row];
+        map.lines(law, grey, 1.2);
+        draw_mesh(map, mesh, ink);
+        map.label({8.0, 1.3}, text, ink);
+        map.label({1.2, 1.3}, "target size", grey);
+    };
+    double const shape = region.height / region.width;
+    save_columns(folder / "gradation", {{"A node that asks for 0.1 among others that ask for 1", "", black}},
+        {shape, shape, shape}, {}, draw_map, picture_width);
+}
+
+/// A network: a baseline with a branch and a corner, and a bend that changes colour on the way.
+void draw_corners(std::filesystem::path const& folder)
+{
+    dense2D<double> coords;
+    dense2D<unsigned> connect;
+    dense1D<unsigned> colors;
+    dense1D<unsigned> path;
+    auto const add = [&](point const& p) {
+        double const values[] = {p.x, p.y};
+        std::size_t const node = coords.cols();
+        if (!coords.resize(2, node + 1)) throw std::bad_alloc();
+        coords(0, node) = values[0];
+        coords(1, node) = values[1];
+        path.push_back(static_cast<unsigned>(node));
+    };
+    auto const finish = [&](unsigned color_number) {
+        require_success(vornik1d::indices_to_connectE2(path, connect));
+        colors.push_back_n(color_number, connect.cols() - colors.size()) ? void() : throw std::bad_alloc();
+        unsigned const last = path[path.size() - 1];
+        path.clear();
+        path.push_back(last);
+    };
+    for (int k = 0; k <= 20; ++k) add({0.2 * k, 0.0}); // node 10 is the junction
+    for (int k = 1; k <= 8; ++k) add({4.0, 0.2 * k});
+    finish(0);
+    for (int k = 1; k <= 32; ++k) { // an arc, on which the colour changes
+        double const angle = std::numbers::pi * k / 32;
+        add({2.8 + 1.2 * std::cos(angle), 1.6 + 1.2 * std::sin(angle)});
+        if (k == 12) finish(1);
+    }
+    finish(2);
+    path.clear();
+    path.push_back(10);
+    for (int k = 1; k <= 8; ++k) add({2.0, -0.15 * k});
+    finish(3);
+    dense2D<unsigned> old_connect;
+    dense1D<unsigned> old_colors;
+    if (!old_connect.copy(connect) || !old_colors.copy(colors)) throw std::bad_alloc();
+
+    //! [remesh]
+    auto hard_nodes = list_of<unsigned>({4});
+    dense1D<double> const no_sizes;
+    dense1D<unsigned> const no_hard_edges;
+    require_success(vornik1d::remesh_lines(coords, connect, /* default_size */ 0.5, no_sizes, colors,
+        hard_nodes, no_hard_edges, /* force_even */ false, /* max_angle */ 30.0,
+        /* deviation_tolerance */ 0.02, /* max_gradation */ 0.0, /* min_size */ 0.0, /* min_elements */ 1,
+        no_limit));
+    // hard_nodes holds all break nodes now.
+    //! [remesh]
+
+    std::array<color, 4> const inks = {blue, vermilion, green, grey};
+    auto const draw = [&](map_frame const& map, dense2D<unsigned> const& elements,
+                          dense1D<unsigned> const& colors_of) {
+        for (std::size_t e = 0; e < elements.cols(); ++e)
+            draw_mesh(map, one_line(coords, list_of<unsigned>({elements(0, e), elements(1, e)})),
+                inks[colors_of[e] % 4]);
+    };
+    save_panels(folder / "corners-and-colours", {{-0.6, -1.6}, 5.6, 4.8},
+        {{{"Before", counted(old_connect.cols()) + " of four colours", black},
+             [&](map_frame const& map) { draw(map, old_connect, old_colors); }},
+            {{"After", counted(connect.cols()) + ", break nodes ringed", black}, [&](map_frame const& map) {
+                 draw(map, connect, colors);
+                 for (unsigned const node : hard_nodes)
+                     map.circle({coords(0, node), coords(1, node)}, 0.1, black, 1.2);
+                 map.label({0.15, -0.3}, "end", black);
+                 map.label({0.8, 0.3}, "hard node", black);
+                 map.label({2.0, 0.3}, "junction", black);
+                 map.label({4.4, -0.3}, "corner", black);
+                 map.label({4.0, 1.6}, "colours change", black);
+             }}});
+}
+
+void draw_counts(std::filesystem::path const& folder)
+{
+    std::vector<double> const lengths = {0.7, 1.4, 1.5, 2.4, 2.5, 2.8, 2.9, 3.4, 3.5};
+    auto const draw = [&](map_frame const& map, bool force_even, color const& ink) {
+        double y = 0.0;
+        for (double const length : lengths) {
+            y -= 0.35;
+            dense2D<double> coords = nodes_at({{0, y}, {length, y}});
+            dense1D<unsigned> mesh;
+            require_success(vornik1d::mesh_straight(coords, 0, 1, 1.0, 1.0, force_even, mesh));
+            draw_mesh(map, one_line(coords, mesh), ink);
+            map.label({-0.35, y}, short_number(length), black);
+            map.label({3.9, y}, std::to_string(mesh.size() - 1), ink);
+        }
+    };
+    save_panels(folder / "counts", {{-0.8, -3.5}, 5.1, 3.5},
+        {{{"Any count", "lengths at the left, counts at the right; the size is 1", blue},
+             [&](map_frame const& map) { draw(map, false, blue); }},
+            {{"force_even", "at least 2, and 4 from a length of 2.83 on", vermilion},
+                [&](map_frame const& map) { draw(map, true, vermilion); }}});
+}
+
+void draw_outputs(std::filesystem::path const& folder)
+{
+    std::vector<point> const places = {{0, 0}, {2, 1.2}, {4, 0.9}, {6, 0}};
+    dense2D<double> coords = nodes_at(places);
+    dense1D<unsigned> mesh;
+
+    //! [outputs]
+    auto const chain = list_of<unsigned>({0, 1, 2, 3});
+    dense1D<double> const sizes(4, 1.6);
+    dense1D<double> params, mesh_sizes;
+    require_success(
+        vornik1d::mesh_line(coords, chain, sizes, false, 1, no_limit, 0.0, 0.0, mesh, params, mesh_sizes));
+    //! [outputs]
+
+    auto const number = [](map_frame const& map, point const& p, std::size_t node, color const& ink) {
+        map.label({p.x, p.y + 0.3}, std::to_string(node), ink);
+    };
+    save_panels(folder / "outputs", {{-0.5, -0.5}, 7.0, 2.4},
+        {{{"Before", "4 nodes, the chain 0, 1, 2, 3", grey},
+             [&](map_frame const& map) {
+                 draw_mesh(map, polyline(places), grey);
+                 for (std::size_t k = 0; k < 4; ++k) number(map, places[k], k, grey);
+             }},
+            {{"After",
+                 std::to_string(coords.cols()) + " nodes, of which the mesh has " +
+                     std::to_string(mesh.size()),
+                 blue},
+                [&](map_frame const& map) {
+                    draw_mesh(map, polyline(places), light_grey);
+                    draw_mesh(map, one_line(coords, mesh), blue);
+                    for (std::size_t k = 1; k < 3; ++k) number(map, places[k], k, grey);
+                    for (unsigned const node : mesh)
+                        map.label({coords(0, node), coords(1, node) - 0.27}, std::to_string(node), blue);
+                }}});
+}
+
+} // namespace
+
+void draw_ideas(std::filesystem::path const& folder)
+{
+    draw_metric_length(folder);
+    draw_tensors(folder);
+    draw_tolerance(folder);
+    draw_spline(folder);
+    draw_gradation(folder);
+    draw_corners(folder);
+    draw_counts(folder);
+    draw_outputs(folder);
+}
