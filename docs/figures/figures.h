@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstdio>
 #include <filesystem>
 #include <functional>
 #include <initializer_list>
@@ -78,17 +80,31 @@ struct picture_panel
     std::function<void(map_frame const&)> draw;
 };
 
-/// Draws panels of one region side by side on STEM.svg and STEM.png.
-inline void save_panels(
-    std::filesystem::path const& stem, rectangle const& region, std::vector<picture_panel> const& panels)
+/// Draws panels side by side on STEM.svg and STEM.png. They have regions of one shape, or all of them one.
+inline void save_panels(std::filesystem::path const& stem, std::vector<rectangle> const& regions,
+    std::vector<picture_panel> const& panels)
 {
     std::vector<heading> headings;
     for (picture_panel const& panel : panels) headings.push_back(panel.title);
     auto const draw_map = [&](canvas const& page, rectangle const& frame, std::size_t k, std::size_t) {
-        map_frame const map(page, frame, region, map_ground);
+        map_frame const map(page, frame, regions[regions.size() > 1 ? k : 0], map_ground);
         panels[k].draw(map);
     };
-    save_columns(stem, headings, {region.height / region.width}, {}, draw_map, picture_width);
+    save_columns(stem, headings, {regions[0].height / regions[0].width}, {}, draw_map, picture_width);
+}
+
+inline void draw_mesh(map_frame const& map, line_mesh const& mesh, color const& ink, double scale = 1.0)
+{
+    map.lines(mesh, ink, 1.2 * scale);
+    map.nodes(mesh, ink, 5.0 * scale);
+}
+
+/// Three significant digits, as in 0.52 or 1.05.
+inline std::string short_number(double value)
+{
+    std::array<char, 32> text;
+    std::snprintf(text.data(), text.size(), "%.3g", value);
+    return text.data();
 }
 
 /// The pictures of the guide's pages on ideas, and those of its recipes, from what these printed.

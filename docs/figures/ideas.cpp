@@ -9,20 +9,6 @@ namespace {
 
 using namespace trelk;
 
-/// Three significant digits, as in 0.52 or 1.05.
-std::string short_number(double value)
-{
-    std::array<char, 32> text;
-    std::snprintf(text.data(), text.size(), "%.3g", value);
-    return text.data();
-}
-
-void draw_mesh(map_frame const& map, line_mesh const& mesh, color const& ink)
-{
-    map.lines(mesh, ink, 1.2);
-    map.nodes(mesh, ink, 5.0);
-}
-
 void draw_metric_length(std::filesystem::path const& folder)
 {
     dense2D<double> coords = nodes_at({{0, 0}, {10, 0}});
@@ -48,14 +34,13 @@ void draw_metric_length(std::filesystem::path const& folder)
         }
         draw_mesh(map, one_line(coords, mesh), blue);
         map.lines(polyline({{0, bottom}, {10, bottom}}), vermilion, 1.2);
-        map.label({-0.75, 0}, "the line", blue);
-        map.label({-0.75, 0.4}, "size 0.4", grey);
+        map.label({-1.1, 0}, "the line", blue);
+        map.label({-1.1, 0.4}, "size 0.4", grey);
         map.label({10.75, 2.2}, "size 2.2", grey);
-        map.label({-0.8, bottom}, "its metric", vermilion);
-        map.label({10.75, bottom}, "length", vermilion);
+        map.label({-1.1, bottom}, "metric length", vermilion);
     };
     std::string const step = short_number(metric_length / static_cast<double>(elements));
-    save_panels(folder / "metric-length", {{-1.6, -2.4}, 13.2, 5.1},
+    save_panels(folder / "metric-length", {{{-2.1, -2.4}, 13.7, 5.1}},
         {{{counted(elements), "equal steps of metric length " + step, blue}, draw}});
 }
 
@@ -98,11 +83,11 @@ void draw_tensors(std::filesystem::path const& folder)
     auto const draw = [](map_frame const& map, dense2D<double> const& coords, dense1D<unsigned> const& nodes,
                           tensor const& target, color const& ink) {
         line_mesh const mesh = one_line(coords, nodes);
-        for (std::size_t i = 0; i + 1 < nodes.size(); i += 4)
+        for (std::size_t i = 0; i + 4 < nodes.size(); i += 4)
             map.unit_ball(mesh.node(nodes[i]), target, medium_grey, 0.8);
         draw_mesh(map, mesh, ink);
     };
-    save_panels(folder / "sizes-and-tensors", {{-3.2, -2.7}, 6.4, 5.4},
+    save_panels(folder / "sizes-and-tensors", {{{-3.2, -2.7}, 6.4, 5.4}},
         {{{"Sizes", "0.5 in every direction: " + counted(size_mesh.size() - 1), blue},
              [&](map_frame const& map) {
                  draw(map, by_sizes, size_mesh, {4.0, 0.0, 4.0}, blue);
@@ -154,7 +139,7 @@ void draw_tolerance(std::filesystem::path const& folder)
                 draw_mesh(map, result, shade);
             }});
     }
-    save_panels(folder / "tolerance", widened(bounds(input), 0.1), panels);
+    save_panels(folder / "tolerance", {widened(bounds(input), 0.1)}, panels);
 }
 
 void draw_spline(std::filesystem::path const& folder)
@@ -184,7 +169,7 @@ void draw_spline(std::filesystem::path const& folder)
         map.nodes(known, light_grey, 10.0);
         draw_mesh(map, mesh, ink);
     };
-    save_panels(folder / "splines", {{-0.4, -0.4}, 5.4, 2.4},
+    save_panels(folder / "splines", {{{-0.4, -0.4}, 5.4, 2.4}},
         {{{"mesh_line", "along the chords: " + counted(line_nodes.size() - 1), blue},
              [&](map_frame const& map) { draw(map, one_line(by_line, line_nodes), blue); }},
             {{"mesh_spline", "along the curve: " + counted(spline_nodes.size() - 1), vermilion},
@@ -236,7 +221,8 @@ void draw_gradation(std::filesystem::path const& folder)
         map.label({1.2, 1.3}, "target size", grey);
     };
     double const shape = region.height / region.width;
-    save_columns(folder / "gradation", {{"A node that asks for 0.1 among others that ask for 1", "", black}},
+    save_columns(folder / "gradation",
+        {{"Growth of sizes", "a node asks for 0.1 among others that ask for 1", black}},
         {shape, shape, shape}, {}, draw_map, picture_width);
 }
 
@@ -297,7 +283,7 @@ void draw_corners(std::filesystem::path const& folder)
             draw_mesh(map, one_line(coords, list_of<unsigned>({elements(0, e), elements(1, e)})),
                 inks[colors_of[e] % 4]);
     };
-    save_panels(folder / "corners-and-colours", {{-0.6, -1.6}, 5.6, 4.8},
+    save_panels(folder / "corners-and-colours", {{{-0.6, -1.6}, 5.6, 4.8}},
         {{{"Before", counted(old_connect.cols()) + " of four colours", black},
              [&](map_frame const& map) { draw(map, old_connect, old_colors); }},
             {{"After", counted(connect.cols()) + ", break nodes ringed", black}, [&](map_frame const& map) {
@@ -308,7 +294,7 @@ void draw_corners(std::filesystem::path const& folder)
                  map.label({0.8, 0.3}, "hard node", black);
                  map.label({2.0, 0.3}, "junction", black);
                  map.label({4.4, -0.3}, "corner", black);
-                 map.label({4.0, 1.6}, "colours change", black);
+                 map.label({3.0, 1.6}, "colours change", black);
              }}});
 }
 
@@ -327,7 +313,7 @@ void draw_counts(std::filesystem::path const& folder)
             map.label({3.9, y}, std::to_string(mesh.size() - 1), ink);
         }
     };
-    save_panels(folder / "counts", {{-0.8, -3.5}, 5.1, 3.5},
+    save_panels(folder / "counts", {{{-0.8, -3.5}, 5.1, 3.5}},
         {{{"Any count", "lengths at the left, counts at the right; the size is 1", blue},
              [&](map_frame const& map) { draw(map, false, blue); }},
             {{"force_even", "at least 2, and 4 from a length of 2.83 on", vermilion},
@@ -351,7 +337,7 @@ void draw_outputs(std::filesystem::path const& folder)
     auto const number = [](map_frame const& map, point const& p, std::size_t node, color const& ink) {
         map.label({p.x, p.y + 0.3}, std::to_string(node), ink);
     };
-    save_panels(folder / "outputs", {{-0.5, -0.5}, 7.0, 2.4},
+    save_panels(folder / "outputs", {{{-0.5, -0.5}, 7.0, 2.4}},
         {{{"Before", "4 nodes, the chain 0, 1, 2, 3", grey},
              [&](map_frame const& map) {
                  draw_mesh(map, polyline(places), grey);

@@ -1,3 +1,218 @@
 #include "figures.h"
 
-void draw_recipes(std::filesystem::path const&, std::filesystem::path const&) {}
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <map>
+#include <sstream>
+
+namespace {
+
+/// A part of what a recipe printed: a line "# TITLE" and the rows of numbers below it.
+struct block
+{
+    std::string title;
+    std::vector<std::vector<double>> rows;
+
+    /// The rows as places, from the given columns on.
+    std::vector<point> places(std::size_t column = 0) const
+    {
+        std::vector<point> result;
+        for (auto const& row : rows) result.push_back({row.at(column), row.at(column + 1)});
+        return result;
+    }
+};
+
+std::vector<block> read(std::filesystem::path const& results, std::string const& recipe)
+{
+    std::ifstream file(results / (recipe + ".txt"));
+    std::vector<block> blocks;
+    for (std::string text; std::getline(file, text);) {
+        if (text.rfind("# ", 0) == 0)
+            blocks.push_back({text.substr(2), {}});
+        else if (!text.empty()) {
+            std::istringstream numbers(text);
+            std::vector<double> row;
+            for (double number = 0.0; numbers >> number;) row.push_back(number);
+            blocks.at(blocks.size() - 1).rows.push_back(row);
+        }
+    }
+    if (blocks.empty()) throw std::runtime_error(recipe + " has printed nothing");
+    return blocks;
+}
+
+/// What a recipe promises of its result.
+void require(bool promise, std::string const& text)
+{
+    if (!promise) throw std::runtime_error("broken promise of a recipe: " + text);
+}
+
+/// A region of the shape of another one, by its corner and width.
+rectangle like(rectangle const& shape, point const& corner, double width)
+{
+    return {corner, width, width * shape.height / shape.width};
+}
+
+void draw_even_spacing(std::vector<block> const& blocks, std::filesystem::path const& stem)
+{
+    line_mesh const spiral = polyline(blocks.at(0).places());
+    std::vector<point> const nodes = blocks.at(1).places();
+    require(nodes.size() == 25, "24 elements");
+    save_panels(stem, {widened(bounds(spiral), 1.0)},
+        {{{counted(nodes.size() - 1), "equally long along the line; the pale line is the one given", blue},
+            [&](map_frame const& map) {
+                map.lines(spiral, light_grey, 4.0);
+                draw_mesh(map, polyline(nodes), blue);
+            }}});
+}
+
+void draw_boundary_layer(std::vector<block> const& blocks, std::filesystem::path const& stem)
+{
+    std::vector<point> const line = blocks.at(0).places();
+    double const first = distance(line.at(0), line.at(1));
+    double const ratio = distance(line.at(1), line.at(2)) / first;
+    require(
+        std::abs(first / 0.005 - 1.0) < 0.1 && std::abs(ratio / 1.25 - 1.0) < 0.02, "first element, growth");
+
+    rectangle const whole = {{-0.05, -0.05}, 2.1, 0.65};
+    rectangle const detail = like(whole, {0.9, 0.11}, 0.3);
+    auto const draw = [&](map_frame const& map, double scale) {
+        for (block const& part : blocks)
+            draw_mesh(map, polyline(part.places()), part.title == "wall" ? vermilion : blue, scale);
+    };
+    std::string const law = "first element " + short_number(first) + ", ratio " + short_number(ratio);
+    save_panels(stem, {whole, detail},
+        {{{"Lines off a wall", std::to_string(blocks.size() - 1) + " lines of " + counted(line.size() - 1),
+              blue},
+             [&](map_frame const& map) {
+                 draw(map, 0.5);
+                 map.box(detail, black, 1.2);
+             }},
+            {{"The part in the box", law, blue}, [&](map_frame const& map) { draw(map, 0.8); }}});
+}
+
+void draw_airfoil(std::vector<block> const& blocks, std::filesystem::path const& stem)
+{
+    line_mesh const known = polyline(blocks.at(0).places());
+    line_mesh const mesh = polyline(blocks.at(1).places());
+    rectangle const whole = {{-0.05, -0.12}, 1.1, 0.24};
+    rectangle const nose = like(whole, {-0.02, -0.03}, 0.28);
+    auto const draw = [&](map_frame const& map, double scale) {
+        map.nodes(known, light_grey, 9.0 * scale);
+        draw_mesh(map, mesh, blue, scale);
+    };
+    save_panels(stem, {whole, nose},
+        {{{counted(mesh.coords.cols() - 1), "pale dots are the points given", blue},
+             [&](map_frame const& map) {
+                 draw(map, 0.6);
+                 map.box(nose, black, 1.2);
+             }},
+            {{"The nose", "as short as the curvature asks for", blue},
+                [&](map_frame const& map) { draw(map, 0.9); }}});
+}
+
+void draw_coastline(std::vector<block> const& blocks, std::filesystem::path const& stem)
+{
+    line_mesh const coast = polyline(blocks.at(0).places());
+    point const harbour = blocks.at(1).places().at(0);
+    line_mesh const mesh = polyline(blocks.at(2).places());
+    rectangle const whole = widened(bounds(coast), 1.0);
+    rectangle const detail = like(whole, {harbour.x - 3.0, harbour.y - 3.5}, 6.0);
+    auto const draw = [&](map_frame const& map, double scale) {
+        map.lines(coast, light_grey, 4.0 * scale);
+        draw_mesh(map, mesh, blue, scale);
+        map.dot(harbour, black, 8.0 * scale);
+    };
+    save_panels(stem, {whole, detail},
+        {{{counted(mesh.coords.cols() - 1), "of a coast of " + counted(coast.coords.cols()), blue},
+             [&](map_frame const& map) {
+                 draw(map, 0.7);
+                 map.box(detail, black, 1.2);
+             }},
+            {{"At the harbour", "where elements are shortest", blue},
+                [&](map_frame const& map) { draw(map, 1.0); }}});
+}
+
+void draw_vessel(std::vector<block> const& blocks, std::filesystem::path const& stem)
+{
+    color const inks[] = {blue, vermilion, green};
+    std::size_t elements = 0;
+    for (block const& branch : blocks) elements += branch.rows.size() - 1;
+    require(blocks.at(0).rows.back().at(0) == blocks.at(1).rows.at(0).at(0), "branches meet");
+    save_panels(stem, {{{-6.0, -18.0}, 70.0, 36.0}},
+        {{{counted(elements), "half as long as the radius; circles show the radius carried to each node",
+              blue},
+            [&](map_frame const& map) {
+                for (block const& branch : blocks)
+                    for (auto const& row : branch.rows)
+                        map.circle({row.at(0), row.at(1)}, row.at(3), light_grey, 0.8);
+                for (std::size_t k = 0; k < blocks.size(); ++k)
+                    draw_mesh(map, polyline(blocks[k].places()), inks[k % 3], 0.8);
+            }}});
+}
+
+void draw_beams(std::vector<block> const& blocks, std::filesystem::path const& stem)
+{
+    std::map<std::string, color> const inks = {
+        {"section 0", blue}, {"section 1", vermilion}, {"section 2", green}};
+    double longest = 0.0;
+    for (block const& element : blocks)
+        longest = std::max(longest, distance(element.places().at(0), element.places().at(2)));
+    require(longest <= 1.2, "longest beam");
+    save_panels(stem, {{{-0.6, -0.5}, 10.2, 7.0}},
+        {{{counted(blocks.size()) + " of three nodes",
+              "columns blue, beams red, braces green; small dots are middle nodes", black},
+            [&](map_frame const& map) {
+                for (block const& element : blocks) {
+                    std::vector<point> const p = element.places();
+                    map.lines(polyline(p), inks.at(element.title), 1.6);
+                    map.dot(p.at(0), inks.at(element.title), 6.0);
+                    map.dot(p.at(1), inks.at(element.title), 3.2);
+                    map.dot(p.at(2), inks.at(element.title), 6.0);
+                }
+            }}});
+}
+
+void draw_matching_nodes(std::vector<block> const& blocks, std::filesystem::path const& stem)
+{
+    struct way_out
+    {
+        color ink;
+        point shift;
+    };
+    std::map<std::string, way_out> const regions = {{"region 0", {blue, {-0.1, -0.04}}},
+        {"region 1", {vermilion, {0.0, 0.1}}}, {"region 2", {green, {0.1, -0.04}}}};
+    rectangle const area = {{-0.2, -0.15}, 1.4, 1.35};
+    auto const draw = [&](map_frame const& map, bool is_apart) {
+        for (block const& element : blocks) {
+            auto const& [ink, shift] = regions.at(element.title);
+            std::vector<point> places = element.places(1);
+            if (is_apart)
+                for (point& p : places) p = {p.x + shift.x, p.y + shift.y};
+            draw_mesh(map, polyline(places), is_apart ? ink : black, 0.8);
+        }
+    };
+    // Elements inside belong to two regions and have the same nodes in both.
+    std::map<std::pair<double, double>, int> uses;
+    for (block const& element : blocks)
+        ++uses[std::minmax({element.rows.at(0).at(0), element.rows.at(1).at(0)})];
+    auto const shared = std::ranges::count_if(uses, [](auto const& use) { return use.second == 2; });
+    require(shared > 0 && static_cast<std::size_t>(shared) + uses.size() == blocks.size(), "shared elements");
+    save_panels(stem, {area},
+        {{{"The mesh", counted(uses.size()), black}, [&](map_frame const& map) { draw(map, false); }},
+            {{"Its three regions", std::to_string(shared) + " elements belong to two of them", black},
+                [&](map_frame const& map) { draw(map, true); }}});
+}
+
+} // namespace
+
+void draw_recipes(std::filesystem::path const& results, std::filesystem::path const& folder)
+{
+    draw_even_spacing(read(results, "even_spacing"), folder / "even-spacing");
+    draw_boundary_layer(read(results, "boundary_layer"), folder / "boundary-layer");
+    draw_airfoil(read(results, "airfoil"), folder / "airfoil");
+    draw_coastline(read(results, "coastline"), folder / "coastline");
+    draw_vessel(read(results, "vessel"), folder / "vessel");
+    draw_beams(read(results, "beams"), folder / "beams");
+    draw_matching_nodes(read(results, "matching_nodes"), folder / "matching-nodes");
+}

@@ -1,0 +1,56 @@
+// Draws lines off a wall whose first element is 0.005 long and whose elements grow by a quarter from one to
+// the next.
+
+#include <cmath>
+#include <cstdio>
+
+#include <vornik1d/vornik1d.h>
+
+int main()
+{
+    using namespace trelk;
+
+    // The wall: a flat one with a bump. Normals are to the left of its direction, so it runs from left to
+    // right.
+    constexpr unsigned n = 81;
+    dense2D<double> coords;
+    dense1D<unsigned> chain(n);
+    if (!coords.resize(2, n) || chain.size() != n) return 1;
+    for (unsigned k = 0; k < n; ++k) {
+        double const x = 0.025 * k;
+        coords(0, k) = x;
+        coords(1, k) = 0.12 * std::exp(-std::pow((x - 1.0) / 0.3, 2.0));
+        chain[k] = k;
+    }
+    dense1D<double> const wall_sizes(n, 0.08);
+    dense1D<unsigned> wall;
+    dense1D<double> params, sizes;
+    if (vornik1d::mesh_line(coords, chain, wall_sizes, false, 1, 1000, 0.002, 0.0, wall, params, sizes) != 0)
+        return 1;
+
+    //! [layers]
+    // Sizes that run linearly with slope ln(ratio) make elements that grow by that ratio.
+    double const first = 0.005, ratio = 1.25, thickness = 0.4;
+    double const slope = std::log(ratio);
+    double const size_at_wall = first * slope / (ratio - 1.0);
+    double const size_at_end = size_at_wall + slope * thickness;
+
+    dense2D<unsigned> wall_connect;
+    dense2D<double> normals;
+    if (vornik1d::indices_to_connectE2(wall, wall_connect) != 0) return 1;
+    if (vornik1d::normals(coords, wall_connect, /* exponent */ 0.0, /* unit_length */ true, normals) != 0)
+        return 1;
+    for (unsigned const node : wall) {
+        vector_fixed<double, 2> const path = {thickness * normals(0, node), thickness * normals(1, node)};
+        dense1D<unsigned> line;
+        int const status = vornik1d::extrude_translate(
+            coords, node, path, size_at_wall, size_at_end, /* force_even */ false, line);
+        if (status != 0) return 1;
+
+        std::printf("# line off the wall\n");
+        for (unsigned const p : line) std::printf("%.9g %.9g\n", coords(0, p), coords(1, p));
+    }
+    //! [layers]
+    std::printf("# wall\n");
+    for (unsigned const p : wall) std::printf("%.9g %.9g\n", coords(0, p), coords(1, p));
+}

@@ -1,0 +1,49 @@
+// Meshes the coast of an island, finer towards a harbour, and nowhere farther from it than a tolerance.
+
+#include <cmath>
+#include <cstdio>
+
+#include <vornik1d/vornik1d.h>
+
+int main()
+{
+    using namespace trelk;
+
+    // The coast: a closed line, bends of all sizes. Put yours here, projected to the plane.
+    constexpr unsigned n = 1500;
+    dense2D<double> coords;
+    dense1D<unsigned> chain(n + 1);
+    if (!coords.resize(2, n) || chain.size() != n + 1) return 1;
+    std::printf("# coast\n");
+    for (unsigned k = 0; k < n; ++k) {
+        double const angle = 2.0 * std::acos(-1.0) * k / n;
+        double radius = 10.0;
+        for (int wave = 2; wave < 60; ++wave)
+            radius += 4.0 * std::pow(wave, -1.3) * std::sin(wave * angle + wave * wave);
+        coords(0, k) = radius * std::cos(angle);
+        coords(1, k) = radius * std::sin(angle);
+        chain[k] = k;
+        std::printf("%g %g\n", coords(0, k), coords(1, k));
+    }
+    chain[n] = 0; // a closed line ends with the node it starts with
+
+    //! [mesh]
+    unsigned const harbour = 250;
+    dense1D<double> sizes;
+    for (unsigned const node : chain) {
+        double const dx = coords(0, node) - coords(0, harbour);
+        double const dy = coords(1, node) - coords(1, harbour);
+        if (!sizes.push_back(0.1 + 0.2 * std::hypot(dx, dy))) return 1;
+    }
+    dense1D<unsigned> mesh;
+    dense1D<double> params, mesh_sizes;
+    int const status = vornik1d::mesh_line(coords, chain, sizes, /* force_even */ false,
+        /* min_elements */ 3, /* max_elements */ 4294967295, /* deviation_tolerance */ 0.3,
+        /* min_size */ 0.0, mesh, params, mesh_sizes);
+    //! [mesh]
+    if (status != 0) return 1;
+
+    std::printf("\n# harbour\n%g %g\n", coords(0, harbour), coords(1, harbour));
+    std::printf("\n# mesh\n");
+    for (unsigned const node : mesh) std::printf("%g %g\n", coords(0, node), coords(1, node));
+}

@@ -1,0 +1,41 @@
+// Cuts a line into 24 elements of equal length along it.
+
+#include <cmath>
+#include <cstdio>
+
+#include <vornik1d/vornik1d.h>
+
+int main()
+{
+    using namespace trelk;
+
+    // The line: here a spiral.
+    constexpr unsigned n = 200;
+    dense2D<double> coords;
+    dense1D<unsigned> chain(n);
+    if (!coords.resize(2, n) || chain.size() != n) return 1;
+    std::printf("# line\n");
+    for (unsigned k = 0; k < n; ++k) {
+        double const angle = 0.06 * k;
+        coords(0, k) = angle * std::cos(angle);
+        coords(1, k) = angle * std::sin(angle);
+        chain[k] = k;
+        std::printf("%g %g\n", coords(0, k), coords(1, k));
+    }
+
+    //! [mesh]
+    constexpr unsigned count = 24;
+    double length = 0.0;
+    if (vornik1d::length(coords, chain, length) != 0) return 1;
+    dense1D<double> const sizes(n, length / count);
+    dense1D<unsigned> mesh;
+    dense1D<double> params, mesh_sizes;
+    int const status = vornik1d::mesh_line(coords, chain, sizes, /* force_even */ false,
+        /* min_elements */ count, /* max_elements */ count, /* deviation_tolerance */ 0.0,
+        /* min_size */ 0.0, mesh, params, mesh_sizes);
+    //! [mesh]
+    if (status != 0) return 1;
+
+    std::printf("\n# mesh\n");
+    for (unsigned const node : mesh) std::printf("%g %g\n", coords(0, node), coords(1, node));
+}

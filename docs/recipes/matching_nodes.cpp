@@ -1,0 +1,65 @@
+// Remeshes the borders of three regions that meet at a point, once for both sides of each border, and then
+// takes the boundary of each region out of the mesh.
+
+#include <cmath>
+#include <cstdio>
+
+#include <vornik1d/vornik1d.h>
+
+using namespace trelk;
+
+struct network
+{
+    dense2D<double> coords;
+    dense2D<unsigned> connect;
+    dense1D<unsigned> colors;
+
+    /// Adds a border of a colour, straight or with waves, as 40 elements from node to node.
+    bool add(unsigned from, unsigned to, double waves, unsigned color)
+    {
+        std::size_t const base = connect.cols();
+        dense1D<unsigned> nodes;
+        if (vornik1d::mesh_straight(coords, from, to, 40, nodes) != 0) return false;
+        double const dx = coords(0, to) - coords(0, from), dy = coords(1, to) - coords(1, from);
+        for (std::size_t k = 1; k + 1 < nodes.size(); ++k) {
+            double const shift = waves * std::sin(0.3 * static_cast<double>(k));
+            coords(0, nodes[k]) -= shift * dy;
+            coords(1, nodes[k]) += shift * dx;
+        }
+        return vornik1d::indices_to_connectE2(nodes, connect) == 0 &&
+               colors.push_back_n(color, connect.cols() - base);
+    }
+};
+
+int main()
+{
+    // The triple point, three points of the outline at which borders end, and its two further corners.
+    double places[] = {0.5, 0.45, 0.5, 0, 0, 1, 1, 1, 0, 0, 1, 0};
+    network mesh{dense2D<double>(2, 6, places), {}, {}};
+    bool const is_complete = mesh.add(0, 1, 0.05, 0) && mesh.add(0, 2, 0.05, 1) && mesh.add(0, 3, 0.05, 2) &&
+                             mesh.add(1, 4, 0.0, 3) && mesh.add(4, 2, 0.0, 3) && mesh.add(2, 3, 0.0, 4) &&
+                             mesh.add(3, 5, 0.0, 5) && mesh.add(5, 1, 0.0, 5);
+    if (!is_complete) return 1;
+
+    //! [remesh]
+    dense1D<double> sizes(1, 0.03); // of node 0, the triple point; the others have the default
+    dense1D<unsigned> break_nodes, hard_edges;
+    int const status = vornik1d::remesh_lines(mesh.coords, mesh.connect, /* default_size */ 0.15, sizes,
+        mesh.colors, break_nodes, hard_edges, /* force_even */ false, /* max_angle */ 30.0,
+        /* deviation_tolerance */ 0.01, /* max_gradation */ 0.3, /* min_size */ 0.005, /* min_elements */ 1,
+        /* max_elements */ 1000);
+    if (status != 0) return 1;
+
+    // Colours survive, so a region's boundary is what has one of its colours.
+    unsigned const colors_of_regions[3][3] = {{0, 1, 3}, {1, 2, 4}, {2, 0, 5}};
+    for (auto const& region : colors_of_regions)
+        for (std::size_t e = 0; e < mesh.connect.cols(); ++e)
+            for (unsigned const color : region)
+                if (mesh.colors[e] == color) {
+                    unsigned const a = mesh.connect(0, e), b = mesh.connect(1, e);
+                    std::printf("# region %d\n", static_cast<int>(&region - colors_of_regions));
+                    std::printf("%u %g %g\n", a, mesh.coords(0, a), mesh.coords(1, a));
+                    std::printf("%u %g %g\n", b, mesh.coords(0, b), mesh.coords(1, b));
+                }
+    //! [remesh]
+}

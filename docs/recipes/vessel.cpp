@@ -1,0 +1,76 @@
+// Meshes the centre line of a vessel that forks, by elements half as long as its radius there, and carries
+// the radius over to the new nodes. Lengths are in mm.
+
+#include <cmath>
+#include <cstdio>
+
+#include <vornik1d/vornik1d.h>
+
+using namespace trelk;
+
+/// Meshes a branch and prints its nodes, each with its radius.
+bool mesh_branch(dense2D<double>& coords, dense1D<unsigned> const& nodes, dense1D<double> const& radii)
+{
+    //! [branch]
+    // The parameter of each known node: the chord length up to it over that of the branch.
+    std::size_t const n = nodes.size();
+    double total = 0.0;
+    if (vornik1d::length(coords, nodes, total) != 0) return false;
+    dense1D<double> node_params(n, 0.0);
+    for (std::size_t k = 2; k <= n; ++k) {
+        double part = 0.0;
+        if (vornik1d::length(coords, nodes.sub_vector(0, k), part) != 0) return false;
+        node_params[k - 1] = k < n ? part / total : 1.0;
+    }
+
+    // The spline's chain names its first and last node twice.
+    dense1D<unsigned> chain;
+    dense1D<double> sizes;
+    for (std::size_t k = 0; k < n + 2; ++k) {
+        std::size_t const entry = k == 0 ? 0 : k <= n ? k - 1 : n - 1;
+        if (!chain.push_back(nodes[entry]) || !sizes.push_back(0.5 * radii[entry])) return false;
+    }
+    dense1D<unsigned> mesh;
+    dense1D<double> params, mesh_sizes, mesh_radii;
+    double deviation = 0.0;
+    int status = vornik1d::mesh_spline(coords, chain, sizes, /* force_even */ false, /* min_elements */ 1,
+        /* max_elements */ 10000, /* deviation_tolerance */ 0.1, /* min_size */ 0.1, /* default_size */ 0.0,
+        /* max_gradation */ 0.0, mesh, params, mesh_sizes, deviation);
+    if (status == 0) status = vornik1d::interpolate_metrics(node_params, radii, params, mesh_radii);
+    //! [branch]
+    if (status != 0) return false;
+
+    std::printf("# branch\n");
+    for (std::size_t k = 0; k < mesh.size(); ++k) {
+        double const* const p = coords.col(mesh[k]);
+        std::printf("%g %g %g %g\n", p[0], p[1], p[2], mesh_radii[k]);
+    }
+    return true;
+}
+
+int main()
+{
+    // Three branches of 9 known nodes. They meet at node 8, with which the first one ends.
+    dense2D<double> coords;
+    dense1D<unsigned> branches[3];
+    dense1D<double> radii[3];
+    double const first_radii[] = {4.0, 2.8, 2.2}, last_radii[] = {3.4, 1.6, 1.2};
+    if (!coords.resize(3, 25)) return 1;
+    unsigned node = 0;
+    for (unsigned b = 0; b < 3; ++b)
+        for (unsigned k = 0; k < 9; ++k) {
+            double const t = k / 8.0;
+            double const side = b == 0 ? 0.0 : b == 1 ? 1.0 : -1.2;
+            bool const is_fork = b > 0 && k == 0;
+            if (!is_fork) {
+                coords(0, node) = b == 0 ? 30.0 * t : 30.0 + 28.0 * t;
+                coords(1, node) = b == 0 ? 3.0 * std::sin(3.0 * t) : 0.42 + side * 14.0 * t * (1.4 - 0.6 * t);
+                coords(2, node) = b == 0 ? 2.0 * t * t : 2.0 + 5.0 * side * t;
+            }
+            bool const is_known = branches[b].push_back(is_fork ? 8 : node++) &&
+                                  radii[b].push_back(first_radii[b] + t * (last_radii[b] - first_radii[b]));
+            if (!is_known) return 1;
+        }
+    for (unsigned b = 0; b < 3; ++b)
+        if (!mesh_branch(coords, branches[b], radii[b])) return 1;
+}
