@@ -37,11 +37,11 @@ void draw_metric_length(std::filesystem::path const& folder)
         map.label({-1.1, 0}, "the line", blue);
         map.label({-1.1, 0.4}, "size 0.4", grey);
         map.label({10.75, 2.2}, "size 2.2", grey);
-        map.label({-1.1, bottom}, "metric length", vermilion);
+        map.label({-1.1, bottom}, "equal steps", vermilion);
     };
     std::string const step = short_number(metric_length / static_cast<double>(elements));
     save_panels(folder / "metric-length", {{{-2.1, -2.4}, 13.7, 5.1}},
-        {{{counted(elements), "equal steps of metric length " + step, blue}, draw}});
+        {{{counted(elements), "each of metric length " + step, blue}, draw}});
 }
 
 std::vector<point> circle_points(std::size_t n, double radius)

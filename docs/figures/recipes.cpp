@@ -6,6 +6,8 @@
 #include <map>
 #include <sstream>
 
+#include "summary.h"
+
 namespace {
 
 /// A part of what a recipe printed: a line "# TITLE" and the rows of numbers below it.
@@ -56,14 +58,17 @@ rectangle like(rectangle const& shape, point const& corner, double width)
 void draw_even_spacing(std::vector<block> const& blocks, std::filesystem::path const& stem)
 {
     line_mesh const spiral = polyline(blocks.at(0).places());
-    std::vector<point> const nodes = blocks.at(1).places();
-    require(nodes.size() == 25, "24 elements");
+    line_mesh const mesh = polyline(blocks.at(1).places());
+    std::size_t const given = spiral.coords.cols();
+    std::size_t const elements = mesh.coords.cols() - 1;
+    require(elements == 40, "40 elements");
     save_panels(stem, {widened(bounds(spiral), 1.0)},
-        {{{counted(nodes.size() - 1), "equally long along the line; the pale line is the one given", blue},
-            [&](map_frame const& map) {
-                map.lines(spiral, light_grey, 4.0);
-                draw_mesh(map, polyline(nodes), blue);
-            }}});
+        {{{"Given", std::to_string(given) + " nodes, ever farther apart", grey},
+             [&](map_frame const& map) { draw_mesh(map, spiral, grey, 0.6); }},
+            {{counted(elements), "equally long along the line", blue}, [&](map_frame const& map) {
+                 map.lines(spiral, light_grey, 4.0);
+                 draw_mesh(map, mesh, blue);
+             }}});
 }
 
 void draw_boundary_layer(std::vector<block> const& blocks, std::filesystem::path const& stem)
@@ -95,20 +100,16 @@ void draw_airfoil(std::vector<block> const& blocks, std::filesystem::path const&
 {
     line_mesh const known = polyline(blocks.at(0).places());
     line_mesh const mesh = polyline(blocks.at(1).places());
-    rectangle const whole = {{-0.05, -0.12}, 1.1, 0.24};
-    rectangle const nose = like(whole, {-0.02, -0.03}, 0.28);
-    auto const draw = [&](map_frame const& map, double scale) {
-        map.nodes(known, light_grey, 9.0 * scale);
-        draw_mesh(map, mesh, blue, scale);
+    rectangle const whole = {{-0.05, -0.1}, 1.1, 0.2};
+    rectangle const nose = {{-0.01, -0.042}, 0.18, 0.084};
+    auto const draw_map = [&](canvas const& page, rectangle const& frame, std::size_t, std::size_t row) {
+        map_frame const map(page, frame, row == 0 ? whole : nose, map_ground);
+        map.nodes(known, light_grey, row == 0 ? 7.0 : 11.0);
+        draw_mesh(map, mesh, blue, row == 0 ? 0.7 : 1.0);
+        map.box(nose, black, row == 0 ? 1.2 : 2.4);
     };
-    save_panels(stem, {whole, nose},
-        {{{counted(mesh.coords.cols() - 1), "pale dots are the points given", blue},
-             [&](map_frame const& map) {
-                 draw(map, 0.6);
-                 map.box(nose, black, 1.2);
-             }},
-            {{"The nose", "as short as the curvature asks for", blue},
-                [&](map_frame const& map) { draw(map, 0.9); }}});
+    save_columns(stem, {{counted(mesh.coords.cols() - 1), "pale dots are the points given", blue}},
+        {whole.height / whole.width, nose.height / nose.width}, {}, draw_map, picture_width);
 }
 
 void draw_coastline(std::vector<block> const& blocks, std::filesystem::path const& stem)
@@ -116,20 +117,26 @@ void draw_coastline(std::vector<block> const& blocks, std::filesystem::path cons
     line_mesh const coast = polyline(blocks.at(0).places());
     point const harbour = blocks.at(1).places().at(0);
     line_mesh const mesh = polyline(blocks.at(2).places());
+    double off = 0.0;
+    for (unsigned const node : coast.lines[0].nodes)
+        off = std::max(off, distance_to_line(coast.coords.col(node), mesh.lines[0], mesh));
+    require(off <= 0.3, "distance from the coast");
     rectangle const whole = widened(bounds(coast), 1.0);
     rectangle const detail = like(whole, {harbour.x - 3.0, harbour.y - 3.5}, 6.0);
     auto const draw = [&](map_frame const& map, double scale) {
         map.lines(coast, light_grey, 4.0 * scale);
+        map.dot(harbour, vermilion, 12.0 * scale);
         draw_mesh(map, mesh, blue, scale);
-        map.dot(harbour, black, 8.0 * scale);
     };
     save_panels(stem, {whole, detail},
-        {{{counted(mesh.coords.cols() - 1), "of a coast of " + counted(coast.coords.cols()), blue},
+        {{{counted(mesh.coords.cols() - 1),
+              "of " + std::to_string(coast.coords.cols()) + ", up to " + short_number(off) + " off the coast",
+              blue},
              [&](map_frame const& map) {
                  draw(map, 0.7);
                  map.box(detail, black, 1.2);
              }},
-            {{"At the harbour", "where elements are shortest", blue},
+            {{"At the harbour", "the red dot, where elements are shortest", blue},
                 [&](map_frame const& map) { draw(map, 1.0); }}});
 }
 
@@ -139,7 +146,7 @@ void draw_vessel(std::vector<block> const& blocks, std::filesystem::path const& 
     std::size_t elements = 0;
     for (block const& branch : blocks) elements += branch.rows.size() - 1;
     require(blocks.at(0).rows.back().at(0) == blocks.at(1).rows.at(0).at(0), "branches meet");
-    save_panels(stem, {{{-6.0, -18.0}, 70.0, 36.0}},
+    save_panels(stem, {{{-6.0, -16.5}, 70.0, 31.0}},
         {{{counted(elements), "half as long as the radius; circles show the radius carried to each node",
               blue},
             [&](map_frame const& map) {

@@ -1,4 +1,4 @@
-// Cuts a line into 24 elements of equal length along it.
+// Cuts a line into 40 elements of equal length along it.
 
 #include <cmath>
 #include <cstdio>
@@ -24,7 +24,7 @@ int main()
     }
 
     //! [mesh]
-    constexpr unsigned count = 24;
+    constexpr unsigned count = 40;
     double length = 0.0;
     if (vornik1d::length(coords, chain, length) != 0) return 1;
     dense1D<double> const sizes(n, length / count);

@@ -22,7 +22,8 @@ struct network
         if (vornik1d::mesh_straight(coords, from, to, 40, nodes) != 0) return false;
         double const dx = coords(0, to) - coords(0, from), dy = coords(1, to) - coords(1, from);
         for (std::size_t k = 1; k + 1 < nodes.size(); ++k) {
-            double const shift = waves * std::sin(0.3 * static_cast<double>(k));
+            double const t = static_cast<double>(k) / 40.0;
+            double const shift = waves * 4.0 * t * (1.0 - t) * std::sin(12.0 * t);
             coords(0, nodes[k]) -= shift * dy;
             coords(1, nodes[k]) += shift * dx;
         }
