@@ -26,7 +26,6 @@ int main()
         std::printf("%g %g\n", coords(0, k), coords(1, k));
     }
 
-    //! [mesh]
     dense1D<unsigned> chain;
     bool is_complete = chain.push_back(0); // the first node stands twice, and the last one
     for (unsigned k = 0; k < n; ++k) is_complete = chain.push_back(k) && is_complete;
@@ -42,7 +41,6 @@ int main()
     int const status = vornik1d::mesh_spline(coords, chain, sizes, /* force_even */ false,
         /* min_elements */ 3, /* max_elements */ 10000, /* deviation_tolerance */ 2e-4, /* min_size */ 1e-4,
         /* default_size */ coarse, /* max_gradation */ 0.25, mesh, params, mesh_sizes, deviation);
-    //! [mesh]
     if (status != 0) return 1;
 
     std::printf("\n# mesh\n");

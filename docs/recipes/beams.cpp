@@ -18,7 +18,6 @@ int main()
     } const members[] = {{0, 1, 0}, {1, 2, 0}, {3, 4, 0}, {4, 5, 0}, {6, 7, 0}, {1, 4, 1}, {2, 5, 1},
         {4, 7, 1}, {0, 4, 2}, {5, 7, 2}};
 
-    //! [beams]
     constexpr double longest = 1.2;
     dense2D<double> coords(2, 8, joints);
     dense2D<unsigned> connect;
@@ -32,7 +31,6 @@ int main()
         if (!sections.push_back_n(section, count)) return 1;
     }
     if (vornik1d::convert_into_quadratic(coords, connect) != 0) return 1; // rows: both ends, then the middle
-    //! [beams]
 
     for (std::size_t e = 0; e < connect.cols(); ++e) {
         std::printf("# section %u\n", sections[e]);

@@ -28,7 +28,6 @@ int main()
     if (vornik1d::mesh_line(coords, chain, wall_sizes, false, 1, 1000, 0.002, 0.0, wall, params, sizes) != 0)
         return 1;
 
-    //! [layers]
     // Sizes that run linearly with slope ln(ratio) make elements that grow by that ratio.
     double const first = 0.005, ratio = 1.25, thickness = 0.4;
     double const slope = std::log(ratio);
@@ -50,7 +49,6 @@ int main()
         std::printf("# line off the wall\n");
         for (unsigned const p : line) std::printf("%.9g %.9g\n", coords(0, p), coords(1, p));
     }
-    //! [layers]
     std::printf("# wall\n");
     for (unsigned const p : wall) std::printf("%.9g %.9g\n", coords(0, p), coords(1, p));
 }

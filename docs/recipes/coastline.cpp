@@ -27,7 +27,6 @@ int main()
     }
     chain[n] = 0; // a closed line ends with the node it starts with
 
-    //! [mesh]
     unsigned const harbour = 250;
     dense1D<double> sizes;
     for (unsigned const node : chain) {
@@ -40,7 +39,6 @@ int main()
     int const status = vornik1d::mesh_line(coords, chain, sizes, /* force_even */ false,
         /* min_elements */ 3, /* max_elements */ 4294967295, /* deviation_tolerance */ 0.3,
         /* min_size */ 0.0, mesh, params, mesh_sizes);
-    //! [mesh]
     if (status != 0) return 1;
 
     std::printf("\n# harbour\n%g %g\n", coords(0, harbour), coords(1, harbour));

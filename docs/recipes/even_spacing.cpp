@@ -23,7 +23,6 @@ int main()
         std::printf("%g %g\n", coords(0, k), coords(1, k));
     }
 
-    //! [mesh]
     constexpr unsigned count = 40;
     double length = 0.0;
     if (vornik1d::length(coords, chain, length) != 0) return 1;
@@ -33,7 +32,6 @@ int main()
     int const status = vornik1d::mesh_line(coords, chain, sizes, /* force_even */ false,
         /* min_elements */ count, /* max_elements */ count, /* deviation_tolerance */ 0.0,
         /* min_size */ 0.0, mesh, params, mesh_sizes);
-    //! [mesh]
     if (status != 0) return 1;
 
     std::printf("\n# mesh\n");

@@ -42,7 +42,6 @@ int main()
                              mesh.add(3, 5, 0.0, 5) && mesh.add(5, 1, 0.0, 5);
     if (!is_complete) return 1;
 
-    //! [remesh]
     dense1D<double> sizes(1, 0.03); // of node 0, the triple point; the others have the default
     dense1D<unsigned> break_nodes, hard_edges;
     int const status = vornik1d::remesh_lines(mesh.coords, mesh.connect, /* default_size */ 0.15, sizes,
@@ -62,5 +61,4 @@ int main()
                     std::printf("%u %g %g\n", a, mesh.coords(0, a), mesh.coords(1, a));
                     std::printf("%u %g %g\n", b, mesh.coords(0, b), mesh.coords(1, b));
                 }
-    //! [remesh]
 }

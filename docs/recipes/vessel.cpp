@@ -11,7 +11,6 @@ using namespace trelk;
 /// Meshes a branch and prints its nodes, each with its radius.
 bool mesh_branch(dense2D<double>& coords, dense1D<unsigned> const& nodes, dense1D<double> const& radii)
 {
-    //! [branch]
     // The parameter of each known node: the chord length up to it over that of the branch.
     std::size_t const n = nodes.size();
     double total = 0.0;
@@ -37,7 +36,6 @@ bool mesh_branch(dense2D<double>& coords, dense1D<unsigned> const& nodes, dense1
         /* max_elements */ 10000, /* deviation_tolerance */ 0.1, /* min_size */ 0.1, /* default_size */ 0.0,
         /* max_gradation */ 0.0, mesh, params, mesh_sizes, deviation);
     if (status == 0) status = vornik1d::interpolate_metrics(node_params, radii, params, mesh_radii);
-    //! [branch]
     if (status != 0) return false;
 
     std::printf("# branch\n");

@@ -18,7 +18,8 @@
 /// Metric length is length in units of the local target size, which runs linearly between two nodes: a
 /// segment of length d between sizes h0 and h1 has metric length d * ln(h1/h0) / (h1 - h0). A line is cut
 /// into equal steps of metric length, as near to 1 as a whole number of elements allows: the boundary between
-/// k and k + 1 elements is at metric length sqrt(k * (k + 1)).
+/// k and k + 1 elements is at metric length sqrt(k * (k + 1)), and where an even number is asked for, that
+/// between k and k + 2 is at sqrt(k * (k + 2)).
 ///
 /// Status. Functions return 0 for success, minus the position of the argument at fault, or `no_storage`. On a
 /// failure the arguments are as they were, except outputs documented as emptied.
@@ -35,12 +36,15 @@ namespace trelk::vornik1d {
 constexpr int no_storage = -199;
 
 /// @defgroup line_meshing Line meshing
+/// One line, from its first node to its last one.
 /// @{
 
 /// Meshes a polyline by target sizes given at its nodes.
 ///
 /// The mesh runs from the first to the last entry of the chain. The chain's interior nodes do not belong to
-/// it, unless a positive `deviation_tolerance` pins them.
+/// it, unless a positive `deviation_tolerance` pins them. New nodes are placed on the chain, and then usually
+/// once more, on the chords between these: so they lie near the chain and need not lie on it. A chain of 2
+/// entries and a mesh of `min_elements` take one placement.
 ///
 /// A chain whose first and last entries are one node is meshed like any other: the mesh begins and ends at
 /// that node. Give it `min_elements` 3. A single element from a node to itself has no direction, so every
@@ -151,6 +155,7 @@ constexpr int no_storage = -199;
 
 /// @}
 /// @defgroup straight_lines Straight lines
+/// Segments, each meshed on its own.
 /// @{
 
 /// Meshes each segment of a polyline on its own by the sizes at its ends, so that all chain nodes stay.
@@ -208,6 +213,7 @@ constexpr int no_storage = -199;
 
 /// @}
 /// @defgroup splines Splines
+/// Smooth curves through chains of nodes.
 /// @{
 
 /// Point of a spline at a parameter value.
@@ -329,6 +335,7 @@ constexpr int no_storage = -199;
 
 /// @}
 /// @defgroup metric_interpolation Metric interpolation
+/// Sizes and tensors at new parameter values.
 /// @{
 
 /// Carries values from one non-decreasing list of parameters to another by linear interpolation.
@@ -360,7 +367,6 @@ constexpr int no_storage = -199;
 
 /// @}
 /// @defgroup metric_generation Metric generation
-///
 /// Each tensor is merged into the column of its node: there stands the intersection then, in which every
 /// vector is at least as long as in either; of two tensors with unlimited sizes, their sum. So calls can be
 /// chained, and elements that meet at a node combine there; a column of zeros asks for nothing. Cost: linear in
@@ -418,6 +424,7 @@ constexpr int no_storage = -199;
 
 /// @}
 /// @defgroup chains Chain operations
+/// What is known along a chain, and nodes that are moved onto one.
 /// @{
 
 /// Discrete curvature of a chain at each of its entries: the change of the unit tangent, divided by the mean
@@ -466,6 +473,7 @@ constexpr int no_storage = -199;
 
 /// @}
 /// @defgroup measures Measures
+/// Lengths, curvatures and normals.
 /// @{
 
 /// Length of a chain.
@@ -530,7 +538,6 @@ constexpr int no_storage = -199;
 
 /// @}
 /// @defgroup connectivity Connectivity
-///
 /// Elements are columns of node numbers: the two end nodes first, in rows 0 and 1, then the interior nodes in
 /// order from the first end to the second. No element shares its interior nodes with another one. Cost:
 /// linear in elements.
@@ -594,6 +601,7 @@ constexpr int no_storage = -199;
 
 /// @}
 /// @defgroup orientation Orientation
+/// The direction of elements.
 /// @{
 
 /// Turns all elements round: reverses the order of their nodes. Meant for elements of two nodes; others lose
@@ -624,7 +632,6 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 
 /// @}
 /// @defgroup extrusion Extrusion
-///
 /// A line of new nodes is drawn by a node that is moved: along a vector, or about a centre or an axis. It
 /// starts at a node of `coords`, or at a point that becomes a new node in front of the others. Its step count
 /// is given, or found from target sizes at its start and its end, in length units of the model along the
@@ -719,6 +726,7 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 
 /// @}
 /// @defgroup remeshing Remeshing
+/// Networks of lines.
 /// @{
 
 /// Replaces a mesh of lines by one whose elements follow target sizes.
@@ -804,6 +812,7 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 
 /// @}
 /// @defgroup parameters Parameters
+/// Lines on the parameter axis.
 /// @{
 
 /// Sorts parameter values, and nodes along with them, in place: by parameter, and nodes of equal parameter by

@@ -1,0 +1,15 @@
+# Doxygen does not tell of a picture that is not there: checks that the pages show all pictures, and no others.
+# cmake -DGUIDE=FOLDER -DPICTURES=FOLDER -P check-pictures.cmake
+file(GLOB pages ${GUIDE}/*.md)
+set(shown)
+foreach(page ${pages})
+    file(READ ${page} text)
+    string(REGEX MATCHALL "[a-z-]+\\.svg" names "${text}")
+    list(APPEND shown ${names})
+endforeach()
+file(GLOB drawn RELATIVE ${PICTURES} ${PICTURES}/*.svg)
+list(SORT shown)
+list(SORT drawn)
+if(NOT "${shown}" STREQUAL "${drawn}")
+    message(FATAL_ERROR "The pages show ${shown},\nbut drawn are ${drawn}.")
+endif()
