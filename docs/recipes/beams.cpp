@@ -34,7 +34,7 @@ int main()
 
     for (std::size_t e = 0; e < connect.cols(); ++e) {
         std::printf("# section %u\n", sections[e]);
-        for (std::size_t row : {0, 2, 1})
+        for (unsigned const row : {0U, 2U, 1U})
             std::printf("%g %g\n", coords(0, connect(row, e)), coords(1, connect(row, e)));
     }
 }

@@ -369,8 +369,8 @@ constexpr int no_storage = -199;
 /// @defgroup metric_generation Metric generation
 /// Each tensor is merged into the column of its node: there stands the intersection then, in which every
 /// vector is at least as long as in either; of two tensors with unlimited sizes, their sum. So calls can be
-/// chained, and elements that meet at a node combine there; a column of zeros asks for nothing. Cost: linear in
-/// elements or in the nodes treated.
+/// chained, and elements that meet at a node combine there; a column of zeros asks for nothing.
+/// Cost: linear in elements or in the nodes treated.
 /// @{
 
 /// Tensors from a direction per node, in the plane.
@@ -655,8 +655,9 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 ///         -3: the path has length 0 (with sizes);
 ///         -4, -5 for a translation, -5, -6 for a rotation: `size_a`, `size_b` is not positive;
 ///         -199: no storage, or more nodes than 32-bit numbers can name.
-/// On a failure `coords` and `indices` are as they were. A translation ends exactly at the start plus `vector`.
-/// A count of steps may have a path of length 0, and a full turn ends at a new node at the place of the start.
+/// On a failure `coords` and `indices` are as they were. A translation ends exactly at the start plus
+/// `vector`. A count of steps may have a path of length 0, and a full turn ends at a new node at the place of
+/// the start.
 /// @{
 
 /// From a new node along a vector, in equal steps.
@@ -827,8 +828,8 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 /// Meshes a line that lives on the parameter axis: `mesh_line` in one dimension, along the sizes alone.
 ///
 /// @param[in,out] params  the parameter value of each point; the new points are appended.
-/// @param[in,out] sizes   the target size of each point, in units of the parameter, as many as `params`; those
-///                 of the new points are appended. Sizes of opposite sign leave a single element.
+/// @param[in,out] sizes   the target size of each point, in units of the parameter, as many as `params`;
+///                 those of the new points are appended. Sizes of opposite sign leave a single element.
 /// @param indices     the chain, at least 2 entries of `params`; values may rise and fall along it.
 /// @param round_up    asks for elements that are not longer than their sizes.
 /// @param force_even, min_elements, max_elements  as in `mesh_line`; `round_up` may pass `max_elements` by
