@@ -100,7 +100,7 @@ TEST(hbuckets_set, knows_what_it_has_no_storage_for)
         }
     hbuckets_set set;
     EXPECT_FALSE(
-        set.init(4294967295, 23, 1.0) || set.init(4294967290, 500, 1.0)); // more than links can count
+        set.init(4294967295, 23, 1.0) || set.init(4294967290, 4294967290, 1.0)); // more than links can count
     EXPECT_TRUE(set.rehash(90));
     EXPECT_EQ(set.buckets(), 97U);
 }
