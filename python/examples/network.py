@@ -28,7 +28,7 @@ class Batch(NamedTuple):
     colors: np.ndarray
 
 
-def split(coords: np.ndarray, connect: np.ndarray, colors: np.ndarray, elements: int = 2000) -> List[Batch]:
+def split(coords: np.ndarray, connect: np.ndarray, colors: np.ndarray, elements: int) -> List[Batch]:
     """Batches of about so many elements or one larger component, in the order of their lowest elements."""
     graph = coo_matrix((np.ones(len(connect), bool), tuple(connect.T)), shape=(len(coords), len(coords)))
     labels = connected_components(graph, directed=False)[1][connect[:, 0]]
@@ -115,20 +115,33 @@ def islands(elements: int) -> Tuple[np.ndarray, np.ndarray, np.ndarray]:
     return np.concatenate(coords), np.concatenate(connect), np.concatenate(colors)
 
 
+def one_by_one(batches: List[Batch]) -> List[vornik1d.Network]:
+    return [remesh(batch) for batch in batches]
+
+
 def compare(name: str, remesh_all: Callable[[List[Batch]], List[vornik1d.Network]]) -> None:
-    """Runs `remesh_all(batches)`, which gives the meshes in order, and compares with a single call."""
+    """Compares `remesh_all(batches)`, which gives the meshes in order, with one core and with a single call."""
     coords, connect, colors = islands(int(sys.argv[1]) if len(sys.argv) > 1 else 100_000)
-    t0 = time.perf_counter()
-    whole = vornik1d.remesh_lines(coords, connect, colors=colors, **OPTIONS)
-    t1 = time.perf_counter()
-    batches = split(coords, connect, colors)
-    joined = join(coords, batches, remesh_all(batches))
-    t2 = time.perf_counter()
-    print(f"{len(connect)} elements became {len(joined.connect)}.")
-    print(f"one call: {t1 - t0:.2f} s; {len(batches)} batches {name}, split and joined: {t2 - t1:.2f} s")
-    if not is_same(whole, joined):
-        raise SystemExit("The results differ.")
+
+    def timed(label: str, run: Callable[[], vornik1d.Network]) -> vornik1d.Network:
+        start = time.perf_counter()
+        mesh = run()
+        print(f"{label}: {time.perf_counter() - start:.2f} s, {len(mesh.connect)} elements")
+        return mesh
+
+    def by_batches(remesh_batches: Callable[[List[Batch]], List[vornik1d.Network]]) -> vornik1d.Network:
+        batches = split(coords, connect, colors, max(1, min(10_000, len(connect) // 10)))
+        return join(coords, batches, remesh_batches(batches))
+
+    print(f"{len(connect)} elements")
+    whole = timed("one call", lambda: vornik1d.remesh_lines(coords, connect, colors=colors, **OPTIONS))
+    serial = timed("batches one by one", lambda: by_batches(one_by_one))
+    joined = timed(f"batches {name}", lambda: by_batches(remesh_all))
+    if not is_same(whole, serial):
+        raise SystemExit("The elements differ from those of one call.")
+    if not all(map(np.array_equal, joined[:3], serial[:3])):
+        raise SystemExit("The network differs from the one that was made one by one.")
 
 
 if __name__ == "__main__":
-    compare("one by one", lambda batches: [remesh(batch) for batch in batches])
+    compare("again", one_by_one)
