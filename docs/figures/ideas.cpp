@@ -4,6 +4,9 @@
 #include <cmath>
 #include <cstdio>
 #include <numbers>
+#include <string>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -356,6 +359,88 @@ void draw_outputs(std::filesystem::path const& folder)
                 }}});
 }
 
+void draw_status(std::filesystem::path const& folder)
+{
+    std::vector<point> const places = {{0, 0}, {2, 1.2}, {4, 0.9}, {6, 0}};
+    dense2D<double> coords = nodes_at(places);
+    dense1D<unsigned> mesh;
+    dense1D<double> params, mesh_sizes;
+
+    //! [status]
+    auto chain = list_of<unsigned>({0, 1, 2, 4}); // there is no node 4
+    dense1D<double> const sizes(4, 1.0);
+    int const refused =
+        vornik1d::mesh_line(coords, chain, sizes, false, 1, no_limit, 0.0, 0.0, mesh, params, mesh_sizes);
+    std::size_t const nodes_after_refusal = coords.cols(); // 4, as before
+    chain[3] = 3;
+    int const done =
+        vornik1d::mesh_line(coords, chain, sizes, false, 1, no_limit, 0.0, 0.0, mesh, params, mesh_sizes);
+    //! [status]
+
+    std::string const kept = std::to_string(nodes_after_refusal) + " nodes as before";
+    save_panels(folder / "status", {{{-0.4, -0.4}, 6.8, 2.0}},
+        {{{"Status " + std::to_string(refused), "argument 2 names no node: " + kept, vermilion},
+             [&](map_frame const& map) {
+                 draw_mesh(map, polyline({places[0], places[1], places[2]}), grey);
+                 map.nodes(polyline({places[3]}), grey, 5.0);
+             }},
+            {{"Status " + std::to_string(done), "mended and called again: " + counted(mesh.size() - 1), blue},
+                [&](map_frame const& map) {
+                    draw_mesh(map, polyline(places), light_grey);
+                    draw_mesh(map, one_line(coords, mesh), blue);
+                }}});
+}
+
+void draw_threads(std::filesystem::path const& folder)
+{
+    struct island
+    {
+        dense2D<double> coords;
+        dense1D<unsigned> mesh;
+        int status = 0;
+    };
+    constexpr std::size_t n = 120;
+    std::vector<island> islands(8);
+    for (std::size_t k = 0; k < islands.size(); ++k) {
+        std::vector<point> places = bay(n);
+        double const scale = 0.6 + 0.1 * static_cast<double>(k * 3 % 5);
+        for (point& p : places)
+            p = {scale * p.x + 2.7 * static_cast<double>(k % 4),
+                scale * p.y - 2.5 * static_cast<double>(k / 4)};
+        islands[k].coords = nodes_at(places);
+    }
+
+    //! [threads]
+    auto const mesh_island = [](island& own) { // writes to no storage that another thread uses
+        dense1D<unsigned> chain = first_nodes(n);
+        dense1D<double> const sizes(n + 1, 0.4);
+        dense1D<double> params, mesh_sizes;
+        own.status = !chain.push_back(0) ? vornik1d::no_storage
+                                         : vornik1d::mesh_line(own.coords, chain, sizes,
+                                               /* force_even */ false, /* min_elements */ 3, no_limit,
+                                               /* deviation_tolerance */ 0.02, /* min_size */ 0.0, own.mesh,
+                                               params, mesh_sizes);
+    };
+    constexpr std::size_t thread_count = 3;
+    std::vector<std::thread> threads;
+    for (std::size_t t = 0; t < thread_count; ++t)
+        threads.emplace_back([&, t] {
+            for (std::size_t k = t; k < islands.size(); k += thread_count) mesh_island(islands[k]);
+        });
+    for (std::thread& one : threads) one.join();
+    //! [threads]
+
+    std::array<color, thread_count> const inks = {blue, vermilion, green};
+    for (island const& one : islands) require_success(one.status);
+    save_panels(folder / "threads-and-memory", {{{-1.3, -3.8}, 10.8, 5.3}},
+        {{{"Eight islands on three threads", "a colour for each thread; each island has a matrix of its own",
+              black},
+            [&](map_frame const& map) {
+                for (std::size_t k = 0; k < islands.size(); ++k)
+                    draw_mesh(map, one_line(islands[k].coords, islands[k].mesh), inks[k % thread_count]);
+            }}});
+}
+
 } // namespace
 
 void draw_ideas(std::filesystem::path const& folder)
@@ -368,4 +453,6 @@ void draw_ideas(std::filesystem::path const& folder)
     draw_corners(folder);
     draw_counts(folder);
     draw_outputs(folder);
+    draw_status(folder);
+    draw_threads(folder);
 }
