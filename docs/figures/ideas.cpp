@@ -404,9 +404,8 @@ void draw_threads(std::filesystem::path const& folder)
     for (std::size_t k = 0; k < islands.size(); ++k) {
         std::vector<point> places = bay(n);
         double const scale = 0.6 + 0.1 * static_cast<double>(k * 3 % 5);
-        for (point& p : places)
-            p = {scale * p.x + 2.7 * static_cast<double>(k % 4),
-                scale * p.y - 2.5 * static_cast<double>(k / 4)};
+        point const middle = {2.7 * static_cast<double>(k % 4), k < 4 ? 0.0 : -2.5};
+        for (point& p : places) p = {middle.x + scale * p.x, middle.y + scale * p.y};
         islands[k].coords = nodes_at(places);
     }
 
