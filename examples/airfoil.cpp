@@ -357,15 +357,8 @@ std::string fault_of_digits(std::string const& digits)
     return are_four_digits && digits.substr(2) != "00" ? "" : "not four digits, the last two above 00";
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+void add_options(CLI::App& app, options& chosen)
 {
-    options chosen;
-    CLI::App app("Meshes a wing section and a knot by the curvature of splines through some of their points. "
-                 "Lengths are in chords of the section.",
-        "airfoil");
-    app.option_defaults()->always_capture_default();
     app.add_option("output", chosen.output, "folder for airfoil.svg and airfoil.png");
     app.add_option("--section", chosen.digits, "section of the NACA four-digit series")
         ->check(fault_of_digits);
@@ -374,5 +367,14 @@ int main(int argc, char** argv)
         ->check(CLI::PositiveNumber);
     app.add_option("--growth", chosen.growth, "largest growth of the sizes per length of the curve")
         ->check(CLI::PositiveNumber);
-    return run_demo(app, argc, argv, [&] { run(chosen); });
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return run_demo("airfoil",
+        "Meshes a wing section and a knot by the curvature of splines through some of their points. "
+        "Lengths are in chords of the section.",
+        argc, argv, add_options, run);
 }

@@ -8,7 +8,6 @@
 #include <string>
 #include <utility>
 
-using trelk::dense1D;
 using trelk::dense2D;
 
 namespace {

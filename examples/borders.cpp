@@ -210,13 +210,8 @@ void run(options const& chosen)
     draw(chosen, borders, choose_inks(borders, colors), results);
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+void add_options(CLI::App& app, options& chosen)
 {
-    options chosen;
-    CLI::App app("Remeshes the borders of countries, which stay joined where they meet.", "borders");
-    app.option_defaults()->always_capture_default();
     app.add_option(
         "input", chosen.input, "GeoJSON file of LineStrings, with the countries beside each of them");
     app.add_option("output", chosen.output, "folder for borders.svg and borders.png");
@@ -232,5 +227,12 @@ int main(int argc, char** argv)
     app.add_option("--origin", chosen.origin, "longitude and latitude of the maps' origin, degrees");
     app.add_option(
         "--detail", chosen.detail, "part to enlarge: km east and north of the origin, width in km");
-    return run_demo(app, argc, argv, [&] { run(chosen); });
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return run_demo("borders", "Remeshes the borders of countries, which stay joined where they meet.", argc,
+        argv, add_options, run);
 }

@@ -25,7 +25,8 @@ struct options : demo_options
 void draw_size_rings(map_frame const& map, size_field const& sizes)
 {
     constexpr double label_angle = -1.68; // a little west of south: open water off Lofoten
-    for (double size = 2.0 * sizes.finest; size < sizes.coarsest; size *= 2.0) {
+    for (int k = 1; std::ldexp(sizes.finest, k) < sizes.coarsest; ++k) {
+        double const size = std::ldexp(sizes.finest, k);
         double const radius = sizes.radius(size);
         map.circle({}, radius, light_grey, 0.8);
         map.label({radius * std::cos(label_angle), radius * std::sin(label_angle)}, in_km(size), grey);
@@ -53,18 +54,21 @@ void run(options const& chosen)
     save_figure(chosen.output / "coastline", view, panels);
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+void add_options(CLI::App& app, options& chosen)
 {
-    options chosen;
-    CLI::App app("Meshes a coast by target sizes that grow with the distance from a harbour.", "coastline");
-    add_options(app, chosen, "coastline");
+    add_coast_options(app, chosen, "coastline");
     app.add_option("--finest", chosen.sizes.finest, "target size at the harbour, km")
         ->check(CLI::PositiveNumber);
     app.add_option("--coarsest", chosen.sizes.coarsest, "limit of the target sizes, km")
         ->check(CLI::PositiveNumber);
     app.add_option("--growth", chosen.sizes.growth, "growth of the target size per km from the harbour")
         ->check(CLI::PositiveNumber);
-    return run_demo(app, argc, argv, [&] { run(chosen); });
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return run_demo("coastline", "Meshes a coast by target sizes that grow with the distance from a harbour.",
+        argc, argv, add_options, run);
 }

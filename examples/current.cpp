@@ -40,7 +40,8 @@ void draw_current(map_frame const& map, current_field const& current)
     constexpr double label_angle = -0.5; // open water off Vesterålen
     auto const [x, y] = current.centre;
     map.circle(current.centre, current.radius, pale_blue, 5.0);
-    for (double size = 2.0 * current.finest; size < current.coarsest; size *= 2.0) {
+    for (int k = 1; std::ldexp(current.finest, k) < current.coarsest; ++k) {
+        double const size = std::ldexp(current.finest, k);
         double const left = current.radius - current.offset(size);
         map.circle(current.centre, left, light_grey, 0.8);
         map.circle(current.centre, current.radius + current.offset(size), light_grey, 0.8);
@@ -84,15 +85,10 @@ void run(options const& chosen)
     save_figure(chosen.output / "current", view, panels);
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+void add_options(CLI::App& app, options& chosen)
 {
-    options chosen;
     chosen.detail = {46.0, 89.0, 52.0};
-    CLI::App app(
-        "Meshes a coast by metric tensors that are fine across a current and coarse along it.", "current");
-    add_options(app, chosen, "current");
+    add_coast_options(app, chosen, "current");
     app.add_option("--finest", chosen.current.finest, "size across the current on its axis, km")
         ->check(CLI::PositiveNumber);
     app.add_option("--coarsest", chosen.current.coarsest, "limit of the sizes across the current, km")
@@ -101,5 +97,13 @@ int main(int argc, char** argv)
         ->check(CLI::PositiveNumber);
     app.add_option("--stretch", chosen.current.stretch, "size along the current over size across it")
         ->check(CLI::PositiveNumber);
-    return run_demo(app, argc, argv, [&] { run(chosen); });
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return run_demo("current",
+        "Meshes a coast by metric tensors that are fine across a current and coarse along it.", argc, argv,
+        add_options, run);
 }

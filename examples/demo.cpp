@@ -3,8 +3,6 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdio>
-#include <cstdlib>
-#include <exception>
 #include <limits>
 #include <new>
 #include <stdexcept>
@@ -18,7 +16,7 @@ namespace {
 
 std::string subtitle(summary const& s)
 {
-    std::string const nodes = std::to_string(s.nodes) + " nodes";
+    std::string nodes = std::to_string(s.nodes) + " nodes";
     if (s.deviation == 0.0) return nodes;
     std::array<char, 32> km;
     std::snprintf(km.data(), km.size(), "%.2f km", s.deviation);
@@ -34,9 +32,8 @@ rectangle demo_options::detail_area() const
     return {{east - 0.5 * width, north - 0.5 * height}, width, height};
 }
 
-void add_options(CLI::App& app, demo_options& chosen, std::string const& picture)
+void add_coast_options(CLI::App& app, demo_options& chosen, std::string const& picture)
 {
-    app.option_defaults()->always_capture_default();
     app.add_option("input", chosen.input, "GeoJSON file of LineStrings");
     app.add_option("output", chosen.output, "folder for " + picture + ".svg and " + picture + ".png");
     app.add_option("--tolerance", chosen.tolerance, "km that the mesh may stray from the coast")
@@ -45,20 +42,6 @@ void add_options(CLI::App& app, demo_options& chosen, std::string const& picture
     app.add_option("--position", chosen.position, "longitude and latitude of the harbour, degrees");
     app.add_option("--detail", chosen.detail,
         "part to enlarge: km east and north of the harbour to its middle, width in km");
-}
-
-int run_demo(CLI::App& app, int argc, char** argv, std::function<void()> const& run)
-{
-    try {
-        app.parse(argc, argv);
-        run();
-    } catch (CLI::ParseError const& error) {
-        return app.exit(error) == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
-    } catch (std::exception const& error) {
-        std::fprintf(stderr, "%s: %s\n", app.get_name().c_str(), error.what());
-        return EXIT_FAILURE;
-    }
-    return EXIT_SUCCESS;
 }
 
 void require_success(int status, std::string const& function)

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -25,11 +28,31 @@ struct demo_options
     rectangle detail_area() const;
 };
 
-/// Adds the options to those of the program that draws `picture`.svg and `picture`.png.
-void add_options(CLI::App& app, demo_options& chosen, std::string const& picture);
+/// Adds these to the options of the program that draws `picture`.svg and `picture`.png.
+void add_coast_options(CLI::App& app, demo_options& chosen, std::string const& picture);
 
 /// Parses the arguments and runs the program. Returns what main is to return; errors are reported.
-int run_demo(CLI::App& app, int argc, char** argv, std::function<void()> const& run);
+template <class Options>
+int run_demo(char const* name, char const* purpose, int argc, char** argv,
+    void (*add_options)(CLI::App&, Options&), void (*run)(Options const&))
+{
+    try {
+        Options chosen;
+        CLI::App app(purpose, name);
+        app.option_defaults()->always_capture_default();
+        add_options(app, chosen);
+        try {
+            app.parse(argc, argv);
+        } catch (CLI::ParseError const& error) {
+            return app.exit(error) == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+        }
+        run(chosen);
+    } catch (std::exception const& error) {
+        std::fprintf(stderr, "%s: %s\n", name, error.what());
+        return EXIT_FAILURE;
+    }
+    return EXIT_SUCCESS;
+}
 
 /// Throws if a function of the library has not returned 0.
 void require_success(int status, std::string const& function);

@@ -91,8 +91,8 @@ void draw_text(
     page->show_text(text);
 }
 
-map_frame::map_frame(canvas const& page, rectangle const& frame, rectangle const& region, color const& ground)
-    : page_(page), frame_(frame), region_(region), ground_(ground),
+map_frame::map_frame(canvas page, rectangle const& frame, rectangle const& region, color const& ground)
+    : page_(std::move(page)), frame_(frame), region_(region), ground_(ground),
       points_per_unit_(frame.width / region.width)
 {
     page_->save();

@@ -62,7 +62,7 @@ class map_frame
 {
 public:
     /// Shows a region of the plane in a frame of the same shape.
-    map_frame(canvas const& page, rectangle const& frame, rectangle const& region, color const& ground);
+    map_frame(canvas page, rectangle const& frame, rectangle const& region, color const& ground);
     map_frame(map_frame const&) = delete;
     map_frame& operator=(map_frame const&) = delete;
     ~map_frame();

@@ -65,7 +65,9 @@ map_of_roads make_map()
         double const x = 2.0 * k;
         result.fault.push_back(add_node(coords, x, 0.8 * std::sin(0.25 * x)));
     }
-    for (auto const& [at, angle] : {std::pair(1U, 90.0), {3U, 50.0}, {5U, 25.0}, {7U, 10.0}}) {
+    for (auto const& crossing : {std::pair(1U, 90.0), {3U, 50.0}, {5U, 25.0}, {7U, 10.0}}) {
+        unsigned const at = crossing.first;
+        double const angle = crossing.second;
         double const rise = coords(1, at + 1) - coords(1, at - 1);
         double const course = std::atan2(rise, 4.0) + angle * std::numbers::pi / 180.0;
         double const tx = std::cos(course);
@@ -224,17 +226,19 @@ void run(options const& chosen)
         draw_map);
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+void add_options(CLI::App& app, options& chosen)
 {
-    options chosen;
-    CLI::App app("Meshes roads that cross a fault, by tensors from the line of the fault.", "fault");
-    app.option_defaults()->always_capture_default();
     app.add_option("output", chosen.output, "folder for fault.svg and fault.png");
     app.add_option("--across", chosen.across, "size across the fault, km")->check(CLI::PositiveNumber);
     app.add_option("--coarsest", chosen.coarsest, "limit of all sizes, km")->check(CLI::PositiveNumber);
     app.add_option("--growth", chosen.growth, "largest growth of sizes per length")
         ->check(CLI::PositiveNumber);
-    return run_demo(app, argc, argv, [&] { run(chosen); });
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return run_demo("fault", "Meshes roads that cross a fault, by tensors from the line of the fault.", argc,
+        argv, add_options, run);
 }

@@ -47,7 +47,8 @@ public:
         auto const side =
             static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(elements) / 60.0)));
         for (std::size_t k = 0; made_.connect.cols() < elements; ++k) {
-            place_ = {4.0 * static_cast<double>(k % side), 4.0 * static_cast<double>(k / side)};
+            std::size_t const row = k / side;
+            place_ = {4.0 * static_cast<double>(k % side), 4.0 * static_cast<double>(row)};
             phase_ = 0.37 * static_cast<double>(k);
             k % 2 == 0 ? draw_ring() : draw_star();
         }
@@ -195,13 +196,8 @@ void run(options const& chosen)
         chosen.threads, on_all, on_one / on_all);
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+void add_options(CLI::App& app, options& chosen)
 {
-    options chosen;
-    CLI::App app("Remeshes a large network on several cores.", "parallel");
-    app.option_defaults()->always_capture_default();
     app.add_option("--elements", chosen.elements, "elements of the network")
         ->check(CLI::Range(1, 100'000'000));
     app.add_option("--batch", chosen.batch, "elements of a batch at least")->check(CLI::PositiveNumber);
@@ -209,5 +205,11 @@ int main(int argc, char** argv)
     app.add_option("--rounds", chosen.rounds, "times that each is measured")->check(CLI::PositiveNumber);
     app.add_option("--size", chosen.request.size, "target size")->check(CLI::PositiveNumber);
     app.add_option("--tolerance", chosen.request.deviation_tolerance, "deviation_tolerance of remesh_lines");
-    return run_demo(app, argc, argv, [&] { run(chosen); });
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return run_demo("parallel", "Remeshes a large network on several cores.", argc, argv, add_options, run);
 }

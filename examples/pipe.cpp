@@ -178,16 +178,18 @@ void run(options const& chosen)
         draw_map);
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+void add_options(CLI::App& app, options& chosen)
 {
-    options chosen;
-    CLI::App app("Draws the centre line of a pipe by translations and rotations.", "pipe");
-    app.option_defaults()->always_capture_default();
     app.add_option("output", chosen.output, "folder for pipe.svg and pipe.png");
     app.add_option("--radius", chosen.radius, "radius of the elbows, m")->check(CLI::PositiveNumber);
     app.add_option("--fine", chosen.fine, "size in the elbows, m")->check(CLI::PositiveNumber);
     app.add_option("--coarse", chosen.coarse, "size in the middle of a run, m")->check(CLI::PositiveNumber);
-    return run_demo(app, argc, argv, [&] { run(chosen); });
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return run_demo("pipe", "Draws the centre line of a pipe by translations and rotations.", argc, argv,
+        add_options, run);
 }
