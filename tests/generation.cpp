@@ -162,6 +162,12 @@ TEST(metrics_gen, bends_have_a_plane)
         ASSERT_EQ(metrics_gen_aniso3d(bent, columns<unsigned>({{0, 1}, {1, 2}}), 0.1, 0.5, wrong), 0);
         EXPECT_NEAR((size_along<3>(wrong, 1, {0, 1, 0})), off > 5e-13 ? 0.1 : 0.5, 1e-9);
     }
+    // Of elements cut to their ends, inner nodes that still lie in their storage do not count.
+    auto cut = columns<unsigned>({{0, 1, 99}, {1, 2, 99}});
+    ASSERT_EQ(vornik1d::convert_into_linear(cut), 0);
+    wrong.clear();
+    ASSERT_EQ(metrics_gen_aniso2d(coords, cut, 1, wrong), 0);
+    EXPECT_EQ(wrong.cols(), 3U);
     // What has no finite length asks for nothing.
     dense2D<double> of_infinite;
     auto const endless = columns({{0, 0, 0}, {infinity, 0, 0}});

@@ -124,6 +124,6 @@ TEST(subdivide, odd_input)
     // Numbers follow the params, also behind sizes that are more; the ends are those of the chain.
     EXPECT_EQ(mesh_of({0, 2, 3}, {1, 1, 1, 7}, {0, 2, 1}, 1), (std::vector<unsigned>{0, 3, 4, 5, 1}));
     EXPECT_EQ(mesh_of({0, 3}, {-1, -1}, {0, 1}, 3).size(), 4U);           // a negative metric length is one
-    EXPECT_EQ(mesh_of({0, 3}, {-1, 1}, {0, 1}, 3).size(), 2U);            // a NaN is none
+    EXPECT_EQ(mesh_of({0, 3}, {-1, 1}, {0, 1}, 3).size(), 4U);            // so is a NaN
     EXPECT_EQ(mesh_of({0, 3e200}, {1e200, 1e200}, {0, 1}, 1).size(), 4U); // without squares
 }

@@ -369,7 +369,9 @@ constexpr int no_storage = -199;
 /// @defgroup metric_generation Metric generation
 /// Each tensor is merged into the column of its node: there stands the intersection then, in which every
 /// vector is at least as long as in either; of two tensors with unlimited sizes, their sum. So calls can be
-/// chained, and elements that meet at a node combine there; a column of zeros asks for nothing.
+/// chained, and elements that meet at a node combine there; a column of zeros asks for nothing. A size or an
+/// element so short, below 1e-154, that the inverse of its square is no finite number gives a tensor that is
+/// not finite either, and so is what it is merged into.
 /// Cost: linear in elements or in the nodes treated.
 /// @{
 
@@ -652,12 +654,13 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 /// @return 0;
 ///         -1: `coords` has another row count;
 ///         -2: `start_node` is no column of `coords`;
-///         -3: the path has length 0 (with sizes);
+///         -3: the path has length 0, or one whose square is (with sizes);
 ///         -4, -5 for a translation, -5, -6 for a rotation: `size_a`, `size_b` is not positive;
 ///         -199: no storage, or more nodes than 32-bit numbers can name.
 /// On a failure `coords` and `indices` are as they were. A translation ends exactly at the start plus
 /// `vector`. A count of steps may have a path of length 0, and a full turn ends at a new node at the place of
-/// the start.
+/// the start. A path so long that its square is not finite has no number of steps (-199), and a `rotation` that
+/// is makes nodes that are no numbers.
 /// @{
 
 /// From a new node along a vector, in equal steps.
@@ -829,7 +832,8 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 ///
 /// @param[in,out] params  the parameter value of each point; the new points are appended.
 /// @param[in,out] sizes   the target size of each point, in units of the parameter, as many as `params`;
-///                 those of the new points are appended. Sizes of opposite sign leave a single element.
+///                 those of the new points are appended. Sizes of opposite sign measure nothing: then there
+///                 are `min_elements` elements, which may be of length 0.
 /// @param indices     the chain, at least 2 entries of `params`; values may rise and fall along it.
 /// @param round_up    asks for elements that are not longer than their sizes.
 /// @param force_even, min_elements, max_elements  as in `mesh_line`; `round_up` may pass `max_elements` by
@@ -841,7 +845,8 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 ///         shorter than `params`;
 ///         -6: `min_elements` is 0 or above `max_elements`;
 ///         -199: no storage, or more points than 32-bit numbers can name.
-/// On a failure all is as it was. A lack of storage for the new points alone leaves a single element.
+/// On a failure all is as it was. A lack of storage for the new points alone leaves a single element, also
+/// where they are too many to be numbered: `max_elements` is what guards against sizes that are far too small.
 ///
 /// Cost: linear in chain plus mesh.
 [[nodiscard]] VORNIK1D_API int subdivide(dense1D<double>& params, dense1D<double>& sizes,

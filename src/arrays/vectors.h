@@ -72,6 +72,16 @@ double norm(vector<N> const& d)
         return std::sqrt(dot(d, d));
 }
 
+/// Brings a vector to length 1; one of length 0 stays.
+template <std::size_t N>
+void normalize(vector<N>& v)
+{
+    double const square = dot(v, v);
+    if (square == 0 || square == 1) return;
+    double const length = std::sqrt(square);
+    for (double& x : v.values) x /= length;
+}
+
 /// The cross product; in the plane it has one component.
 inline vector<1> cross(vector<2> const& a, vector<2> const& b) { return {a[0] * b[1] - a[1] * b[0]}; }
 

@@ -22,7 +22,7 @@ public:
 
     [[nodiscard]] bool init()
     {
-        // An element waits at most once for each of its two sides, and the first of all besides.
+        // An element queues its two neighbours when it is visited; the first of all comes besides.
         return visited_.init(connect_.cols()) && queue_.reserve(2 * connect_.cols() + 1);
     }
 

@@ -11,18 +11,10 @@ bool is_zero(vector<3> const& v) { return v[0] == 0 && v[1] == 0 && v[2] == 0; }
 
 } // namespace
 
-void normalise(vector<3>& v)
-{
-    double const square = dot(v, v);
-    if (square == 0 || square == 1) return;
-    double const length = std::sqrt(square);
-    for (double& x : v.values) x /= length;
-}
-
 void complete_frame(vector<3>& t, vector<3>& u, vector<3>& w)
 {
     if (dot(t, t) == 0) t[0] = 1;
-    normalise(t);
+    normalize(t);
     w = cross(t, u);
     if (is_zero(w)) {
         auto const* const smallest = std::min_element(
@@ -31,7 +23,7 @@ void complete_frame(vector<3>& t, vector<3>& u, vector<3>& w)
         u[static_cast<std::size_t>(smallest - t.values)] = 1;
         w = cross(t, u);
     }
-    normalise(w);
+    normalize(w);
     u = cross(w, t);
 }
 

@@ -4,9 +4,6 @@
 
 namespace trelk::vornik1d {
 
-/// Brings a vector to length 1; one of length 0 stays.
-void normalise(vector<3>& v);
-
 /// Makes (t, u, w) a right-handed orthonormal frame: t is brought to length 1, u is a hint of which the part
 /// across t counts. A t of 0 becomes the first axis; without a hint, or with one along t, the axis that is
 /// farthest from t takes its place.

@@ -51,8 +51,8 @@ template <std::size_t N>
     return metrics.resize(packed_rows<N>, columns, 0.0);
 }
 
-/// Checks what all generators from elements share, in the order of the contract, and makes room. 0 for
-/// success, also without elements.
+/// Checks what all generators from elements share, in the order of the contract, and makes room. There is an
+/// element at least. Returns 0 or the status of the exported function.
 template <std::size_t N>
 int prepare_generation(
     dense2D<double> const& coords, dense2D<unsigned> const& connect, dense2D<double>& metrics)

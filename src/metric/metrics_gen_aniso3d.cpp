@@ -68,7 +68,7 @@ int metrics_gen_aniso3d(dense2D<double> const& coords, dense2D<unsigned> const& 
                 // From the neighbour to the first end, from the second end to the neighbour.
                 onward = i == 0 ? edge_vector<3>(coords.col(far), coords.col(end))
                                 : edge_vector<3>(coords.col(end), coords.col(far));
-                normalise(onward);
+                normalize(onward);
             }
             auto const m =
                 tensor_at_end(along.tangent, along.square, f != vornik::none ? &onward : nullptr, across);

@@ -15,16 +15,6 @@ void scale(vector<N>& values, double factor)
     for (double& v : values.values) v *= factor;
 }
 
-/// Divides by the length, unless that is exactly 0 or 1.
-template <std::size_t N>
-void normalize(vector<N>& p)
-{
-    double const square = dot(p, p);
-    if (square == 0 || square == 1) return;
-    double const length = std::sqrt(square);
-    for (double& x : p.values) x /= length;
-}
-
 template <std::size_t N>
 void divide(vector<N>& v, double divisor)
 {

@@ -1,7 +1,6 @@
 #include <vornik1d/vornik1d.h>
 
 #include <algorithm>
-#include <limits>
 #include <numeric>
 
 #include <vornik/toolkit.h>
@@ -29,7 +28,7 @@ struct subdivision
 [[nodiscard]] bool subdivide_chain(
     bool round_up, bool force_even, unsigned min_elements, unsigned max_elements, subdivision& line)
 {
-    constexpr double any_length = -std::numeric_limits<double>::infinity();
+    constexpr double any_length = -1;
     std::size_t const n = line.chain_params.size();
     dense2D<double> const points(1, n, line.chain_params.data());
     dense1D<unsigned> chain;

@@ -30,7 +30,8 @@ namespace trelk::vornik1d {
 /// `new_coords` and `new_params` are replaced: one column and, where `params` has values, one value per new
 /// node. Around the values of the new nodes, parameters and targets have `margin` entries more on either
 /// side, for the caller to stitch the ends on. A chain of metric length below `min_metric_length`, or NaN,
-/// gets no node, and the outputs are empty then. `round_up` asks for steps that are no longer than 1.
+/// gets no node, and the outputs are empty then; a negative `min_metric_length` lets every chain pass.
+/// `round_up` asks for steps that are no longer than 1.
 ///
 /// Returns the metric length of the chain, or 0.0 with empty outputs where storage is not available or a
 /// segment cannot be entered.
@@ -62,7 +63,8 @@ double place_nodes(dense2D<double> const& coords, dense1D<unsigned> const& indic
     }
 
     std::uint64_t const n = element_count(length, force_even, min_elements, max_elements, round_up);
-    if (length < min_metric_length || std::isnan(length) || n == 1) return length;
+    bool const is_too_short = min_metric_length >= 0 && !(length >= min_metric_length); // or NaN
+    if (is_too_short || n == 1) return length;
 
     double const step = length / static_cast<double>(n);
     std::size_t const count = n - 1;
