@@ -36,6 +36,7 @@ enum class effect {
     growth,      // what it held stays
     replacement, // not on a failure
     loss,        // replacement, which a failure may leave empty
+    padding,     // replacement; without storage what it held stays, with more behind it perhaps
     any
 };
 
@@ -88,7 +89,7 @@ using new_values = any_one<world::reals, effect::loss>;
 using new_columns = any_one<world::matrix, effect::loss>;
 using merged2d = container<&world::none_or_rows<3>, effect::replacement>;
 using merged3d = container<&world::none_or_rows<6>, effect::replacement>;
-using loosely_merged3d = container<&world::none_or_rows<6>, effect::any>;
+using padded_merged3d = container<&world::none_or_rows<6>, effect::padding>;
 
 struct new_nodes : any_one<world::numbers, effect::growth>
 {
@@ -371,17 +372,20 @@ concept is_container = requires
 };
 
 template <class Role, class Argument>
-void check_failure(std::string_view name, values_of<Argument> const& before, Argument const& argument)
+void check_failure(
+    std::string_view name, int status, values_of<Argument> const& before, Argument const& argument)
 {
     if constexpr (is_container<Role>) {
         values_of<Argument> const now(argument);
         bool const may_be_empty = Role::change == effect::loss && count_of(argument) == 0;
-        demand(Role::change == effect::any || may_be_empty || is_same(before, now), name,
+        bool const is_padded =
+            Role::change == effect::padding && status == vornik1d::no_storage && is_part_of(before, now);
+        demand(Role::change == effect::any || may_be_empty || is_padded || is_same(before, now), name,
             "a failure has changed an argument");
     }
 }
 
-// Returns the length of what is new in a part of the mesh.
+// Adds the length of what is new in a part of the mesh to `mesh_counts`.
 template <class Role, class Argument>
 void check_success(std::string_view name, std::size_t nodes, values_of<Argument> const& before,
     Argument const& argument, std::vector<std::size_t>& mesh_counts)
@@ -439,7 +443,8 @@ void drive(world& from, char const* name, Function function)
 
             if (status < 0) {
                 std::apply(
-                    [&](auto const&... old) { (check_failure<Roles>(name, old, argument), ...); }, before);
+                    [&](auto const&... old) { (check_failure<Roles>(name, status, old, argument), ...); },
+                    before);
                 return;
             }
             std::vector<std::size_t> mesh_counts;
@@ -491,7 +496,7 @@ void (*const calls[])(world&) = {
     CALL(metrics_gen_aniso2d, plane, chain, size, size, merged2d),
     CALL(metrics_gen_aniso2d, fixed_coords, elements<2>, real, merged2d),
     CALL(metrics_gen_aniso3d, space, elements<2>, real, merged3d),
-    CALL(metrics_gen_aniso3d, space, elements<2>, real, real, loosely_merged3d),
+    CALL(metrics_gen_aniso3d, space, elements<2>, real, real, padded_merged3d),
 
     CALL(curvatures, fixed_coords, chain, new_values),
     CALL(interpolate_coordinates, moved_coords, chain, params, chain, params),
