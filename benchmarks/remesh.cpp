@@ -31,13 +31,11 @@ struct network
     explicit network(std::size_t elements)
     {
         // side (side - 1) streets run either way
-        auto const side = static_cast<unsigned>(
-            std::lround(0.5 + std::sqrt(static_cast<double>(elements / elements_per_chain) / 2)));
-        nodes.resize(std::size_t{2} * side * side);
-        for (unsigned i = 0; i < side * side; ++i) {
-            nodes[2 * i] = i % side;
-            nodes[2 * i + 1] = i / side;
-        }
+        std::size_t const streets = elements / elements_per_chain;
+        auto const side =
+            static_cast<unsigned>(std::lround(0.5 + std::sqrt(static_cast<double>(streets) / 2)));
+        for (unsigned y = 0; y < side; ++y)
+            for (unsigned x = 0; x < side; ++x) nodes.insert(nodes.end(), {double(x), double(y)});
         for (unsigned i = 0; i < side * side; ++i) {
             if (i % side + 1 < side) add_street(i, i + 1);
             if (i == 0) add_street(side, 0); // else two would begin at node 0, which is then no break node
@@ -47,10 +45,12 @@ struct network
 
     void add_street(unsigned from, unsigned to)
     {
-        double const x = nodes[2 * from];
-        double const y = nodes[2 * from + 1];
-        double const dx = nodes[2 * to] - x;
-        double const dy = nodes[2 * to + 1] - y;
+        double const* const start = &nodes[std::size_t{2} * from];
+        double const* const end = &nodes[std::size_t{2} * to];
+        double const x = start[0];
+        double const y = start[1];
+        double const dx = end[0] - x;
+        double const dy = end[1] - y;
         dense1D<unsigned> chain;
         chain.push_back(from);
         for (std::size_t k = 1; k < elements_per_chain; ++k) {

@@ -367,13 +367,15 @@ void bind_measures(py::module_& m)
 void bind_elements(py::module_& m)
 {
     using along = int (*)(nodes const&, connectivity&) noexcept;
-    for (auto const& [name, append] :
-        {std::pair<char const*, along>("indices_to_connectE2", indices_to_connectE2),
-            {"indices_to_connectE3", indices_to_connectE3}, {"indices_to_connectE4", indices_to_connectE4}})
+    auto const define_along = [&m](char const* name, along append) {
         m.def(name, [append](node_array const& indices, node_array const& connect) {
             nodes const chain = list_view(indices);
             return change(connect, [&](connectivity& lines) { return append(chain, lines); });
         });
+    };
+    define_along("indices_to_connectE2", indices_to_connectE2);
+    define_along("indices_to_connectE3", indices_to_connectE3);
+    define_along("indices_to_connectE4", indices_to_connectE4);
     m.def("split_into_linear", [](node_array const& connect_in, node_array const& connect_out) {
         connectivity const given = matrix_view(connect_in);
         return change(connect_out, [&](connectivity& lines) { return split_into_linear(given, lines); });
@@ -393,15 +395,16 @@ void bind_elements(py::module_& m)
             return py::make_tuple(status, to_array(all, coords), to_array(extra_nodes == 0 ? lines : result));
         });
     using in_place = int (*)(matrix&, connectivity&) noexcept;
-    for (auto const& [name, convert] :
-        {std::pair<char const*, in_place>("convert_into_quadratic", convert_into_quadratic),
-            {"convert_into_cubic", convert_into_cubic}})
+    auto const define_in_place = [&m](char const* name, in_place convert) {
         m.def(name, [convert](real_array const& coords, node_array const& connect) {
             matrix all = matrix_view(coords);
             connectivity lines = matrix_copy(connect);
             int const status = unlocked([&] { return convert(all, lines); });
             return py::make_tuple(status, to_array(all, coords), to_array(lines));
         });
+    };
+    define_in_place("convert_into_quadratic", convert_into_quadratic);
+    define_in_place("convert_into_cubic", convert_into_cubic);
     m.def("flip", [](node_array const& connect) { return change(connect, flip); });
     m.def("get_neighbors", [](node_array const& connect) {
         connectivity const lines = matrix_view(connect);

@@ -214,7 +214,9 @@ void show_lines(std::string const& in)
             inputs b(N);
             int const s =
                 from_node ? draw(b.coords, 3U, how..., b.out) : draw(b.coords, start, how..., b.out);
-            show(name + (from_node ? " node" : " point") + in, s, b.coords, b.out);
+            std::string label = name;
+            label += from_node ? " node" : " point";
+            show(label + in, s, b.coords, b.out);
         }
     };
     auto const rotate = [&](matrix& all, auto const& from, auto&... how) {
