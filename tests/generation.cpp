@@ -99,6 +99,15 @@ TEST(metrics_gen, from_random_elements)
             EXPECT_NEAR(size_along<3>(metrics, node, u), across, 1e-11 * across);
             EXPECT_NEAR(size_along<3>(two_sizes, node, w), std::max(across, 0.1 * length), 1e-11 * across);
         }
+        // Of a tensor that was there and the new one the finer counts.
+        for (double const h : {0.1 * std::min(across, length), 10 * std::max(across, length)}) {
+            double const q = 1 / (h * h);
+            auto merged = columns({{q, 0, q, 0, 0, q}});
+            ASSERT_EQ(metrics_gen_aniso3d(coords, connect, size, merged), 0);
+            EXPECT_EQ(merged.cols(), 2U);
+            EXPECT_NEAR(size_along<3>(merged, 0, t), std::min(h, length), 1e-9 * length);
+            EXPECT_NEAR(size_along<3>(merged, 0, u), std::min(h, across), 1e-9 * across);
+        }
         // In the plane, by the projection.
         vector<2> d{b[0] - a[0], b[1] - a[1]};
         double const flat = norm(d);
@@ -106,6 +115,8 @@ TEST(metrics_gen, from_random_elements)
         ASSERT_EQ(metrics_gen_aniso2d(coords, connect, -2, metrics), 0);
         EXPECT_NEAR((size_along<2>(metrics, 1, d * (1 / flat))), flat, 1e-12 * flat);
         EXPECT_NEAR((size_along<2>(metrics, 1, {-d[1] / flat, d[0] / flat})), 2 * flat, 1e-11 * flat);
+        ASSERT_EQ(metrics_gen_aniso2d(coords, connect, flat, metrics), 0); // the finer across counts
+        EXPECT_NEAR((size_along<2>(metrics, 1, {-d[1] / flat, d[0] / flat})), flat, 1e-9 * flat);
     }
 }
 

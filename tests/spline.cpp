@@ -293,6 +293,15 @@ TEST(mesh_spline, appends_and_keeps_only_the_ends)
     ASSERT_EQ(m.run(), 0);
     EXPECT_EQ(m.out_indices.size(), 17U);
     EXPECT_EQ(m.coords.cols(), 19U);
+    m = spline_of(arc(6, 2), 0.3);
+    m.use_tensors();
+    ASSERT_EQ(m.run(), 0);
+    auto const once = values_of(m.out_metrics);
+    ASSERT_EQ(m.run(), 0);
+    auto const twice = values_of(m.out_metrics);
+    ASSERT_EQ(twice.size(), 2 * once.size());
+    EXPECT_TRUE(std::equal(once.begin(), once.end(), twice.begin()));
+    EXPECT_EQ(once.back(), twice.back());
 
     // An entry of a list that has to grow for the result cannot take the deviation.
     meshing inside = spline_of(arc(6, 2), 0.01);
