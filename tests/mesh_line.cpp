@@ -119,6 +119,13 @@ TEST(mesh_line, tolerance_regimes_without_refinement)
             EXPECT_NEAR(m.out_sizes[1], row.first, 1e-10);
             EXPECT_NEAR(m.out_sizes[m.out_sizes.size() - 1], row.last, 1e-10);
         }
+    // What is straight keeps its sizes, and so do entries with a twin on either side.
+    for (double const tolerance : {-1e-9, -1e9}) {
+        meshing m = chain_of(columns({{0, 0}, {1, 2}, {1, 2}, {1, 2}, {4, 8}}), 0.5);
+        m.deviation_tolerance = tolerance;
+        ASSERT_EQ(m.run(), 0);
+        EXPECT_EQ(m.elements(), 18U);
+    }
 }
 
 TEST(mesh_line, counts)
