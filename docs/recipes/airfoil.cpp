@@ -34,6 +34,7 @@ int main()
 
     double const coarse = 0.08;
     dense1D<double> sizes(n + 2, coarse);
+    if (sizes.size() != n + 2) return 1;
     sizes[1] = sizes[n] = 0.004; // at the trailing edge
     dense1D<unsigned> mesh;
     dense1D<double> params, mesh_sizes;

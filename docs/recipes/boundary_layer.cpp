@@ -1,5 +1,5 @@
-// Draws lines off a wall whose first element is 0.005 long and whose elements grow by a quarter from one to
-// the next.
+// Draws lines off a wall whose first element is 0.005 long, in the unit of the coordinates, and whose elements
+// grow by a quarter from one to the next.
 
 #include <cmath>
 #include <cstdio>

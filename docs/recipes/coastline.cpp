@@ -1,4 +1,4 @@
-// Meshes the coast of an island, finer towards a harbour, and nowhere farther from it than a tolerance.
+// Meshes the coast of an island, finer towards a harbour, with its nodes held within a tolerance of the mesh.
 
 #include <cmath>
 #include <cstdio>

@@ -1,8 +1,10 @@
 // Remeshes the borders of three regions that meet at a point, once for both sides of each border, and then
 // takes the boundary of each region out of the mesh.
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <iterator>
 
 #include <vornik1d/vornik1d.h>
 
@@ -52,13 +54,13 @@ int main()
 
     // Colours survive, so a region's boundary is what has one of its colours.
     unsigned const colors_of_regions[3][3] = {{0, 1, 3}, {1, 2, 4}, {2, 0, 5}};
-    for (auto const& region : colors_of_regions)
-        for (std::size_t e = 0; e < mesh.connect.cols(); ++e)
-            for (unsigned const color : region)
-                if (mesh.colors[e] == color) {
-                    unsigned const a = mesh.connect(0, e), b = mesh.connect(1, e);
-                    std::printf("# region %d\n", static_cast<int>(&region - colors_of_regions));
-                    std::printf("%u %g %g\n", a, mesh.coords(0, a), mesh.coords(1, a));
-                    std::printf("%u %g %g\n", b, mesh.coords(0, b), mesh.coords(1, b));
-                }
+    for (int r = 0; r < 3; ++r) {
+        auto const& own = colors_of_regions[r];
+        for (std::size_t e = 0; e < mesh.connect.cols(); ++e) {
+            if (std::find(std::begin(own), std::end(own), mesh.colors[e]) == std::end(own)) continue;
+            std::printf("# region %d\n", r);
+            for (unsigned const end : {mesh.connect(0, e), mesh.connect(1, e)})
+                std::printf("%u %g %g\n", end, mesh.coords(0, end), mesh.coords(1, end));
+        }
+    }
 }

@@ -13,14 +13,15 @@ bool mesh_branch(dense2D<double>& coords, dense1D<unsigned> const& nodes, dense1
 {
     // The parameter of each known node: the chord length up to it over that of the branch.
     std::size_t const n = nodes.size();
-    double total = 0.0;
-    if (vornik1d::length(coords, nodes, total) != 0) return false;
     dense1D<double> node_params(n, 0.0);
-    for (std::size_t k = 2; k <= n; ++k) {
-        double part = 0.0;
-        if (vornik1d::length(coords, nodes.sub_vector(0, k), part) != 0) return false;
-        node_params[k - 1] = k < n ? part / total : 1.0;
+    if (n < 2 || node_params.size() != n) return false;
+    for (std::size_t k = 1; k < n; ++k) {
+        double const* const p = coords.col(nodes[k - 1]);
+        double const* const q = coords.col(nodes[k]);
+        node_params[k] = node_params[k - 1] + std::hypot(q[0] - p[0], q[1] - p[1], q[2] - p[2]);
     }
+    double const total = node_params[n - 1];
+    for (double& param : node_params) param /= total;
 
     // The spline's chain names its first and last node twice.
     dense1D<unsigned> chain;
