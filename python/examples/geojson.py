@@ -40,9 +40,14 @@ class Plane:
 
 
 def read(path: str) -> tuple:
-    """Positions in degrees, elements, and the line of each element. Equal positions are one node."""
+    """Positions in degrees, elements, the line of each element, and the features, which must be LineStrings.
+
+    Equal positions are one node.
+    """
     with open(path, encoding="utf-8") as file:
         features = json.load(file)["features"]
+    if any(f["geometry"]["type"] != "LineString" for f in features):
+        raise SystemExit("All features must be LineStrings.")
     lines = [np.array(f["geometry"]["coordinates"])[:, :2] for f in features]
     positions, nodes = np.unique(np.concatenate(lines), axis=0, return_inverse=True)
     ends = np.cumsum([len(line) for line in lines])
@@ -62,12 +67,15 @@ def main(source: str, size: float, target: str) -> None:
         size,
         colors=owner,
         max_angle=60,
-        deviation_tolerance=2.0,
-        min_size=1.0,
+        deviation_tolerance=0.04 * size,
+        min_size=0.02 * size,
     )
     positions = plane.unproject(mesh.coords)
     for k, feature in enumerate(features):
-        pieces = [[p.tolist() for p in positions[e]] for e in mesh.connect[mesh.colors == k]]
+        elements = mesh.connect[mesh.colors == k]  # those of a chain in the order of travel
+        cuts = np.flatnonzero(elements[1:, 0] != elements[:-1, 1]) + 1
+        runs = [run for run in np.split(elements, cuts) if len(run) > 0]
+        pieces = [positions[np.append(run[:, 0], run[-1, 1])].tolist() for run in runs]
         feature["geometry"] = {"type": "MultiLineString", "coordinates": pieces}
     with open(target, "w", encoding="utf-8") as file:
         json.dump({"type": "FeatureCollection", "features": features}, file)

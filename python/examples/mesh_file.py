@@ -1,6 +1,8 @@
 """Remeshes the lines of a mesh file, of any format that meshio reads, and writes a file that ParaView opens.
 
-Usage: mesh_file.py INPUT SIZE OUTPUT, for example mesh_file.py frame.msh 0.1 frame.vtu
+Usage: mesh_file.py INPUT SIZE TOLERANCE OUTPUT, for example mesh_file.py frame.msh 0.1 0.005 frame.vtu
+
+TOLERANCE is the distance that the mesh may keep from the lines; 0 holds it to all their nodes.
 """
 
 import sys
@@ -11,13 +13,20 @@ import numpy as np
 import vornik1d
 
 
-def remesh(mesh: meshio.Mesh, size: float) -> meshio.Mesh:
+def remesh(mesh: meshio.Mesh, size: float, tolerance: float) -> meshio.Mesh:
     """The line cells of a mesh, remeshed; each block of cells keeps its number as colour."""
     blocks = [block.data for block in mesh.cells if block.type == "line"]
     if not blocks:
         raise SystemExit("There are no line cells.")
     colors = np.concatenate([np.full(len(block), k) for k, block in enumerate(blocks)])
-    result = vornik1d.remesh_lines(mesh.points, np.concatenate(blocks), size, colors=colors)
+    result = vornik1d.remesh_lines(
+        mesh.points,
+        np.concatenate(blocks),
+        size,
+        colors=colors,
+        deviation_tolerance=tolerance,
+        min_size=0.1 * tolerance,
+    )
     used, elements = np.unique(result.connect, return_inverse=True)  # without the nodes that are left over
     points = result.coords[used]
     if points.shape[1] == 2:
@@ -26,11 +35,11 @@ def remesh(mesh: meshio.Mesh, size: float) -> meshio.Mesh:
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 4:
+    if len(sys.argv) != 5:
         raise SystemExit(__doc__)
     old = meshio.read(sys.argv[1])
-    new = remesh(old, float(sys.argv[2]))
-    new.write(sys.argv[3])
+    new = remesh(old, float(sys.argv[2]), float(sys.argv[3]))
+    new.write(sys.argv[4])
     print(
         f"{sum(len(b.data) for b in old.cells if b.type == 'line')} elements became {len(new.cells[0].data)}."
     )

@@ -75,7 +75,7 @@ def test_examples(tmp_path, monkeypatch, capsys):
 
     frame = [("line", [[0, 1], [1, 2]]), ("triangle", [[0, 1, 2]]), ("line", [[2, 3]])]
     meshio.Mesh([[0, 0, 0], [1, 0, 0], [1, 1, 0], [1, 1, 2.0]], frame).write("frame.vtk")
-    run("mesh_file.py", "frame.vtk", 0.1, "frame.vtu")
+    run("mesh_file.py", "frame.vtk", 0.1, 0, "frame.vtu")
     made = meshio.read("frame.vtu")
     elements = made.cells[0].data
     assert list(np.bincount(made.cell_data["color"][0])) == [20, 20]
@@ -89,6 +89,7 @@ def test_examples(tmp_path, monkeypatch, capsys):
         assert a["properties"] == b["properties"]
         line, pieces = np.array(a["geometry"]["coordinates"])[:, :2], b["geometry"]["coordinates"]
         ends = np.array([p for piece in pieces for p in piece])
+        assert len(pieces) < 4 and min(len(piece) for piece in pieces) > 1
         if (line[0] != line[-1]).any():  # an open line still begins where it began
             assert np.hypot(*(ends - line[0]).T).min() < 1e-9
         assert (ends.min(axis=0) > line.min(axis=0) - 0.1).all() and (

@@ -132,7 +132,7 @@ class Arguments:
         if array.ndim == 3 and array.shape[1:] == (dimension, dimension):
             return self.packed(name, array)
         count = dimension * (dimension + 1) // 2
-        if array.ndim == 3:
+        if array.ndim != 2 and array.size > 0 or array.ndim == 2 and array.shape[1] != count:
             shapes = f"(n, {count}) or (n, {dimension}, {dimension})"
             self.fail(name, f"must have shape {shapes}, not {array.shape}")
         return self.matrix(name, array, (count,))

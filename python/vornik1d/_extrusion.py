@@ -59,6 +59,9 @@ def extrude_translate(
     a = Arguments("extrude_translate")
     path = a.vector("vector", vector)
     steps = _steps(a, element_count, sizes)
+    with np.errstate(over="ignore"):
+        if sizes is not None and np.isinf(path @ path):
+            a.fail("vector", "is too long")
     nodes, origin = _start(a, start, coords, len(path))
     status, all_nodes, line = _core.extrude_translate(
         nodes, origin, path, steps, a.flag("force_even", force_even)

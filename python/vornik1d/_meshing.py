@@ -272,6 +272,8 @@ def mesh_straight(
         if len(ends) not in (2, 3) or (len(ends) == 3 and element_count is None):
             a.fail("segment", "must hold 2 nodes, or 3 with an element_count")
         if element_count is not None:
+            if a.flag("force_even", force_even):
+                a.reject("force_even", "excludes a segment by element_count")
             result = _core.mesh_segment_count(nodes, ends, a.count("element_count", element_count))
         else:
             if metrics is not None:
@@ -339,8 +341,9 @@ def remesh_lines(
     hard_nodes: nodes to cut at.
     hard_edges: elements that pass into the new mesh as they are, by their rows in connect.
     force_even: ask for an even number of elements on each chain.
-    max_angle: the largest change of direction that is no corner, in degrees; above 90 its supplement.
-    deviation_tolerance: 0: held to the lines. Positive: by a spline that strays no farther from the lines than
+    max_angle: the largest change of direction that is no corner, in degrees, at most 90; a greater one acts as its
+        supplement, so 180 makes a corner of every bend.
+    deviation_tolerance: 0: held to all nodes of the lines, so that bent ones get no coarser. Positive: by a spline that strays no farther from the lines than
         this distance, or else by the lines with this tolerance. Negative: by a spline, elements being as short
         as its curvature asks.
     max_gradation: growth of sizes per length on splines; 0 sets no limit.
@@ -354,6 +357,8 @@ def remesh_lines(
     nodes = a.coords(coords)
     elements = a.elements("connect", connect)
     size = a.real("default_size", default_size)
+    if len(elements) > 0 and not size >= 0:
+        a.fail("default_size", "must not be negative or NaN")
     fewest = a.count("min_elements", min_elements)
     limits = _core.remesh_limits(
         a.flag("force_even", force_even),

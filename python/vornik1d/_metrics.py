@@ -25,6 +25,9 @@ def interpolate_metrics(params: npt.ArrayLike, values: npt.ArrayLike, new_params
     at = a.reals("params", params)
     given = a.reals_of_any_shape("values", values)
     if given.ndim != 1:
+        if given.shape[1:] not in ((3,), (6,), (2, 2), (3, 3)):
+            shapes = "(n,), (n, 3), (n, 6), (n, 2, 2) or (n, 3, 3)"
+            a.fail("values", f"must have shape {shapes}, not {given.shape}")
         given = a.tensors("values", given, 3 if given.shape[1:] in ((6,), (3, 3)) else 2)
     wanted = a.reals("new_params", new_params)
     status, result = _core.interpolate_metrics(at, given, wanted)
