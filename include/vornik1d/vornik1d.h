@@ -745,7 +745,8 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 ///
 /// A chain is meshed by `mesh_spline` or by `mesh_line`, as `deviation_tolerance` says:
 ///
-///   - 0, or NaN: by `mesh_line`, which is held to the chain's nodes to 1e-12 of its length.
+///   - 0, or NaN: by `mesh_line`, which is held to the chain's nodes to 1e-12 of its length; so a bent line
+///     gets no coarser.
 ///   - positive: by `mesh_spline`, bounded by curvature for this distance, if that curve strays no farther
 ///     than that from the chain; else by `mesh_line` with this tolerance. Where the curve's radius is below
 ///     it, no nodes are asked for, so the mesh of a spline may stray farther.
