@@ -31,20 +31,32 @@ class Batch(NamedTuple):
 def split(coords: np.ndarray, connect: np.ndarray, colors: np.ndarray, elements: int) -> List[Batch]:
     """Batches of about so many elements or one larger component, in the order of their lowest elements."""
     graph = coo_matrix((np.ones(len(connect), bool), tuple(connect.T)), shape=(len(coords), len(coords)))
-    labels = connected_components(graph, directed=False)[1][connect[:, 0]]
-    _, lowest, component = np.unique(labels, return_index=True, return_inverse=True)
-    counts = np.bincount(component)
+    components, of_node = connected_components(graph, directed=False)
+    of_element = of_node[connect[:, 0]]
+    counts = np.bincount(of_element, minlength=components)
+    lowest = np.full(components, len(connect))  # element of each; the last value assigned stays
+    lowest[of_element[::-1]] = np.arange(len(connect))[::-1]
     order = np.argsort(lowest)
     start = np.empty_like(counts)  # of each component, in the order of lowest elements
     start[order] = np.cumsum(counts[order]) - counts[order]
-    batch = (start // elements)[component]
-    rows = np.argsort(batch, kind="stable")
-    cuts = np.flatnonzero(np.diff(batch[rows])) + 1
+    batch_of = start // elements
+    batch_of[counts == 0] = len(connect)  # none
+
+    rows, element_cuts = _group(batch_of[of_element])
+    nodes, node_cuts = _group(batch_of[of_node], none=len(connect))
+    numbers = np.empty(len(coords), np.uint32)  # of nodes in their batches
     batches = []
-    for part in np.split(rows, cuts) if len(rows) > 0 else ():
-        nodes, local = np.unique(connect[part], return_inverse=True)
-        batches.append(Batch(nodes, coords[nodes], local.reshape(-1, 2).astype(np.uint32), colors[part]))
-    return batches
+    for own, part in zip(np.split(nodes, node_cuts), np.split(rows, element_cuts)):
+        numbers[own] = np.arange(len(own))
+        batches.append(Batch(own, coords[own], numbers[connect[part]], colors[part]))
+    return batches if len(connect) > 0 else []
+
+
+def _group(batch: np.ndarray, none: int = -1) -> Tuple[np.ndarray, np.ndarray]:
+    """The indices of equal values side by side, ascending, and where the next value begins; without `none`."""
+    order = np.argsort(batch, kind="stable")
+    order = order[batch[order] != none]
+    return order, np.flatnonzero(np.diff(batch[order])) + 1
 
 
 def remesh(batch: Batch) -> vornik1d.Network:
