@@ -654,13 +654,13 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 /// @return 0;
 ///         -1: `coords` has another row count;
 ///         -2: `start_node` is no column of `coords`;
-///         -3: the path has length 0, or one whose square is (with sizes);
+///         -3: the path has length 0 (with sizes), as one may have whose square underflows;
 ///         -4, -5 for a translation, -5, -6 for a rotation: `size_a`, `size_b` is not positive;
 ///         -199: no storage, or more nodes than 32-bit numbers can name.
 /// On a failure `coords` and `indices` are as they were. A translation ends exactly at the start plus
 /// `vector`. A count of steps may have a path of length 0, and a full turn ends at a new node at the place of
-/// the start. A path so long that its square is not finite has no number of steps (-199), and a `rotation` that
-/// is makes nodes that are no numbers.
+/// the start. Where the square of the path's length overflows, sizes give no number of steps (-199); where that
+/// of `rotation` does, the new nodes are NaN.
 /// @{
 
 /// From a new node along a vector, in equal steps.

@@ -343,9 +343,9 @@ def remesh_lines(
     force_even: ask for an even number of elements on each chain.
     max_angle: the largest change of direction that is no corner, in degrees, at most 90; a greater one acts as its
         supplement, so 180 makes a corner of every bend.
-    deviation_tolerance: 0: held to all nodes of the lines, so that bent ones get no coarser. Positive: by a spline that strays no farther from the lines than
-        this distance, or else by the lines with this tolerance. Negative: by a spline, elements being as short
-        as its curvature asks.
+    deviation_tolerance: 0: held to all nodes of the lines, so that bent ones get no coarser. Positive: by a spline
+        that strays no farther from the lines than this distance, or else by the lines with this tolerance.
+        Negative: by a spline, elements being as short as its curvature asks.
     max_gradation: growth of sizes per length on splines; 0 sets no limit.
     min_size: segments not longer than this make no corners; floor of the bounds on sizes by curvature and by the
         lengths of chains.
