@@ -659,8 +659,8 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 ///         -199: no storage, or more nodes than 32-bit numbers can name.
 /// On a failure `coords` and `indices` are as they were. A translation ends exactly at the start plus
 /// `vector`. A count of steps may have a path of length 0, and a full turn ends at a new node at the place of
-/// the start. Where the square of the path's length overflows, sizes give no number of steps (-199); where that
-/// of `rotation` does, the new nodes are NaN.
+/// the start. Where the square of the path's length overflows, sizes give no number of steps (-199); where
+/// that of `rotation` does, the new nodes are NaN.
 /// @{
 
 /// From a new node along a vector, in equal steps.
@@ -847,7 +847,8 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 ///         -6: `min_elements` is 0 or above `max_elements`;
 ///         -199: no storage, or more points than 32-bit numbers can name.
 /// On a failure all is as it was. A lack of storage for the new points alone leaves a single element, also
-/// where they are too many to be numbered: `max_elements` is what guards against sizes that are far too small.
+/// where they are too many to be numbered: `max_elements` is what guards against sizes that are far too
+/// small.
 ///
 /// Cost: linear in chain plus mesh.
 [[nodiscard]] VORNIK1D_API int subdivide(dense1D<double>& params, dense1D<double>& sizes,
