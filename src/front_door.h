@@ -1,11 +1,13 @@
 #pragma once
 
-#include <algorithm>
+#include <cstddef>
 #include <type_traits>
 
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 #include <vornik1d/vornik1d.h>
+
+#include "arrays/search.h"
 
 // What the exported functions share at their entry: status codes, checks, and the choice of the dimension.
 
@@ -23,11 +25,9 @@ inline bool is_planar_or_spatial(dense2D<double> const& coords) noexcept
     return coords.rows() == 2 || coords.rows() == 3;
 }
 
-/// True when no value falls below the one before it. A NaN among several values fails.
 inline bool is_non_decreasing(dense1D<double> const& values) noexcept
 {
-    return std::adjacent_find(values.begin(), values.end(),
-               [](double previous, double next) { return !(next >= previous); }) == values.end();
+    return is_non_decreasing(values.begin(), values.end());
 }
 
 /// Rows of a matrix of metric tensors that goes with `coords`.
@@ -37,8 +37,8 @@ inline std::size_t metric_rows(dense2D<double> const& coords) noexcept { return 
 template <class Body>
 decltype(auto) by_dimension(dense2D<double> const& coords, Body&& body)
 {
-    return coords.rows() == 2 ? body(std::integral_constant<int, 2>())
-                              : body(std::integral_constant<int, 3>());
+    return coords.rows() == 2 ? body(std::integral_constant<std::size_t, 2>())
+                              : body(std::integral_constant<std::size_t, 3>());
 }
 
 } // namespace trelk::vornik1d

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <random>
 
-#include "placement/place_nodes_iso.h"
+#include "place.h"
 #include "support.h"
 
 using namespace trelk;
@@ -66,7 +66,7 @@ TEST(subdivide, places_as_on_a_straight_line_in_the_plane)
     std::mt19937 random(2);
     std::uniform_real_distribution<double> any(0.1, 1);
     for (int trial = 0; trial < 50; ++trial) {
-        dense1D<double> params, sizes, new_sizes, no_params;
+        dense1D<double> params, sizes;
         std::vector<std::vector<double>> points;
         double at = 0;
         for (int k = 0; k < 12; ++k) {
@@ -74,15 +74,15 @@ TEST(subdivide, places_as_on_a_straight_line_in_the_plane)
             sizes.push_back(any(random));
             points.push_back({0, at});
         }
-        dense2D<double> new_points;
-        vornik1d::place_nodes_iso<2>(columns(points), nodes_up_to(12), no_params, sizes, 0, false, 1,
-            no_limit, new_points, new_sizes, no_params);
+        meshing in_plane = chain_of(columns(points), 1);
+        in_plane.sizes = sizes;
+        auto const expected = place(in_plane);
         dense1D<unsigned> mesh;
         ASSERT_EQ(vornik1d::subdivide(params, sizes, nodes_up_to(12), false, false, 1, no_limit, mesh), 0);
-        std::size_t const added = new_points.cols();
+        std::size_t const added = expected.coords.cols();
         ASSERT_EQ(mesh.size(), added + 2);
-        ASSERT_EQ(values_of(sizes.sub_vector(12, added)), values_of(new_sizes));
-        for (std::size_t k = 0; k < added; ++k) ASSERT_EQ(params[12 + k], new_points(1, k));
+        ASSERT_EQ(values_of(sizes.sub_vector(12, added)), values_of(expected.sizes));
+        for (std::size_t k = 0; k < added; ++k) ASSERT_EQ(params[12 + k], expected.coords(1, k));
     }
 }
 

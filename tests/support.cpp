@@ -41,9 +41,15 @@ bool failing_allocations::have_failed() { return now.count > now.first; }
 extern "C" {
 
 void* __real_malloc(std::size_t bytes);
+void* __real_realloc(void* pointer, std::size_t bytes);
 void* __real__ZnwmRKSt9nothrow_t(std::size_t bytes, std::nothrow_t const& tag);
 
 void* __wrap_malloc(std::size_t bytes) { return must_fail() ? nullptr : __real_malloc(bytes); }
+
+void* __wrap_realloc(void* pointer, std::size_t bytes)
+{
+    return must_fail() ? nullptr : __real_realloc(pointer, bytes);
+}
 
 void* __wrap__ZnwmRKSt9nothrow_t(std::size_t bytes, std::nothrow_t const& tag)
 {

@@ -26,16 +26,46 @@ void truncate(dense2D<T>& matrix, std::size_t count) noexcept
 }
 
 /// Columns of a matrix that hold something: those of a matrix without rows do not count.
-inline std::size_t filled_columns(dense2D<double> const& matrix) noexcept
+template <class T>
+std::size_t filled_columns(dense2D<T> const& matrix) noexcept
 {
     return matrix.empty() ? 0 : matrix.cols();
 }
 
-/// Room to ask for when `added` values or columns join `present` ones: doubling at least, so that appending
-/// again and again stays linear.
-constexpr std::size_t grown(std::size_t present, std::size_t added) noexcept
+/// Makes room for `added` more values or columns of `rows` rows, so that appending them cannot fail. Storage
+/// grows by doubling, so that appending again and again stays linear.
+template <class T>
+[[nodiscard]] bool make_room(dense1D<T>& list, std::size_t added) noexcept
 {
-    return std::max(added, present) + present;
+    return list.reserve(list.size() + added, 2);
+}
+
+template <class T>
+[[nodiscard]] bool make_room(dense2D<T>& matrix, std::size_t rows, std::size_t added) noexcept
+{
+    return matrix.reserve(rows, filled_columns(matrix) + added, 2);
+}
+
+/// What to ask for where `needed` values do not fit and `foreseen` are expected in the end: these, but no more
+/// than twice and no less than an eighth more than what is needed, so that appending stays linear.
+constexpr std::size_t room_to_ask(std::size_t needed, std::size_t foreseen) noexcept
+{
+    return std::clamp(foreseen, needed + needed / 8, 2 * needed);
+}
+
+/// Makes room for `needed` values or columns of `rows` rows, of which `foreseen` are expected in the end.
+template <class T>
+[[nodiscard]] bool reserve_foreseen(dense1D<T>& list, std::size_t needed, std::size_t foreseen) noexcept
+{
+    return needed <= list.room() || list.reserve(room_to_ask(needed, foreseen)) || list.reserve(needed, 2);
+}
+
+template <class T>
+[[nodiscard]] bool reserve_foreseen(
+    dense2D<T>& matrix, std::size_t rows, std::size_t needed, std::size_t foreseen) noexcept
+{
+    return needed <= matrix.room() / std::max(matrix.ld(), rows) ||
+           matrix.reserve(rows, room_to_ask(needed, foreseen)) || matrix.reserve(rows, needed, 2);
 }
 
 /// Appends `point` as a new last column of `matrix`, which must be empty or have N rows. False leaves it as
@@ -46,18 +76,10 @@ template <std::size_t N>
     if (!matrix.empty() && matrix.rows() != N) return false;
 
     std::size_t const cols = filled_columns(matrix);
-    if (cols >= matrix.room() / std::max<std::size_t>(matrix.ld(), 1))
-        static_cast<void>(matrix.reserve(N, std::max<std::size_t>(2 * cols, 4))); // resize tries with less
-    if (!matrix.resize(N, cols + 1)) return false;
+    constexpr std::size_t least_room = 4;
+    if (!matrix.reserve(N, std::max(cols + 1, least_room), 2) || !matrix.resize(N, cols + 1)) return false;
     std::copy_n(point.values, N, matrix.col(cols));
     return true;
-}
-
-/// Makes room for `added` more values, so that appending them cannot fail.
-template <class T>
-[[nodiscard]] bool make_room(dense1D<T>& target, std::size_t added) noexcept
-{
-    return target.reserve(target.size() + added, 2);
 }
 
 /// Appends the values of `source` to `target`. False leaves `target` as it was, but for its capacity.
@@ -68,9 +90,7 @@ template <class T>
 
     std::size_t const added = source.size();
     std::size_t const present = target.size();
-    if (present + added > target.room())
-        static_cast<void>(target.reserve(grown(present, added))); // resize tries with less
-    if (!target.resize(present + added)) return false;
+    if (!make_room(target, added) || !target.resize(present + added)) return false;
     std::copy_n(source.begin(), added, target.begin() + present);
     return true;
 }

@@ -6,38 +6,13 @@
 
 namespace trelk::vornik1d {
 
-namespace {
-
-/// Adds `added` columns to `target`, in the row count of `source`.
-bool grow(dense2D<double> const& source, std::size_t added, dense2D<double>& target) noexcept
-{
-    std::size_t const rows = source.rows();
-    std::size_t const present = filled_columns(target);
-    if (present + added > target.room() / std::max<std::size_t>({target.ld(), rows, 1}))
-        static_cast<void>(target.reserve(rows, grown(present, added))); // resize tries with less
-    return target.resize(rows, present + added);
-}
-
-} // namespace
-
-bool gather_columns(
-    dense2D<double> const& source, dense1D<unsigned> const& columns, dense2D<double>& target) noexcept
-{
-    if (columns.empty()) return true;
-    std::size_t const present = filled_columns(target);
-    if (!grow(source, columns.size(), target)) return false;
-    for (std::size_t k = 0; k < columns.size(); ++k)
-        std::copy_n(source.col(columns[k]), source.rows(), target.col(present + k));
-    return true;
-}
-
 bool append_columns(dense2D<double> const& source, dense2D<double>& target) noexcept
 {
     if (source.empty()) return true;
     std::size_t const rows = source.rows();
     std::size_t const added = source.cols();
     std::size_t const present = filled_columns(target);
-    if (!grow(source, added, target)) return false;
+    if (!make_room(target, rows, added) || !target.resize(rows, present + added)) return false;
     if (source.ld() == rows && target.ld() == rows)
         std::copy_n(source.data(), rows * added, target.col(present));
     else
@@ -58,9 +33,7 @@ bool gather_values(
     dense1D<double> const& source, dense1D<unsigned> const& selection, dense1D<double>& target) noexcept
 {
     std::size_t const present = target.size();
-    if (present + selection.size() > target.room())
-        static_cast<void>(target.reserve(grown(present, selection.size()))); // resize tries with less
-    if (!target.resize(present + selection.size())) return false;
+    if (!make_room(target, selection.size()) || !target.resize(present + selection.size())) return false;
     for (std::size_t k = 0; k < selection.size(); ++k) target[present + k] = source[selection[k]];
     return true;
 }

@@ -5,12 +5,8 @@
 
 namespace trelk::vornik1d {
 
-/// Appends to `target` the columns of `source` that `columns` names, in that order. `target` takes the row
-/// count of `source`. False leaves it as it was, but for its capacity; an empty list changes nothing.
-[[nodiscard]] bool gather_columns(
-    dense2D<double> const& source, dense1D<unsigned> const& columns, dense2D<double>& target) noexcept;
-
-/// Appends all columns of `source` to `target`, in the same way.
+/// Appends all columns of `source` to `target`, which takes its row count. False leaves it as it was, but for its
+/// capacity; an empty matrix changes nothing.
 [[nodiscard]] bool append_columns(dense2D<double> const& source, dense2D<double>& target) noexcept;
 
 /// The largest entry; 0 for an empty matrix.

@@ -5,11 +5,9 @@
 #include <cstddef>
 #include <limits>
 
-#include <trelk/dense1D.h>
-#include <trelk/dense2D.h>
-
 #include "arrays/search.h"
 #include "arrays/vectors.h"
+#include "placement/line.h"
 
 // How far the interior nodes of a chain lie from a mesh of it.
 
@@ -27,56 +25,92 @@ struct deviation_scan
     std::size_t split = 0;
 };
 
-/// Distance of p from the infinite line through a and b; 0 where a and b are one point.
-template <int N>
-double distance_from_line(double const* p, double const* a, double const* b)
+/// The element of a mesh that covers parameter values which rise: it ends at the first mesh node that is not
+/// below.
+template <class Targets>
+class covering_element
 {
-    auto const u = edge_vector<N>(a, b);
-    double const area = norm(cross(u, edge_vector<N>(a, p))); // of a parallelogram
-    double const length = norm(u);
-    return length > 0 ? area / length : area;
-}
+public:
+    explicit covering_element(placed_line<Targets> const& mesh)
+        : mesh_(mesh), cursor_(mesh.params), end_(mesh.params + mesh.last() + 1),
+          is_sorted_(is_non_decreasing(cursor_, end_))
+    {
+        set_edge(0);
+    }
+
+    void move_to(double param)
+    {
+        // Rounding can make mesh parameters fall, or NaN; a search in the whole rest then has the say.
+        double const* const found =
+            is_sorted_ ? first_not_below_from(cursor_, end_, param) : first_not_below(cursor_, end_, param);
+        // NaN or overflow can leave none at or above this one; the last element is taken then.
+        double const* const next = std::min(found, end_ - 1);
+        if (next == cursor_) return;
+        cursor_ = next;
+        set_edge(static_cast<std::size_t>(cursor_ - mesh_.params));
+    }
+
+    /// Distance of `point` from the infinite line through the element; 0 where that has no length.
+    double distance(double const* point) const
+    {
+        double const area = norm(cross(edge_, vector_at<N>(point) - start_)); // of a parallelogram
+        return length_ > 0 ? area / length_ : area;
+    }
+
+private:
+    static constexpr std::size_t N = Targets::dimension;
+
+    void set_edge(std::size_t end)
+    {
+        start_ = vector_at<N>(mesh_.point(end > 0 ? end - 1 : 0));
+        edge_ = vector_at<N>(mesh_.point(end)) - start_;
+        length_ = norm(edge_);
+    }
+
+    placed_line<Targets> const& mesh_;
+    double const* cursor_;
+    double const* end_;
+    bool is_sorted_;
+    vector<N> start_;
+    vector<N> edge_;
+    double length_;
+};
 
 /// Measures the distance of each interior chain node from the line through the mesh element that covers its
 /// parameter value: chain and mesh are paired by parameter, not by nearest distance.
-template <int N>
-deviation_scan scan_deviation(dense2D<double> const& coords, dense1D<unsigned> const& chain,
-    dense1D<double> const& params, dense1D<unsigned> const& mesh, dense1D<double> const& mesh_params,
-    double deviation_tolerance)
+template <class Targets>
+deviation_scan scan_deviation(
+    line_view<Targets> const& chain, placed_line<Targets> const& mesh, double deviation_tolerance)
 {
-    std::size_t const n = chain.size();
-    double const first_param = params[0];
-    double const r = 1 / (params[n - 1] - first_param);
-    double const* const first = mesh_params.begin();
-    double const* const end = mesh_params.end();
-    double const* cursor = first;
-
+    std::size_t const n = chain.count;
     deviation_scan scan;
     scan.split = n - 1;
+    scan.threshold = deviation_tolerance;
+    if (n == 2) return scan;
+
+    double const first_param = chain.params[0];
+    double const r = 1 / (chain.params[n - 1] - first_param);
+    covering_element<Targets> element(mesh);
     double sum = 0;
     double best_weighted = 0;
     double magnitude = 0;
     for (std::size_t i = 1; i + 1 < n; ++i) {
-        double const* const point = coords.col(chain[i]);
-        double const param = params[i];
-
-        // NaN or overflow can leave no mesh parameter at or above this one; the last element is taken then.
-        cursor = std::min(first_not_below(cursor, end, param), end - 1);
-        auto const k = static_cast<std::size_t>(cursor - first);
-        unsigned const b = mesh[k];
-        unsigned const a = k > 0 ? mesh[k - 1] : b;
-        double const distance = distance_from_line<N>(point, coords.col(a), coords.col(b));
+        double const* const point = chain.point(i);
+        double const param = chain.params[i];
+        element.move_to(param);
+        double const distance = element.distance(point);
 
         scan.worst = std::max(scan.worst, distance);
         sum += distance;
-        for (std::size_t j = 0; j < N; ++j) magnitude = std::max(magnitude, std::abs(point[j]));
+        for (std::size_t j = 0; j < Targets::dimension; ++j)
+            magnitude = std::max(magnitude, std::abs(point[j]));
 
         // 1 at the ends of the parameter range, 2 in the middle: favours a split near the middle.
         double const t = (param - first_param) * r;
         double const weighted = ((1 - t) * t * 4 + 1) * distance;
         if (weighted > best_weighted) best_weighted = weighted, scan.split = i;
     }
-    if (n > 2) scan.mean = sum / static_cast<double>(n - 2);
+    scan.mean = sum / static_cast<double>(n - 2);
     scan.threshold = magnitude * std::numeric_limits<double>::epsilon() + deviation_tolerance;
     return scan;
 }

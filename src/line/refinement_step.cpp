@@ -8,14 +8,16 @@ namespace {
 
 // Where a deviation does not answer to more elements (parameters that repeat, a detour between chain nodes),
 // a range is meshed again as a whole so often without bringing it nearer to the threshold by the share below,
-// and then split. Where the deviation is that of chords of a curve, one step is enough.
+// and then split; sooner when such meshes have cost the chain too much. Where the deviation is that of chords of
+// a curve, one step is enough.
 constexpr unsigned most_stalled_remeshings = 1000;
+constexpr std::uint64_t most_stalled_elements = 10'000'000;
 constexpr double least_gain = 1e-3;
 
 } // namespace
 
-refinement_step decide(
-    deviation_scan const& scan, span_task const& task, std::size_t elements, bool force_even)
+refinement_step decide(deviation_scan const& scan, span_task const& task, std::size_t elements,
+    bool force_even, std::uint64_t& stalled_elements)
 {
     bool const is_odd = elements % 2 == 1;
     if (!(scan.worst >= scan.threshold) && !(force_even && is_odd)) return {};
@@ -35,10 +37,12 @@ refinement_step decide(
         bool const has_gained = gain > 0 && gain >= least_gain * excess; // the excess may be 0
         again.least_deviation = std::min(task.least_deviation, scan.worst);
         again.stalled = task.stalled + (has_gained ? 0 : 1);
+        if (!has_gained) stalled_elements += elements;
     }
 
     bool const can_be_split = scan.split < task.last - task.first;
-    bool const is_stalled = again.stalled >= most_stalled_remeshings;
+    bool const is_stalled = again.stalled >= most_stalled_remeshings ||
+                            (again.stalled > 0 && stalled_elements >= most_stalled_elements);
     if (can_be_split && (!is_spread || is_stalled)) return {action::split, scan.split, {}};
     if (is_stalled) return {};
     return {action::remesh, 0, again};

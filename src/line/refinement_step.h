@@ -32,8 +32,9 @@ struct refinement_step
     span_task again{};     // for `remesh`
 };
 
-/// Decides on a mesh of `elements` elements, to which `task` has led.
-refinement_step decide(
-    deviation_scan const& scan, span_task const& task, std::size_t elements, bool force_even);
+/// Decides on a mesh of `elements` elements, to which `task` has led. `stalled_elements` is what meshes that hardly
+/// lowered their deviation have cost so far, in the whole chain.
+refinement_step decide(deviation_scan const& scan, span_task const& task, std::size_t elements,
+    bool force_even, std::uint64_t& stalled_elements);
 
 } // namespace trelk::vornik1d

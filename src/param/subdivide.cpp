@@ -1,14 +1,16 @@
 #include <vornik1d/vornik1d.h>
 
-#include <algorithm>
-#include <numeric>
+#include <cstddef>
+#include <cstdint>
 
 #include <vornik/toolkit.h>
 
 #include "arrays/append.h"
 #include "arrays/columns.h"
 #include "front_door.h"
-#include "placement/place_nodes_iso.h"
+#include "placement/place_nodes.h"
+#include "placement/size_targets.h"
+#include "rules.h"
 
 namespace trelk::vornik1d {
 
@@ -25,21 +27,29 @@ struct subdivision
 
 /// Places nodes along the chain. False without storage for the chain; a lack of storage for the new nodes
 /// leaves none.
-[[nodiscard]] bool subdivide_chain(
-    bool round_up, bool force_even, unsigned min_elements, unsigned max_elements, subdivision& line)
+[[nodiscard]] bool subdivide_chain(element_rule const& rule, bool round_up, subdivision& line)
 {
-    constexpr double any_length = -1;
-    std::size_t const n = line.chain_params.size();
-    dense2D<double> const points(1, n, line.chain_params.data());
-    dense1D<unsigned> chain;
-    if (points.empty() || !chain.resize(n)) return false;
-    std::iota(chain.begin(), chain.end(), 0U);
+    using carrier = size_targets<1>;
+    std::size_t const last = line.chain_params.size() - 1;
+    dense1D<double> cum;
+    if (!cum.resize(last + 1)) return false;
+    line_view<carrier> const chain{.points = line.chain_params.data(),
+        .params = line.chain_params.data(),
+        .targets = line.chain_sizes.data(),
+        .count = last + 1};
+    double const length = measure<carrier>(chain, cum.data());
+    auto const count = static_cast<std::size_t>(element_count(length, rule, round_up) - 1);
 
-    dense2D<double> new_points;
-    dense1D<double> no_params;
-    place_nodes_iso<1>(points, chain, no_params, line.chain_sizes, any_length, force_even, min_elements,
-        max_elements, new_points, line.added_sizes, no_params, 0, round_up);
-    line.added_params = new_points.as_vector();
+    // The list of sizes has an entry for the first node, as that of a mesh has.
+    dense1D<double> sizes;
+    if (count == 0 || count == SIZE_MAX || !line.added_params.resize(count) || !sizes.resize(count + 1)) {
+        line.added_params.clear();
+        return true;
+    }
+    new_nodes<carrier> const added{line.added_params.data(), 1, nullptr, sizes.data()};
+    static_cast<void>(
+        place_nodes<carrier>(lasting_line<carrier>{chain}, last, cum.data(), count, added)); // true
+    line.added_sizes = sizes.sub_vector(1, count);
     return true;
 }
 
@@ -81,7 +91,7 @@ int subdivide(dense1D<double>& params, dense1D<double>& sizes, dense1D<unsigned>
     subdivision line;
     bool const is_done = gather_values(params, indices, line.chain_params) &&
                          gather_values(sizes, indices, line.chain_sizes) &&
-                         subdivide_chain(round_up, force_even, min_elements, max_elements, line) &&
+                         subdivide_chain({force_even, min_elements, max_elements}, round_up, line) &&
                          publish(line, indices[0], indices[n - 1], params, sizes, new_indices);
     return is_done ? 0 : no_storage;
 }

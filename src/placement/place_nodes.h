@@ -5,103 +5,132 @@
 #include <cstddef>
 #include <cstdint>
 
-#include <trelk/dense1D.h>
-#include <trelk/dense2D.h>
-#include <trelk/vector_fixed.h>
-
 #include "arrays/vectors.h"
+#include "placement/line.h"
+#include "placement/overtaken_entries.h"
 #include "placement/size_law.h"
+#include "rules.h"
+
+// Nodes at equal steps of metric length along a line: the line is measured, and then walked once, forward only.
 
 namespace trelk::vornik1d {
 
-/// Places nodes at equal steps of metric length along a polyline, between its two end nodes.
-///
-/// `field` carries the targets at the chain's entries. It answers, for segment s from entry s to s + 1 along
-/// the vector d,
-///
-///     field.metric_length(s, d)    the segment's metric length
-///     field.resize(count)          gives the output `count` targets; false without storage
-///     field.clear()                empties it
-///     field.enter(s, d)            turns to segment s; false where nothing can be placed on it
-///     field.position(t)            position in that segment of the fraction t of its metric length
-///     field.place(k, u)            stores target k of the output, at position u of that segment
-///
-/// The chain has at least two entries, each a column of `coords`; `params` has one value per entry or none.
-/// `new_coords` and `new_params` are replaced: one column and, where `params` has values, one value per new
-/// node. Around the values of the new nodes, parameters and targets have `margin` entries more on either
-/// side, for the caller to stitch the ends on. A chain of metric length below `min_metric_length`, or NaN,
-/// gets no node, and the outputs are empty then; a negative `min_metric_length` lets every chain pass.
-/// `round_up` asks for steps that are no longer than 1.
-///
-/// Returns the metric length of the chain, or 0.0 with empty outputs where storage is not available or a
-/// segment cannot be entered.
-template <int N, class Field>
-double place_nodes(dense2D<double> const& coords, dense1D<unsigned> const& indices,
-    dense1D<double> const& params, Field& field, double min_metric_length, bool force_even,
-    std::uint64_t min_elements, std::uint64_t max_elements, dense2D<double>& new_coords,
-    dense1D<double>& new_params, std::size_t margin, bool round_up = false)
+/// Sets `cum` to the metric length from the first entry of a line to each entry; returns the last of them.
+template <class Targets, class Line>
+double measure(Line const& line, double* cum)
 {
-    auto const clear = [&] {
-        new_coords.clear();
-        new_params.clear();
-        field.clear();
-        return 0.0;
-    };
-    clear();
-
-    std::size_t const last = indices.size() - 1;
-    dense1D<double> cumulated;
-    if (!cumulated.resize(last + 1)) return 0;
-    double* const cum = cumulated.data();
-    unsigned const* const nodes = indices.data();
-
+    constexpr std::size_t N = Targets::dimension;
     double length = 0;
     cum[0] = 0;
-    for (std::size_t s = 0; s < last; ++s) {
-        length += field.metric_length(s, edge_vector<N>(coords.col(nodes[s]), coords.col(nodes[s + 1])));
+    auto near = vector_at<N>(line.point(0));
+    for (std::size_t s = 0; s < line.last(); ++s) {
+        auto const far = vector_at<N>(line.point(s + 1));
+        length += Targets::metric_length(far - near, line.target(s), line.target(s + 1));
         cum[s + 1] = length;
+        near = far;
+    }
+    return length;
+}
+
+/// Nodes to be placed on a line between its ends. A length that is NaN, for which there is no step, has none.
+inline std::uint64_t new_node_count(double metric_length, element_rule const& rule)
+{
+    return metric_length >= 0 ? element_count(metric_length, rule) - 1 : 0;
+}
+
+/// Where new nodes go, node k = 1, 2, ... to entry k of each list; there is room. Lists may be null: nobody asks
+/// for these values. `points` is where the first one goes.
+template <class Targets>
+struct new_nodes
+{
+    double* points;
+    std::size_t ld;
+    double* params;
+    double* targets;
+
+    double* point(std::size_t k) const { return points + ld * (k - 1); }
+    double* target(std::size_t k) const { return targets + Targets::width * k; }
+};
+
+/// Reads a line that stands apart from the new nodes.
+template <class Targets>
+struct lasting_line
+{
+    line_view<Targets> line;
+
+    entry_view operator[](std::size_t i) const { return {line.point(i), line.params[i], line.target(i)}; }
+    bool before_write(std::size_t, std::size_t) const { return true; }
+};
+
+/// Reads the line of the pass before, which stands where the new nodes go: entry k is what node k replaces.
+template <class Targets>
+class replaced_line
+{
+public:
+    replaced_line(placed_line<Targets> const& line, overtaken_entries<Targets>& overtaken)
+        : line_(line), overtaken_(overtaken)
+    {}
+
+    entry_view operator[](std::size_t i) const { return i < written_end_ ? overtaken_[i] : in_place(i); }
+
+    /// Announces node k, at which the walk may still read the entries from `first` on.
+    bool before_write(std::size_t k, std::size_t first)
+    {
+        if (k >= first && k <= line_.last() && !overtaken_.save(k, first, in_place(k))) return false;
+        written_end_ = k + 1;
+        return true;
     }
 
-    std::uint64_t const n = element_count(length, force_even, min_elements, max_elements, round_up);
-    bool const is_too_short = min_metric_length >= 0 && !(length >= min_metric_length); // or NaN
-    if (is_too_short || n == 1) return length;
+private:
+    entry_view in_place(std::size_t i) const { return {line_.point(i), line_.params[i], line_.target(i)}; }
 
-    double const step = length / static_cast<double>(n);
-    std::size_t const count = n - 1;
-    bool const with_params = !params.empty();
-    std::size_t const listed = count + 2 * margin;
-    if (!new_coords.resize(N, count) || (with_params && !new_params.resize(listed)) || !field.resize(listed))
-        return clear();
+    placed_line<Targets> line_;
+    overtaken_entries<Targets>& overtaken_;
+    std::size_t written_end_ = 0; // entry 0 is the line's first node: nothing replaces it
+};
 
-    double* point = new_coords.data();
-    double* const param = with_params ? new_params.data() + margin : nullptr;
-    double const* a = nullptr;
-    vector_fixed<double, N> d{};
-    double param0 = 0;
+/// Places `count` nodes at equal steps of metric length along a line of entries 0 to `last`, whose metric
+/// lengths are `cum`. False where the targets of a segment on which a node falls cannot be used, or without
+/// storage.
+template <class Targets, class Source>
+[[nodiscard]] bool place_nodes(
+    Source&& source, std::size_t last, double const* cum, std::size_t count, new_nodes<Targets> const& out)
+{
+    constexpr std::size_t N = Targets::dimension;
+    double const step = cum[last] / static_cast<double>(count + 1);
+    typename Targets::segment segment;
+    vector<N> a{};
+    vector<N> d{};
+    double param = 0;
     double param_step = 0;
 
-    std::size_t j = 1; // the first entry at or behind the target
+    std::size_t j = 1; // the first entry at or after the target
     std::size_t entered = 0;
-    for (std::size_t k = 0; k < count; ++k, point += N) {
-        double const target = static_cast<double>(k + 1) * step;
+    for (std::size_t k = 1; k <= count; ++k) {
+        double const target = static_cast<double>(k) * step;
         while (cum[j] < target && j < last) ++j; // an infinite target stays on the last segment
-        std::size_t const s = j - 1;
         if (entered != j) {
             entered = j;
-            a = coords.col(nodes[s]);
-            d = edge_vector<N>(a, coords.col(nodes[j]));
-            if (with_params) param0 = params[s], param_step = params[j] - params[s];
-            if (!field.enter(s, d)) return clear();
+            entry_view const near = source[j - 1];
+            entry_view const far = source[j];
+            a = vector_at<N>(near.point);
+            d = vector_at<N>(far.point) - a;
+            param = near.param;
+            param_step = far.param - near.param;
+            if (!segment.enter(d, near.target, far.target)) return false;
         }
 
         // An infinite metric length has no fractions: 0 in place of NaN.
-        double const t = cum[j] > cum[s] ? std::max(0.0, (target - cum[s]) / (cum[j] - cum[s])) : 0;
-        double const u = field.position(t);
-        field.place(margin + k, u);
+        double const before = cum[j - 1];
+        double const t = cum[j] > before ? std::max(0.0, (target - before) / (cum[j] - before)) : 0;
+        double const u = segment.position(t);
+        if (!source.before_write(k, j)) return false;
+        double* const point = out.point(k);
         for (std::size_t r = 0; r < N; ++r) point[r] = d[r] * u + a[r];
-        if (with_params) param[k] = param_step * u + param0;
+        if (out.params) out.params[k] = param_step * u + param;
+        if (out.targets) segment.evaluate(u, out.target(k));
     }
-    return length;
+    return true;
 }
 
 } // namespace trelk::vornik1d

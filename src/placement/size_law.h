@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <limits>
+
+#include "rules.h"
 
 // The law that the library is built on: between two points with target sizes h0 and h1 the size varies
 // linearly with position, and the metric length of a curve is the integral of 1/h along it. A segment of
@@ -92,12 +95,37 @@ inline double size_law_position(double t, double h0, double h1) { return size_la
 /// The multiple of `step` (1 or more) nearest to `length` on a geometric scale: the boundary between k and
 /// k + step is sqrt(k * (k + step)), and the tie goes up. Never 0; NaN and negative lengths count as 0, and
 /// what 64 bits do not hold gives the largest multiple that they do.
-std::uint64_t round_to_multiple(double length, std::uint64_t step);
+inline std::uint64_t round_to_multiple(double length, std::uint64_t step)
+{
+    constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+    constexpr double beyond = 18446744073709551616.0; // 2^64
+    std::uint64_t const largest_multiple = most / step * step;
+
+    if (!(length > 0)) return step;
+    double const quotient = length / static_cast<double>(step);
+    if (quotient >= beyond) return largest_multiple;
+    auto const whole = static_cast<std::uint64_t>(quotient);
+    if (whole >= most / step) return largest_multiple;
+
+    std::uint64_t const k = whole * step;
+    // From k = 2^32 on the product wraps and the comparison always rounds up: no element count is that large.
+    std::uint64_t const boundary = k * (k + step);
+    return length * length >= static_cast<double>(boundary) ? k + step : k;
+}
 
 /// Elements of a line of the given metric length: rounded, then clamped, `max_elements` winning over
 /// `min_elements`, a count not below the length, if `round_up` asks for that, over both, and an even count
 /// over all.
-std::uint64_t element_count(double metric_length, bool force_even, std::uint64_t min_elements,
-    std::uint64_t max_elements, bool round_up = false);
+inline std::uint64_t element_count(double metric_length, element_rule const& rule, bool round_up = false)
+{
+    constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+    std::uint64_t n = round_to_multiple(metric_length, rule.force_even ? 2 : 1);
+    n = std::max<std::uint64_t>(n, 1);
+    n = std::max(n, rule.min_elements);
+    n = std::min(n, rule.max_elements);
+    if (round_up && static_cast<double>(n) < metric_length && n != most) ++n;
+    if (rule.force_even && n % 2 == 1 && n != most) ++n;
+    return n;
+}
 
 } // namespace trelk::vornik1d

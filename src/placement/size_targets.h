@@ -4,33 +4,30 @@
 #include <cstddef>
 
 #include <trelk/dense1D.h>
-#include <trelk/dense2D.h>
 
 #include "arrays/append.h"
-#include "placement/line.h"
-#include "placement/place_nodes_iso.h"
+#include "arrays/vectors.h"
+#include "metric/param_sampling.h"
+#include "placement/size_law.h"
 
 namespace trelk::vornik1d {
 
-/// Targets of a line in N dimensions that are sizes, one number per entry.
-template <int N>
+/// Targets of a line in N dimensions that are sizes, one number per entry, linear along each segment.
+template <std::size_t N>
 struct size_targets
 {
-    static constexpr int dimension = N;
+    static constexpr std::size_t dimension = N;
+    static constexpr std::size_t width = 1;   // values per target
     static constexpr int gradation_mode = -1; // of the toolkit's rule of growth
     using list = dense1D<double>;
 
-    static list part(list const& sizes, std::size_t first, std::size_t count) noexcept
-    {
-        return sizes.sub_vector(first, count);
-    }
+    static std::size_t ld(list const&) noexcept { return width; }
 
     [[nodiscard]] static bool resize(list& sizes, std::size_t count) noexcept { return sizes.resize(count); }
 
-    /// Fills the empty list with `count` targets that ask for `size`.
-    [[nodiscard]] static bool fill(list& sizes, std::size_t count, double size) noexcept
+    [[nodiscard]] static bool reserve(list& sizes, std::size_t count) noexcept
     {
-        return sizes.resize(count, size);
+        return sizes.reserve(count, 2);
     }
 
     [[nodiscard]] static bool make_room(list& sizes, std::size_t added) noexcept
@@ -43,25 +40,62 @@ struct size_targets
         return append_values(source, sizes);
     }
 
-    static void copy_entry(list const& source, std::size_t i, list& sizes, std::size_t j) noexcept
+    /// The target that asks for `size`.
+    static void fill(double size, double* target) noexcept { *target = size; }
+
+    static void copy(double const* source, double* target) noexcept { *target = *source; }
+
+    /// Lowers a target to `limit`; a NaN is no limit.
+    static void bound(double* target, double limit) noexcept { *target = std::min(*target, limit); }
+
+    /// Lowers a target to what `from`, at the other end of an edge of the given length, lets it grow to.
+    static void bound_growth(
+        double const* from, vector<N> const&, double length, double max_gradation, double* target) noexcept
     {
-        sizes[j] = source[i];
+        *target = std::min(*target, *from + max_gradation * length);
     }
 
-    /// Lowers entry k to `limit`; a NaN is no limit.
-    static void bound(list& sizes, std::size_t k, double limit) noexcept
+    /// Finds targets between given ones.
+    class sampler
     {
-        sizes[k] = std::min(sizes[k], limit);
+    public:
+        sampler(double const* sizes, std::size_t) : sizes_(sizes) {}
+
+        void find(param_position const& at, double* target) const { *target = value_at(sizes_, at); }
+
+    private:
+        double const* sizes_;
+    };
+
+    static double metric_length(vector<N> const& d, double const* from, double const* to)
+    {
+        return norm(d) * mean_inverse_size(*from, *to);
     }
 
-    /// Places nodes along `chain`; the lists of `mesh` get an entry more on either side, for the end nodes.
-    static void place(dense2D<double> const& coords, line<size_targets> const& chain,
-        element_rule const& rule, dense2D<double>& new_coords, line<size_targets>& mesh)
+    /// A segment on which nodes are placed. What depends on it alone is computed once.
+    class segment
     {
-        // The result is not read: without storage for new nodes there are none.
-        place_nodes_iso<N>(coords, chain.nodes, chain.params, chain.targets, 0.0, rule.force_even,
-            rule.min_elements, rule.max_elements, new_coords, mesh.targets, mesh.params, 1);
-    }
+    public:
+        /// Turns to the segment along d, with the targets at its ends.
+        bool enter(vector<N> const&, double const* from, double const* to)
+        {
+            law_ = size_law(*from, *to);
+            size_ = *from;
+            size_step_ = *to - *from;
+            return true;
+        }
+
+        /// Position of the fraction t of the segment's metric length.
+        double position(double t) const { return law_.position(t); }
+
+        /// The target at position u.
+        void evaluate(double u, double* target) const { *target = size_step_ * u + size_; }
+
+    private:
+        size_law law_{1, 1};
+        double size_ = 0;
+        double size_step_ = 0;
+    };
 };
 
 } // namespace trelk::vornik1d

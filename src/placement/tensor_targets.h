@@ -1,51 +1,50 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
-#include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 #include <vornik/toolkit.h>
 
+#include "arrays/append.h"
 #include "arrays/columns.h"
+#include "metric/metric_interpolator.h"
+#include "metric/param_sampling.h"
 #include "metric/sizes.h"
 #include "metric/tensor.h"
-#include "placement/line.h"
-#include "placement/place_nodes_aniso.h"
+#include "placement/size_law.h"
 
 namespace trelk::vornik1d {
 
-/// Targets of a line in N dimensions that are metric tensors, one column per entry.
-template <int N>
+/// Targets of a line in N dimensions that are metric tensors, one column per entry. Along a segment the size in
+/// its own direction runs linearly; across it the tensors are interpolated.
+///
+/// A segment's metric length follows from its lengths in the two end tensors alone. Where a tensor does not
+/// measure the segment positively, it counts nothing.
+template <std::size_t N>
 struct tensor_targets
 {
-    static constexpr int dimension = N;
-    static constexpr int gradation_mode = 0; // of the toolkit's rule of growth
-    static constexpr std::size_t rows = packed_rows<N>;
+    static constexpr std::size_t dimension = N;
+    static constexpr std::size_t width = packed_rows<N>; // values per target
+    static constexpr int gradation_mode = 0;             // of the toolkit's rule of growth
     using list = dense2D<double>;
 
-    static list part(list const& metrics, std::size_t first, std::size_t count) noexcept
-    {
-        return metrics.sub_matrix(0, first, rows, count);
-    }
+    static std::size_t ld(list const& metrics) noexcept { return metrics.ld(); }
 
     [[nodiscard]] static bool resize(list& metrics, std::size_t count) noexcept
     {
-        return metrics.resize(rows, count);
+        return metrics.resize(width, count);
     }
 
-    /// Fills the empty list with `count` targets that ask for `size` in every direction.
-    [[nodiscard]] static bool fill(list& metrics, std::size_t count, double size) noexcept
+    [[nodiscard]] static bool reserve(list& metrics, std::size_t count) noexcept
     {
-        dense1D<double> sizes;
-        if (!sizes.resize(count, size)) return false;
-        return N == 2 ? vornik::metrics_iso_to_aniso2d(sizes, metrics)
-                      : vornik::metrics_iso_to_aniso3d(sizes, metrics);
+        return metrics.reserve(width, count, 2);
     }
 
     [[nodiscard]] static bool make_room(list& metrics, std::size_t added) noexcept
     {
-        return metrics.reserve(rows, filled_columns(metrics) + added, 2);
+        return vornik1d::make_room(metrics, width, added);
     }
 
     [[nodiscard]] static bool append(list const& source, list& metrics) noexcept
@@ -53,28 +52,92 @@ struct tensor_targets
         return append_columns(source, metrics);
     }
 
-    static void copy_entry(list const& source, std::size_t i, list& metrics, std::size_t j) noexcept
+    /// The target that asks for `size` in every direction.
+    static void fill(double size, double* target) noexcept
     {
-        std::copy_n(source.col(i), rows, metrics.col(j));
+        tensor<N> m{};
+        for (std::size_t i = 0; i < N; ++i) m(i, i) = inverse_square_guarded(size);
+        copy(m.values, target);
     }
 
-    /// Lowers the sizes of entry k to `limit` along its axes; a NaN is no limit. A tensor that cannot be
+    static void copy(double const* source, double* target) noexcept { std::copy_n(source, width, target); }
+
+    /// Lowers the sizes of a target to `limit` along its axes; a NaN is no limit. A tensor that cannot be
     /// decomposed stays.
-    static void bound(list& metrics, std::size_t k, double limit) noexcept
+    static void bound(double* target, double limit) noexcept
     {
-        auto metric = tensor_at<N>(metrics.col(k));
+        auto metric = tensor_at<N>(target);
         vornik::bound_metric(metric, limit, largest);
-        std::copy_n(metric.values, rows, metrics.col(k));
+        copy(metric.values, target);
     }
 
-    /// Places nodes along `chain`; the lists of `mesh` get an entry more on either side, for the end nodes.
-    static void place(dense2D<double> const& coords, line<tensor_targets> const& chain,
-        element_rule const& rule, dense2D<double>& new_coords, line<tensor_targets>& mesh)
+    /// Lowers the sizes of a target to what `from`, at the other end of the edge d, lets them grow to.
+    static void bound_growth(
+        double const* from, vector<N> const& d, double, double max_gradation, double* target) noexcept
     {
-        // The result is not read: without storage for new nodes, or with tensors that cannot be reduced,
-        // there are none.
-        place_nodes_aniso<N>(coords, chain.nodes, chain.params, chain.targets, 0.0, rule.force_even,
-            rule.min_elements, rule.max_elements, new_coords, mesh.targets, mesh.params, 1);
+        auto metric = tensor_at<N>(target);
+        vornik::bound_growth(tensor_at<N>(from), d, max_gradation, metric);
+        copy(metric.values, target);
+    }
+
+    /// Finds targets between given ones.
+    class sampler
+    {
+    public:
+        sampler(double const* metrics, std::size_t ld) : tensors_(metrics, ld) {}
+
+        void find(param_position const& at, double* target) { copy(tensors_.find(at).values, target); }
+
+    private:
+        tensor_sampler<N> tensors_;
+    };
+
+    static double metric_length(vector<N> const& d, double const* from, double const* to)
+    {
+        auto const [l0, l1] = end_lengths(d, from, to);
+        return l0 > 0 ? l0 * l1 * mean_inverse_size(l0, l1) : 0;
+    }
+
+    /// A segment on which nodes are placed. What depends on it alone is computed once.
+    class segment
+    {
+    public:
+        /// Turns to the segment along d, with the targets at its ends. False where these cannot be reduced.
+        bool enter(vector<N> const& d, double const* from, double const* to)
+        {
+            // The size along d is the inverse of d's length: it is proportional to l1 at the near end.
+            auto const [l0, l1] = end_lengths(d, from, to);
+            is_measured_ = l0 > 0;
+            law_ = size_law(l1, l0);
+            return interpolator_.build(tensor_at<N>(from), tensor_at<N>(to));
+        }
+
+        /// Position of the fraction t of the segment's metric length.
+        double position(double t) const { return is_measured_ ? law_.position(t) : 0; }
+
+        /// The target at position u.
+        void evaluate(double u, double* target) const { copy(interpolator_.evaluate(u).values, target); }
+
+    private:
+        metric_interpolator<N> interpolator_;
+        size_law law_{1, 1};
+        bool is_measured_ = false;
+    };
+
+private:
+    struct lengths
+    {
+        double l0;
+        double l1;
+    };
+
+    /// Of d in two tensors; 0 unless both are positive.
+    static lengths end_lengths(vector<N> const& d, double const* from, double const* to)
+    {
+        double const q0 = quadratic_form(from, d);
+        double const q1 = quadratic_form(to, d);
+        if (!(q0 > 0 && q1 > 0)) return {0, 0};
+        return {std::sqrt(q0), std::sqrt(q1)};
     }
 };
 

@@ -23,7 +23,7 @@ double smooth_limit(double max_angle)
 
 } // namespace
 
-template <int N>
+template <std::size_t N>
 void find_break_nodes(dense2D<double> const& coords, dense2D<unsigned> const& connect,
     dense2D<unsigned> const& neighbors, double max_angle, double min_size, hbuckets_set& break_nodes)
 {

@@ -28,14 +28,4 @@ bool extract_chains(dense2D<unsigned> const& connect, dense2D<unsigned> const& n
     return true;
 }
 
-bool chain_node_list(
-    dense2D<unsigned> const& connect, dense1D<unsigned> const& chain, dense1D<unsigned>& chain_nodes)
-{
-    chain_nodes.clear();
-    if (!chain_nodes.reserve(chain.size() + 1)) return false;
-    chain_nodes.push_back(connect(0, chain[0]));
-    for (unsigned const e : chain) chain_nodes.push_back(connect(1, e));
-    return true;
-}
-
 } // namespace trelk::vornik1d

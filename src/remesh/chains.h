@@ -42,9 +42,4 @@ struct line_chains
 [[nodiscard]] bool extract_chains(dense2D<unsigned> const& connect, dense2D<unsigned> const& neighbors,
     hbuckets_set const& break_nodes, line_chains& chains);
 
-/// The nodes of a chain in the order of travel, one more than it has elements; `chain_nodes` is replaced. A
-/// closed chain ends with the node it starts with. False without storage.
-[[nodiscard]] bool chain_node_list(
-    dense2D<unsigned> const& connect, dense1D<unsigned> const& chain, dense1D<unsigned>& chain_nodes);
-
 } // namespace trelk::vornik1d

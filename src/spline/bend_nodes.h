@@ -3,7 +3,8 @@
 #include <cstddef>
 
 #include <trelk/dense1D.h>
-#include <trelk/dense2D.h>
+
+#include "spline/spline_span.h"
 
 namespace trelk::vornik1d {
 
@@ -12,7 +13,7 @@ namespace trelk::vornik1d {
 ///
 /// Both lists are replaced. False without storage for them.
 template <std::size_t N>
-[[nodiscard]] bool bend_nodes(dense2D<double> const& coords, dense1D<unsigned> const& indices,
-    dense1D<unsigned>& bends, dense1D<double>& bend_params);
+[[nodiscard]] bool bend_nodes(
+    guided_chain<N> const& chain, dense1D<unsigned>& bends, dense1D<double>& bend_params);
 
 } // namespace trelk::vornik1d

@@ -1,21 +1,19 @@
 #include "spline/curvature_sizes.h"
 
 #include "metric/sizes.h"
-#include "spline/spline_span.h"
 
 namespace trelk::vornik1d {
 
 template <std::size_t N>
-bool curvature_sizes(dense2D<double> const& coords, dense1D<unsigned> const& bends, double tolerance,
-    dense1D<double>& bend_sizes)
+bool curvature_sizes(guided_chain<N> const& bends, double tolerance, dense1D<double>& bend_sizes)
 {
     bend_sizes.clear();
-    if (!bend_sizes.reserve(bends.size())) return false;
+    if (!bend_sizes.reserve(bends.count, 2)) return false;
 
     double size_before = 0;
     double chord_before = 0;
-    spline_spans<N> spans(coords, bends);
-    for (std::size_t k = 0; k < spans.size(); ++k) {
+    spline_spans<N> spans(bends);
+    for (std::size_t k = 0; k < bends.spans(); ++k) {
         auto const span = spans.next();
         double const size = chordal_size(span_mean_curvature(span), tolerance);
         double const chords = span.chord + chord_before;
@@ -34,7 +32,7 @@ bool curvature_sizes(dense2D<double> const& coords, dense1D<unsigned> const& ben
     return true;
 }
 
-template bool curvature_sizes<2>(dense2D<double> const&, dense1D<unsigned> const&, double, dense1D<double>&);
-template bool curvature_sizes<3>(dense2D<double> const&, dense1D<unsigned> const&, double, dense1D<double>&);
+template bool curvature_sizes(guided_chain<2> const&, double, dense1D<double>&);
+template bool curvature_sizes(guided_chain<3> const&, double, dense1D<double>&);
 
 } // namespace trelk::vornik1d

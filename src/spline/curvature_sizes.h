@@ -3,7 +3,8 @@
 #include <cstddef>
 
 #include <trelk/dense1D.h>
-#include <trelk/dense2D.h>
+
+#include "spline/spline_span.h"
 
 namespace trelk::vornik1d {
 
@@ -13,7 +14,7 @@ namespace trelk::vornik1d {
 ///
 /// `bend_sizes` is replaced. False without storage.
 template <std::size_t N>
-[[nodiscard]] bool curvature_sizes(dense2D<double> const& coords, dense1D<unsigned> const& bends,
-    double tolerance, dense1D<double>& bend_sizes);
+[[nodiscard]] bool curvature_sizes(
+    guided_chain<N> const& bends, double tolerance, dense1D<double>& bend_sizes);
 
 } // namespace trelk::vornik1d

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <cstdint>
 
+#include "arrays/append.h"
 #include "metric/sizes.h"
-#include "placement/line.h"
-#include "spline/spline_span.h"
+#include "rules.h"
 
 namespace trelk::vornik1d {
 
@@ -32,21 +32,21 @@ std::uint64_t count_steps(double length, double step)
     return count < static_cast<double>(too_many) ? static_cast<std::uint64_t>(count) : too_many;
 }
 
-/// Room for `count` samples.
+/// Makes room for `count` samples.
 template <std::size_t N>
-[[nodiscard]] bool make_room(std::size_t count, spline_samples& curve)
+[[nodiscard]] bool make_samples(std::size_t count, spline_samples& curve)
 {
-    return can_be_numbered(count) && curve.samples.reserve(N, std::max<std::size_t>(count, 4), 2) &&
+    return can_be_numbered(count) && curve.samples.reserve(N, count, 2) &&
            curve.sample_params.reserve(count, 2);
 }
 
-/// Appends a span's first node and the `steps` - 1 samples behind it; there is room for them. `start` is the
+/// Appends a span's first node and the `steps` - 1 samples after it; there is room for them. `start` is the
 /// parameter of the node, not normalised yet. Returns the largest square of a sample's distance from the
 /// chord.
 template <std::size_t N>
 double append_span(spline_span<N> const& span, std::uint64_t steps, double start, spline_samples& curve)
 {
-    std::size_t const first = curve.samples.cols();
+    std::size_t const first = curve.sample_params.size();
     static_cast<void>(curve.samples.resize(N, first + steps));
     static_cast<void>(curve.sample_params.resize(first + steps));
     double* point = curve.samples.col(first);
@@ -82,25 +82,29 @@ void scale(dense1D<double>& values, double factor)
 } // namespace
 
 template <std::size_t N>
-bool sample_spline(dense2D<double> const& coords, dense1D<unsigned> const& indices, double sample_tolerance,
-    double min_step, spline_samples& curve)
+bool sample_spline(
+    guided_chain<N> const& chain, double sample_tolerance, double min_step, spline_samples& curve)
 {
-    curve = {};
-    spline_spans<N> spans(coords, indices);
-    std::size_t const nodes = spans.size() + 1;
-    if (!curve.node_params.reserve(nodes) || !curve.node_samples.reserve(nodes) ||
-        !make_room<N>(2 * nodes - 1, curve))
+    curve.samples.clear();
+    curve.sample_params.clear();
+    curve.node_params.clear();
+    curve.node_samples.clear();
+    curve.spline_length = curve.deviation = 0;
+    std::size_t const nodes = chain.spans() + 1;
+    if (!curve.node_params.reserve(nodes, 2) || !curve.node_samples.reserve(nodes, 2) ||
+        !make_samples<N>(2 * nodes - 1, curve))
         return false;
 
     double largest_square = 0;
     double& length = curve.spline_length;
     bool has_room = true;
-    for (std::size_t k = 0; k < spans.size(); ++k) {
+    spline_spans<N> spans(chain);
+    for (std::size_t k = 0; k + 1 < nodes; ++k) {
         auto const span = spans.next();
         std::uint64_t const steps =
             count_steps(span_arc_length(span), sampling_step(span, sample_tolerance, min_step));
-        std::size_t const first = curve.samples.cols();
-        has_room = has_room && make_room<N>(first + steps + 1, curve);
+        std::size_t const first = curve.sample_params.size();
+        has_room = has_room && make_samples<N>(first + steps + 1, curve);
         if (has_room) {
             curve.node_params.push_back(length);
             curve.node_samples.push_back(static_cast<unsigned>(first));
@@ -114,16 +118,14 @@ bool sample_spline(dense2D<double> const& coords, dense1D<unsigned> const& indic
         scale(curve.sample_params, 1 / length);
         scale(curve.node_params, 1 / length);
     }
-    curve.node_samples.push_back(static_cast<unsigned>(curve.samples.cols()));
+    curve.node_samples.push_back(static_cast<unsigned>(curve.sample_params.size()));
     curve.node_params.push_back(1);
     curve.sample_params.push_back(1);
     curve.deviation = std::sqrt(largest_square);
-    return append_point(vector_at<N>(coords.col(indices[nodes])), curve.samples);
+    return append_point(vector_at<N>(chain.point(nodes)), curve.samples);
 }
 
-template bool sample_spline<2>(
-    dense2D<double> const&, dense1D<unsigned> const&, double, double, spline_samples&);
-template bool sample_spline<3>(
-    dense2D<double> const&, dense1D<unsigned> const&, double, double, spline_samples&);
+template bool sample_spline(guided_chain<2> const&, double, double, spline_samples&);
+template bool sample_spline(guided_chain<3> const&, double, double, spline_samples&);
 
 } // namespace trelk::vornik1d

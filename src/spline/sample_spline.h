@@ -5,6 +5,8 @@
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 
+#include "spline/spline_span.h"
+
 namespace trelk::vornik1d {
 
 /// A polyline that stands for a spline. The parameter runs from 0 to 1 along it, in each span in proportion
@@ -20,14 +22,14 @@ struct spline_samples
     double deviation = 0;           // the largest distance of a sample from its span's chord
 };
 
-/// Samples the spline through a chain of 4 nodes or more, the first and the last of which are guide nodes, at
-/// equal steps of t in each span: so finely that the chords stay within `sample_tolerance`, as `chordal_size`
-/// reads it, but no finer than `min_step`, and with one point between the nodes at least.
+/// Samples the spline through a chain at equal steps of t in each span: so finely that the chords stay within
+/// `sample_tolerance`, as `chordal_size` reads it, but no finer than `min_step`, and with one point between the
+/// nodes at least.
 ///
 /// `curve` is replaced. False without storage, or without 32-bit numbers for the samples; it has its
 /// `spline_length` then too, unless there is not even storage for the nodes.
 template <std::size_t N>
-[[nodiscard]] bool sample_spline(dense2D<double> const& coords, dense1D<unsigned> const& indices,
-    double sample_tolerance, double min_step, spline_samples& curve);
+[[nodiscard]] bool sample_spline(
+    guided_chain<N> const& chain, double sample_tolerance, double min_step, spline_samples& curve);
 
 } // namespace trelk::vornik1d

@@ -1,11 +1,12 @@
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 
-#include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 
 #include "arrays/vectors.h"
+#include "metric/sizes.h"
 
 // The spline's model: a chain of cubics in Hermite form, each built from the nodes at its two ends and a
 // guide node on either side.
@@ -23,18 +24,6 @@ struct spline_span
     double chord = 0; // distance between the two nodes
 };
 
-/// The span from node i1 to node i2, with the guide nodes i0 and i3; all are columns of `coords`, of N rows.
-///
-/// The tangent at a node has the direction of q u + p v, where u and v are the unit vectors along the chords
-/// before and behind it, p and q the lengths of these; where the neighbour chord is no longer than a
-/// hundredth of the span's, r u + v takes its place, with the bare length r and u along the neighbour. Each
-/// span gives it the length of its own chord. A span without the tangent at one end is quadratic, without
-/// both straight. There is none where i0 = i1 or i2 = i3, or where it would point across the chord or against
-/// it.
-template <std::size_t N>
-spline_span<N> spline_coefficients(
-    dense2D<double> const& coords, unsigned i0, unsigned i1, unsigned i2, unsigned i3);
-
 /// The way from one node to the next.
 template <std::size_t N>
 struct spline_chord
@@ -42,28 +31,124 @@ struct spline_chord
     vector<N> d;
     vector<N> unit; // 0 for a chord of length 0
     double length;
+
+    spline_chord(double const* from, double const* to)
+        : d(edge_vector<N>(from, to)), unit(d), length(dot(d, d))
+    {
+        if (length == 0 || length == 1) return;
+        length = std::sqrt(length);
+        unit = d * (1 / length);
+    }
 };
 
-/// The spans of the spline through a chain of 4 nodes or more, the first and the last of which are guide
-/// nodes, in order. Each is what `spline_coefficients` gives, but no chord is measured more than once.
+/// The tangent at the end that a span shares with a neighbour chord. It has the direction of q u + p v, where u and
+/// v are the unit vectors along the chords before and after the node, p and q the lengths of these; where the
+/// neighbour chord is no longer than a hundredth of the span's, r u + v takes its place, with the bare length r
+/// and u along the neighbour. Its length is that of the span's chord. There is none, and the result is false,
+/// where it would point across the chord or against it.
+template <std::size_t N>
+bool find_tangent(spline_chord<N> const& neighbour, spline_chord<N> const& own, vector<N>& tangent)
+{
+    constexpr double least_neighbour = 0.01; // in lengths of the span's chord
+    constexpr double least_cosine = 0.0001;  // times the length of the tangent, which is at most 1
+
+    // Beside a very short neighbour its bare length stands for the ratio: the own direction has weight 1 / (1
+    // + length).
+    bool const is_ratio = neighbour.length > least_neighbour * own.length;
+    double const r = is_ratio ? own.length / neighbour.length : neighbour.length;
+    double const w = 1 / (1 + r);
+    tangent = (1 - w) * neighbour.unit + w * own.unit;
+    if (!(dot(tangent, own.unit) > least_cosine)) return false;
+
+    double const scale = own.length / norm(tangent);
+    if (scale != 1) tangent = tangent * scale;
+    return true;
+}
+
+/// The span along the chord `own`, from the node at `start`. A span without the tangent at one end is quadratic,
+/// without both straight; at a free end there is no tangent.
+template <std::size_t N>
+spline_span<N> build_span(double const* start, bool is_start_free, bool is_end_free,
+    spline_chord<N> const& before, spline_chord<N> const& own, spline_chord<N> const& after)
+{
+    vector<N> t1;
+    vector<N> t2;
+    bool const has_t1 = !is_start_free && find_tangent(before, own, t1);
+    bool const has_t2 = !is_end_free && find_tangent(after, own, t2);
+
+    spline_span<N> span;
+    span.a0 = vector_at<N>(start);
+    span.chord = own.length;
+    if (has_t1 && has_t2) {
+        span.a1 = t1;
+        span.a2 = 3 * own.d - (2 * t1 + t2);
+        span.a3 = (t1 + t2) - 2 * own.d;
+    } else if (has_t1) {
+        span.a1 = t1;
+        span.a2 = own.d - t1;
+    } else if (has_t2) {
+        span.a1 = 2 * own.d - t2;
+        span.a2 = t2 - own.d;
+    } else
+        span.a1 = own.d;
+    return span;
+}
+
+/// A chain of 4 nodes or more, columns of `coords`: the spline's nodes, with a guide node before and after them.
+/// An end is free where its guide node repeats it.
+template <std::size_t N>
+struct guided_chain
+{
+    double const* points;
+    std::size_t ld;
+    unsigned const* nodes;
+    std::size_t count;
+
+    guided_chain(dense2D<double> const& coords, unsigned const* chain, std::size_t size)
+        : points(coords.data()), ld(coords.ld()), nodes(chain), count(size)
+    {}
+
+    std::size_t spans() const { return count - 3; }
+    double const* point(std::size_t i) const { return points + ld * nodes[i]; }
+    spline_chord<N> chord(std::size_t i) const { return {point(i), point(i + 1)}; }
+};
+
+/// The spans of a spline in order. No chord is measured more than once.
 template <std::size_t N>
 class spline_spans
 {
 public:
-    spline_spans(dense2D<double> const& coords, dense1D<unsigned> const& chain);
+    explicit spline_spans(guided_chain<N> const& chain)
+        : chain_(chain), before_(chain.chord(0)), own_(chain.chord(1))
+    {}
 
-    std::size_t size() const { return chain_.size() - 3; }
-
-    /// The next one; call it `size()` times at most.
-    spline_span<N> next();
+    /// The next one; call it `spans()` times at most.
+    spline_span<N> next()
+    {
+        unsigned const* const i = chain_.nodes + at_;
+        auto const after = chain_.chord(at_ + 2);
+        auto const span = build_span(chain_.point(at_ + 1), i[0] == i[1], i[2] == i[3], before_, own_, after);
+        ++at_;
+        before_ = own_;
+        own_ = after;
+        return span;
+    }
 
 private:
-    dense2D<double> const& coords_;
-    dense1D<unsigned> const& chain_;
+    guided_chain<N> chain_;
     std::size_t at_ = 0; // of the span's first guide node
     spline_chord<N> before_;
     spline_chord<N> own_;
 };
+
+/// The span from node i1 to node i2, with the guide nodes i0 and i3; all are columns of `coords`.
+template <std::size_t N>
+spline_span<N> spline_coefficients(
+    dense2D<double> const& coords, unsigned i0, unsigned i1, unsigned i2, unsigned i3)
+{
+    unsigned const chain[] = {i0, i1, i2, i3};
+    return spline_spans<N>({coords, chain, 4}).next();
+}
 
 /// Offset of the curve's point at t from the span's first node.
 template <std::size_t N>
@@ -89,7 +174,13 @@ public:
           c23_(cross(span.a2, span.a3))
     {}
 
-    double operator()(double t) const;
+    double operator()(double t) const
+    {
+        double const speed = norm(span_derivative(span_, t));
+        if (speed == 0) return largest;
+        auto const half_product = (c23_ * t + c13_) * 3 * t + c12_; // of x' and x''
+        return 2 * norm(half_product) / (speed * speed * speed);
+    }
 
 private:
     spline_span<N> const& span_;
@@ -98,15 +189,38 @@ private:
 
 /// Mean of the curvature over t, by three Gauss points; `largest` if it is so at one of them.
 template <std::size_t N>
-double span_mean_curvature(spline_span<N> const& span);
+double span_mean_curvature(spline_span<N> const& span)
+{
+    span_curvature<N> const curvature(span);
+    double const k1 = curvature(0.11270166537925852);
+    double const k2 = curvature(0.8872983346207415);
+    double const k3 = curvature(0.5);
+    if (k1 >= largest || k2 >= largest || k3 >= largest) return largest;
+    return (k1 + k2) * 0.2777777777777778 + k3 * 0.4444444444444444;
+}
 
 /// Length of the curve, by four Gauss points.
 template <std::size_t N>
-double span_arc_length(spline_span<N> const& span);
+double span_arc_length(spline_span<N> const& span)
+{
+    constexpr struct
+    {
+        double node, weight; // on [-1, 1]
+    } gauss[] = {{-0.339981043584856, 0.652145154862546}, {0.339981043584856, 0.652145154862546},
+        {-0.861136311594053, 0.347854845137454}, {0.861136311594053, 0.347854845137454}};
+    double sum = 0;
+    for (auto const& [node, weight] : gauss) sum += weight * norm(span_derivative(span, (node + 1) / 2));
+    return 0.5 * sum;
+}
 
 /// The length of chord that stays within a tolerance of an arc of the given curvature: 2 sqrt(e (2 - e))
 /// times its radius, with e the sagitta in units of the radius. A tolerance that is not negative is the
 /// sagitta, a negative one is -e. `largest` where the curvature is not positive, or e is 1 or more.
-double chordal_size(double curvature, double tolerance);
+inline double chordal_size(double curvature, double tolerance)
+{
+    if (!(curvature > 0)) return largest;
+    double const e = tolerance >= 0 ? curvature * tolerance : -tolerance;
+    return e >= 1 ? largest : std::sqrt((2 - e) * e * 4) * (1 / curvature);
+}
 
 } // namespace trelk::vornik1d

@@ -15,6 +15,8 @@ void ref_counted::__destroy() noexcept { delete this; }
 
 void* __vector_num_alloc(std::size_t bytes) noexcept { return std::malloc(bytes); }
 
+void* __vector_num_realloc(void* pointer, std::size_t bytes) noexcept { return std::realloc(pointer, bytes); }
+
 void __vector_num_free(void* pointer) noexcept { std::free(pointer); }
 
 template class vector_num<double>;

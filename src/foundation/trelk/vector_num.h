@@ -16,6 +16,10 @@ namespace trelk {
 /// Storage of at least `bytes` bytes, aligned for every scalar type; null when there is none.
 TRELK_API void* __vector_num_alloc(std::size_t bytes) noexcept;
 
+/// Storage of at least `bytes` bytes that begins with what `pointer` held, which came from here and is given
+/// back; null, with `pointer` as it was, when there is none. Large storage moves without being copied.
+TRELK_API void* __vector_num_realloc(void* pointer, std::size_t bytes) noexcept;
+
 /// Gives back what `__vector_num_alloc` returned; null is allowed.
 TRELK_API void __vector_num_free(void* pointer) noexcept;
 
@@ -49,15 +53,22 @@ public:
     std::size_t capacity() const noexcept { return capacity_; }
 
     /// Makes room for `needed` values, keeping the first `keep`. A block that must grow grows to at least
-    /// `factor` times its capacity, or to just what is needed where storage does not allow that.
-    /// False when storage cannot be had; the block is then as it was.
+    /// `factor` times its capacity. Where storage does not allow that, a factor above 1 becomes 5/4, then 17/16,
+    /// so that near a limit of memory too a list does not move with every value; then just what is needed is
+    /// asked for. False when storage cannot be had; the block is then as it was.
     [[nodiscard]] bool __grow(std::size_t needed, std::size_t keep, unsigned factor) noexcept
     {
         if (needed <= capacity_) return true;
         if (needed > most_values) return false;
 
-        std::size_t const generous = capacity_ <= most_values / std::max(factor, 1U) ? capacity_ * factor : 0;
-        return move_to(std::max(needed, generous), keep) || (generous > needed && move_to(needed, keep));
+        if (factor > 1) {
+            bool const can_multiply = capacity_ <= most_values / factor;
+            std::size_t const steps[] = {
+                can_multiply ? capacity_ * factor : 0, capacity_ + capacity_ / 4, capacity_ + capacity_ / 16};
+            for (std::size_t const generous : steps)
+                if (generous > needed && generous <= most_values && move_to(generous, keep)) return true;
+        }
+        return move_to(needed, keep);
     }
 
 private:
@@ -67,12 +78,16 @@ private:
 
     bool move_to(std::size_t capacity, std::size_t keep) noexcept
     {
-        auto* const data = static_cast<T*>(__vector_num_alloc(capacity * sizeof(T)));
+        keep = std::min(keep, capacity_);
+        bool const can_stay = owned_ && keep > 0;
+        auto* const data = static_cast<T*>(can_stay ? __vector_num_realloc(data_, capacity * sizeof(T))
+                                                    : __vector_num_alloc(capacity * sizeof(T)));
         if (!data) return false;
 
-        keep = std::min(keep, capacity_);
-        if (keep > 0) std::memcpy(data, data_, keep * sizeof(T));
-        if (owned_) __vector_num_free(data_);
+        if (!can_stay) {
+            if (keep > 0) std::memcpy(data, data_, keep * sizeof(T));
+            if (owned_) __vector_num_free(data_);
+        }
         data_ = data, capacity_ = capacity, owned_ = true;
         return true;
     }

@@ -38,21 +38,31 @@ void bound_tensors(dense2D<double> const& coords, dense2D<unsigned> const& conne
     dense2D<double>& target)
 {
     auto const bound = [&](unsigned from, unsigned to) {
-        auto const m = tensor_at<N>(target.col(from));
         auto const d = edge_vector<N>(coords.col(from), coords.col(to));
-        double const growth = 1 + max_gradation * std::sqrt(quadratic_form(m.values, d));
-        if (!std::isfinite(growth)) return;
-        tensor<N> grown = m;
-        for (double& v : grown.values) v /= growth * growth;
-
         auto own = tensor_at<N>(target.col(to));
-        minimum_metric(own, grown, own);
+        bound_growth(tensor_at<N>(target.col(from)), d, max_gradation, own);
         std::copy_n(own.values, packed_rows<N>, target.col(to));
     };
     sweep(connect, std::min(coords.cols(), target.cols()), bound);
 }
 
 } // namespace
+
+template <std::size_t N>
+void bound_growth(symmetric_fixed<double, N> const& from, vector_fixed<double, N> const& edge,
+    double max_gradation, symmetric_fixed<double, N>& metric) noexcept
+{
+    double const growth = 1 + max_gradation * std::sqrt(quadratic_form(from.values, edge));
+    if (!std::isfinite(growth)) return;
+    tensor<N> grown = from;
+    for (double& v : grown.values) v /= growth * growth;
+    minimum_metric(metric, grown, metric);
+}
+
+template void bound_growth(symmetric_fixed<double, 2> const&, vector_fixed<double, 2> const&, double,
+    symmetric_fixed<double, 2>&) noexcept;
+template void bound_growth(symmetric_fixed<double, 3> const&, vector_fixed<double, 3> const&, double,
+    symmetric_fixed<double, 3>&) noexcept;
 
 void bound_metric_gradations(dense2D<double> const& coords, dense2D<unsigned> const& connect, element_type,
     dense1D<unsigned> const&, bool, int, double max_gradation, dense1D<double>& target) noexcept

@@ -5,6 +5,7 @@
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 #include <trelk/symmetric_fixed.h>
+#include <trelk/vector_fixed.h>
 
 namespace trelk::vornik {
 
@@ -43,6 +44,12 @@ void minimum_metric(symmetric_fixed<double, N> const& first, symmetric_fixed<dou
 /// `metrics` becomes one isotropic tensor of 3 or 6 rows per size. False without storage, with it as it was.
 bool metrics_iso_to_aniso2d(dense1D<double> const& sizes, dense2D<double>& metrics) noexcept;
 bool metrics_iso_to_aniso3d(dense1D<double> const& sizes, dense2D<double>& metrics) noexcept;
+
+/// Intersects `metric`, at one end of an edge, with the tensor `from` of the other end as far as it may have grown
+/// on the way; the rule for tensors below. Not where that is infinite.
+template <std::size_t N>
+void bound_growth(symmetric_fixed<double, N> const& from, vector_fixed<double, N> const& edge,
+    double max_gradation, symmetric_fixed<double, N>& metric) noexcept;
 
 /// Lowers targets so that they do not grow by more than `max_gradation` per length along the edges of a mesh,
 /// in one sweep over the edges in their order and one back.

@@ -1,0 +1,135 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include <trelk/dense1D.h>
+#include <trelk/dense2D.h>
+#include <vornik1d/vornik1d.h>
+
+#include "arrays/append.h"
+#include "arrays/vectors.h"
+#include "line/curvature_limit.h"
+#include "line/deviation.h"
+#include "line/refinement_step.h"
+#include "line/span_mesher.h"
+#include "placement/line.h"
+#include "rules.h"
+
+namespace trelk::vornik1d {
+
+/// Meshes polylines, one after the other; all that the work takes is kept from line to line.
+template <class Targets>
+class line_mesher
+{
+public:
+    /// New nodes go to `coords`. `keeps_values`: parameters and targets of the mesh are asked for too.
+    line_mesher(dense2D<double>& coords, bool keeps_values)
+        : coords_(coords), keeps_values_(keeps_values), span_(coords, mesh_)
+    {}
+
+    /// Meshes `chain`, of at least two entries that are columns of `coords`; `mesh` is then the result. Returns 0,
+    /// or `no_storage`, which leaves new columns that belong to no mesh.
+    int run(line_view<Targets> chain, line_rule const& rule)
+    {
+        mesh_.nodes.clear();
+        stalled_elements_ = 0;
+        if (rule.deviation_tolerance < 0) {
+            if (!limit_targets_by_curvature(chain.over(coords_), rule, bounded_)) return no_storage;
+            chain = chain.with_targets(bounded_);
+        }
+        bool const may_be_refined = rule.deviation_tolerance > 0 && chain.count > 2;
+        double* lengths = nullptr;
+        if (may_be_refined) {
+            if (!segment_lengths_.reserve(chain.count, 2)) return no_storage;
+            lengths = segment_lengths_.data();
+            measure_segments(chain.over(coords_), lengths);
+        }
+
+        if (int const status = mesh_range(chain, lengths, rule, may_be_refined); status != 0) return status;
+        if (!(rule.deviation_tolerance > 0 && span_.count() + 1 < rule.max_elements))
+            return take_in(chain) ? 0 : no_storage;
+        return refine(chain, lengths, rule);
+    }
+
+    line_mesh<Targets> const& mesh() const { return mesh_; }
+
+    /// Tells how many columns `coords` is foreseen to have in the end.
+    void expect_columns(std::size_t columns) { span_.expect_columns(columns); }
+
+private:
+    static void measure_segments(line_view<Targets> const& chain, double* lengths)
+    {
+        constexpr std::size_t N = Targets::dimension;
+        for (std::size_t s = 0; s < chain.last(); ++s)
+            lengths[s] = Targets::metric_length(
+                edge_vector<N>(chain.point(s), chain.point(s + 1)), chain.target(s), chain.target(s + 1));
+    }
+
+    /// Meshes a range of a chain, or all of it, after what has been taken in. `is_examined`: its deviation will be
+    /// asked for.
+    int mesh_range(
+        line_view<Targets> const& range, double const* lengths, element_rule const& rule, bool is_examined)
+    {
+        std::size_t const settled = mesh_.nodes.size(); // the last of them is the range's first node
+        std::size_t const at = keeps_values_ && settled > 0 ? settled - 1 : 0;
+        return span_.run(range, lengths, rule, at, {keeps_values_ || is_examined, keeps_values_});
+    }
+
+    /// Examines the mesh of a range.
+    refinement_step examine(line_view<Targets> const& range, span_task const& task, line_rule const& rule)
+    {
+        auto const scan = scan_deviation(range.over(coords_), span_.mesh_of(range), rule.deviation_tolerance);
+        return decide(scan, task, span_.count() + 1, rule.force_even, stalled_elements_);
+    }
+
+    /// Meshes a chain anew where its mesh strays from its interior nodes by the tolerance or more, and examines the
+    /// new meshes in the same way. The element limits of `rule` do not count here.
+    ///
+    /// The work is a list of ranges, taken from left to right, so that neither the stack nor the memory grows with
+    /// the number of splits in a row, and each mesh that is kept can stay where it was made.
+    int refine(line_view<Targets> const& chain, double const* lengths, line_rule const& rule)
+    {
+        pending_.clear(); // the leftmost range is the last entry
+        span_task task{0, chain.last()};
+        auto range = chain;
+        for (;;) {
+            refinement_step const step = examine(range, task, rule);
+            bool is_stored = true;
+            if (step.what == action::keep)
+                is_stored = take_in(range);
+            else if (step.what == action::remesh)
+                is_stored = pending_.push_back(step.again);
+            else {
+                std::size_t const split = task.first + step.split;
+                is_stored = pending_.push_back({split, task.last}) && pending_.push_back({task.first, split});
+            }
+            if (!is_stored) return no_storage;
+            if (pending_.empty()) return 0;
+
+            task = pending_[pending_.size() - 1];
+            truncate(pending_, pending_.size() - 1);
+            range = chain.part(task.first, task.last - task.first + 1);
+            element_rule const piece{rule.force_even, task.min_elements, unlimited};
+            int const status = mesh_range(range, lengths + task.first, piece, range.count > 2);
+            if (status != 0) return status;
+        }
+    }
+
+    /// Adds the mesh of a range to the result, where its nodes are already. False without storage.
+    [[nodiscard]] bool take_in(line_view<Targets> const& range)
+    {
+        return span_.take_in(range.nodes[0], range.nodes[range.last()]);
+    }
+
+    dense2D<double>& coords_;
+    bool keeps_values_;
+    line_mesh<Targets> mesh_;
+    span_mesher<Targets> span_;
+    typename Targets::list bounded_;
+    dense1D<double> segment_lengths_;
+    dense1D<span_task> pending_;
+    std::uint64_t stalled_elements_ = 0;
+};
+
+} // namespace trelk::vornik1d

@@ -1,0 +1,131 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+
+#include <trelk/dense2D.h>
+#include <vornik1d/vornik1d.h>
+
+#include "arrays/search.h"
+#include "measure/chain_position.h"
+#include "placement/line.h"
+#include "placement/node_placer.h"
+#include "rules.h"
+
+namespace trelk::vornik1d {
+
+/// Meshes a chain by its targets alone, in passes: each places nodes along the polyline of the pass before, whose
+/// nodes have been moved back onto the chain, until the node count stops falling. (It can fall because the later
+/// polyline cuts the chain's corners and is shorter in metric length.)
+///
+/// The new nodes stand after the last column of `coords` as the last pass placed them, for the caller to take in.
+template <class Targets>
+class span_mesher
+{
+public:
+    static constexpr std::size_t N = Targets::dimension;
+
+    span_mesher(dense2D<double>& coords, line_mesh<Targets>& mesh) : placer_(coords, mesh), coords_(coords) {}
+
+    void expect_columns(std::size_t columns) { placer_.expect_columns(columns); }
+
+    /// Meshes `chain`; `segment_lengths` are the metric lengths of its segments, if they are known, or null.
+    /// Parameters and targets of the mesh stand in the lists from entry `at` on, as far as they are wanted.
+    /// Returns 0, or `no_storage` also where 32-bit numbers cannot name the nodes.
+    int run(line_view<Targets> const& chain, double const* segment_lengths, element_rule const& rule,
+        std::size_t at, wanted_values wanted)
+    {
+        placer_.begin(at);
+        first_ = end_of(chain, 0);
+        end_ = end_of(chain, chain.last());
+        bool const is_straight = chain.count == 2; // one pass is exact
+        std::size_t previous = unlimited;
+        for (std::size_t pass = 0;; ++pass) {
+            if (!(pass == 0 ? plan_along(chain, segment_lengths, rule) : plan_along_mesh(rule)))
+                return no_storage;
+
+            auto const is_last = [&](std::size_t nodes) {
+                return is_straight || chain.count + nodes >= previous || nodes + 1 == rule.min_elements;
+            };
+            wanted_values const written = is_last(placer_.planned()) ? wanted : wanted_values{};
+            int const status =
+                pass == 0 ? placer_.place(chain, written) : placer_.replace(first_, end_, written);
+            bool const is_done = is_last(placer_.count()); // without storage fewer are placed than planned
+            if (status != 0 || !placer_.set_ends(chain, is_done ? wanted : wanted_values{}))
+                return no_storage;
+            if (is_done) return 0;
+
+            // The nodes of the first pass lie on the chain already; later ones lie on chords of the pass before.
+            if (pass > 0) move_back(chain);
+            previous = chain.count + placer_.count();
+        }
+    }
+
+    /// New nodes of the chain meshed last.
+    std::size_t count() const { return placer_.count(); }
+
+    [[nodiscard]] bool take_in(unsigned first, unsigned last) { return placer_.take_in(first, last); }
+
+    /// Its mesh, with the ends where they are in `coords`.
+    placed_line<Targets> mesh_of(line_view<Targets> const& chain) const
+    {
+        return placer_.placed(end_of(chain, 0), end_of(chain, chain.last()));
+    }
+
+private:
+    vector<N> end_of(line_view<Targets> const& chain, std::size_t i) const
+    {
+        return vector_at<N>(coords_.col(chain.nodes[i]));
+    }
+
+    bool plan_along(line_view<Targets> const& chain, double const* segment_lengths, element_rule const& rule)
+    {
+        return placer_.plan(chain.last(), rule, [&](double* cum) {
+            if (!segment_lengths) return measure<Targets>(chain.over(coords_), cum);
+            double length = 0;
+            cum[0] = 0;
+            for (std::size_t s = 0; s < chain.last(); ++s) cum[s + 1] = length += segment_lengths[s];
+            return length;
+        });
+    }
+
+    bool plan_along_mesh(element_rule const& rule)
+    {
+        return placer_.plan(placer_.count() + 1, rule,
+            [&](double* cum) { return measure<Targets>(placer_.placed(first_, end_), cum); });
+    }
+
+    /// Moves the nodes of a pass, ends included, back onto the chain at their parameters. Where rounding has made
+    /// these fall they stay where they are.
+    void move_back(line_view<Targets> const& chain)
+    {
+        double const* const params = placer_.params();
+        std::size_t const count = placer_.count() + 2;
+        if (!is_non_decreasing(params, params + count)) return;
+
+        auto const on_coords = chain.over(coords_);
+        std::size_t const last = chain.last();
+        auto const chain_point = [&](std::size_t i) {
+            if (i == 0) return first_;
+            return i == last ? end_ : vector_at<N>(on_coords.point(i));
+        };
+        double* const points = placer_.points();
+        std::size_t const ld = coords_.ld();
+        locate_on_chain(chain.params, chain.count, params, count,
+            [&](std::size_t k, std::size_t from, std::size_t to, double r) {
+                auto const a = chain_point(from);
+                auto const b = chain_point(to);
+                double* const point = k == 0           ? first_.values
+                                      : k + 1 == count ? end_.values
+                                                       : points + ld * (k - 1);
+                for (std::size_t i = 0; i < N; ++i) point[i] = (b[i] - a[i]) * r + a[i];
+            });
+    }
+
+    node_placer<Targets> placer_;
+    dense2D<double>& coords_;
+    vector<N> first_{}; // the ends, moved as the nodes between them are
+    vector<N> end_{};
+};
+
+} // namespace trelk::vornik1d

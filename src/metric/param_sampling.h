@@ -1,0 +1,113 @@
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include <trelk/dense1D.h>
+
+#include "arrays/search.h"
+#include "metric/metric_interpolator.h"
+#include "metric/tensor.h"
+
+// Sizes and tensors given at parameter values, found at others.
+
+namespace trelk::vornik1d {
+
+/// True when there are two parameters at least, and none falls below the one before it or is a NaN.
+inline bool are_parameters(dense1D<double> const& params)
+{
+    return params.size() >= 2 && is_non_decreasing(params.begin(), params.end());
+}
+
+/// True when the queries, of which there is one at least, rise and lie within the parameters.
+inline bool are_queries(dense1D<double> const& params, dense1D<double> const& queries)
+{
+    double const first = params[0];
+    double const last = params[params.size() - 1];
+    return is_non_decreasing(queries.begin(), queries.end()) && !(first > queries[0]) &&
+           last >= queries[queries.size() - 1];
+}
+
+constexpr double params_tolerance = 1e-12; // absolute, on parameter gaps and on fractions of them
+
+/// Where a query lies: at fraction t of the way from entry lo of the parameters to entry hi.
+struct param_position
+{
+    std::size_t lo;
+    std::size_t hi;
+    double t;
+
+    bool is_at_lo() const { return std::abs(t) < params_tolerance; }
+    bool is_at_hi() const { return std::abs(1 - t) < params_tolerance; }
+};
+
+/// Finds queries that rise, each from where the one before was found.
+class param_search
+{
+public:
+    explicit param_search(dense1D<double> const& params)
+        : first_(params.begin()), at_(first_), end_(params.end())
+    {}
+
+    param_position find(double query)
+    {
+        at_ = std::min(first_not_below_from(at_, end_, query), end_ - 1);
+        auto const hi = static_cast<std::size_t>(at_ - first_);
+        std::size_t const lo = hi > 0 ? hi - 1 : hi;
+        double const p_lo = first_[lo];
+        double const p_hi = first_[hi];
+        return {lo, hi, p_hi > p_lo + params_tolerance ? (query - p_lo) / (p_hi - p_lo) : 0.0};
+    }
+
+private:
+    double const* first_;
+    double const* at_;
+    double const* end_;
+};
+
+/// The value at a position, linear between two that are positive; 0 beside one that is not.
+inline double value_at(double const* values, param_position const& at)
+{
+    double const v_lo = values[at.lo];
+    double const v_hi = values[at.hi];
+    if (at.is_at_lo()) return v_lo;
+    if (at.is_at_hi()) return v_hi;
+    return v_lo > 0 && v_hi > 0 ? (v_hi - v_lo) * at.t + v_lo : 0.0;
+}
+
+/// Tensors at positions that rise. Where a pair of tensors cannot be reduced, the result is that of the query
+/// before.
+template <std::size_t N>
+class tensor_sampler
+{
+public:
+    tensor_sampler(double const* metrics, std::size_t ld) : metrics_(metrics), ld_(ld) {}
+
+    tensor<N> const& find(param_position const& at)
+    {
+        if (at.is_at_lo())
+            result_ = tensor_at<N>(metrics_ + ld_ * at.lo);
+        else if (at.is_at_hi())
+            result_ = tensor_at<N>(metrics_ + ld_ * at.hi);
+        else {
+            if (at.hi != built_hi_) {
+                built_hi_ = at.hi;
+                is_built_ = interpolator_.build(
+                    tensor_at<N>(metrics_ + ld_ * at.lo), tensor_at<N>(metrics_ + ld_ * at.hi));
+            }
+            if (is_built_) result_ = interpolator_.evaluate(at.t);
+        }
+        return result_;
+    }
+
+private:
+    double const* metrics_;
+    std::size_t ld_;
+    tensor<N> result_{};
+    metric_interpolator<N> interpolator_;
+    std::size_t built_hi_ = 0; // entry 0 is no upper end
+    bool is_built_ = false;
+};
+
+} // namespace trelk::vornik1d

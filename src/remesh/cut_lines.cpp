@@ -1,0 +1,115 @@
+#include "remesh/cut_lines.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include <vornik/toolkit.h>
+
+#include "arrays/vectors.h"
+#include "front_door.h"
+#include "remesh/break_nodes.h"
+
+namespace trelk::vornik1d {
+
+namespace {
+
+constexpr auto edge = vornik::element_type::edge;
+
+/// Brings an empty set to life, for about `keys` keys.
+[[nodiscard]] bool prepare(hbuckets_set& set, std::size_t keys)
+{
+    constexpr std::size_t start = 23;
+    return set.init(start, start, 1.0) && (keys <= set.buckets() || set.rehash(keys));
+}
+
+int add_break_nodes(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule,
+    dense2D<unsigned> const& neighbors, hbuckets_set& break_nodes)
+{
+    by_dimension(coords, [&](auto dim) {
+        find_break_nodes<dim>(coords, old.connect, neighbors, rule.max_angle, rule.min_size, break_nodes);
+    });
+    for (unsigned const e : old.hard_edges) {
+        break_nodes.insert(old.connect(0, e));
+        break_nodes.insert(old.connect(1, e));
+    }
+    for (unsigned const node : old.hard_nodes)
+        if (node <= old.max_node) break_nodes.insert(node);
+    if (!old.colors.empty()) {
+        dense2D<unsigned> boundary;
+        int const status =
+            vornik::get_colors_boundaries(old.connect, neighbors, old.colors, edge, false, true, boundary);
+        if (status < 0) return status;
+        for (unsigned const node : boundary.as_vector()) break_nodes.insert(node);
+    }
+    return break_nodes.is_complete() ? 0 : no_storage;
+}
+
+/// Lowers the sizes at the ends of a chain to its length, and sets those that are given along it.
+template <std::size_t N>
+void set_sizes_along(dense2D<double> const& coords, old_mesh const& old, double min_size,
+    dense1D<unsigned> const& elements, dense1D<double>& node_sizes)
+{
+    unsigned const first = old.connect(0, elements[0]);
+    double chain_length = 0;
+    unsigned last = first;
+    for (unsigned const e : elements) {
+        unsigned const next = old.connect(1, e);
+        chain_length += norm(edge_vector<N>(coords.col(last), coords.col(next)));
+        last = next;
+    }
+    if (min_size > chain_length) chain_length = min_size;
+    for (unsigned const end : {first, last}) node_sizes[end] = std::min(node_sizes[end], chain_length);
+
+    auto const set_given = [&](unsigned node) {
+        if (node < old.sizes.size() && old.sizes[node] > 0) node_sizes[node] = old.sizes[node];
+    };
+    if (old.sizes.empty()) return;
+    set_given(first);
+    for (unsigned const e : elements) set_given(old.connect(1, e));
+}
+
+} // namespace
+
+int cut(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule, cut_lines& lines)
+{
+    constexpr std::size_t elements_a_break = 100; // a guess: a break in as many
+    std::size_t const hard = old.hard_edges.size();
+    std::size_t const breaks = old.connect.cols() / elements_a_break + old.hard_nodes.size() + hard;
+    if (!prepare(lines.break_nodes, breaks) || !prepare(lines.hard_edges, hard)) return no_storage;
+    lines.hard_edges.insert_range(old.hard_edges.begin(), old.hard_edges.end());
+    if (!lines.hard_edges.is_complete()) return no_storage;
+
+    dense2D<unsigned> neighbors;
+    int status = vornik::get_neighbors(old.connect, edge, false, neighbors);
+    if (status >= 0) status = add_break_nodes(coords, old, rule, neighbors, lines.break_nodes);
+    if (status < 0) return status;
+    return extract_chains(old.connect, neighbors, lines.break_nodes, lines.chains) ? 0 : no_storage;
+}
+
+bool set_node_sizes(
+    dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule, cut_lines& lines)
+{
+    if (!lines.node_sizes.resize(std::size_t{old.max_node} + 1, rule.default_size)) return false;
+    by_dimension(coords, [&](auto dim) {
+        for (std::size_t c = 0; c < lines.chains.size(); ++c)
+            set_sizes_along<dim>(coords, old, rule.min_size, lines.chains.chain(c), lines.node_sizes);
+    });
+    return true;
+}
+
+bool set_chain_colors(old_mesh const& old, cut_lines& lines)
+{
+    bool const has_colors =
+        std::any_of(old.colors.begin(), old.colors.end(), [](unsigned color) { return color != no_color; });
+    unsigned next_color = has_colors ? vornik::max_ID(old.colors) + 1 : 0;
+    if (!lines.chain_colors.reserve(lines.chains.size())) return false;
+    for (std::size_t c = 0; c < lines.chains.size(); ++c) {
+        auto const elements = lines.chains.chain(c);
+        auto const* const colored = std::find_if(
+            elements.begin(), elements.end(), [&](unsigned e) { return old.color_of(e) != no_color; });
+        lines.chain_colors.push_back(colored != elements.end() ? old.color_of(*colored) : next_color++);
+    }
+    return true;
+}
+
+} // namespace trelk::vornik1d

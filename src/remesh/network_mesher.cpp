@@ -1,0 +1,213 @@
+#include "remesh/network_mesher.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include <vornik/toolkit.h>
+
+#include "arrays/append.h"
+#include "arrays/search.h"
+#include "front_door.h"
+#include "line/chord_length.h"
+#include "line/line_mesher.h"
+#include "placement/line.h"
+#include "placement/size_targets.h"
+#include "spline/spline_mesher.h"
+
+namespace trelk::vornik1d {
+
+namespace {
+
+/// How far a call has come, to tell how long the lists of its result will be.
+struct progress
+{
+    std::size_t all_elements;
+    std::size_t done_elements = 0;
+
+    /// What a list that has `present` values of the elements done will have in the end, a little more than that.
+    std::size_t forecast(std::size_t present) const
+    {
+        constexpr double least_share = 0.01;
+        constexpr double margin = 1.02;
+        double const share = static_cast<double>(done_elements) / static_cast<double>(all_elements);
+        return static_cast<std::size_t>(margin * static_cast<double>(present) / std::max(share, least_share));
+    }
+};
+
+/// Meshes chains, one after the other.
+template <std::size_t N>
+class chain_mesher
+{
+public:
+    chain_mesher(dense2D<double>& coords, remesh_rule const& rule)
+        : coords_(coords), rule_(rule), lines_(coords, false), splines_(coords, false)
+    {}
+
+    /// Makes room for chains of up to `elements` elements.
+    [[nodiscard]] bool reserve(std::size_t elements)
+    {
+        return nodes_.reserve(elements + 3) && sizes_.reserve(elements + 1) && params_.reserve(elements + 1);
+    }
+
+    /// Tells how many columns `coords` will have in the end.
+    void expect_columns(std::size_t columns)
+    {
+        lines_.expect_columns(columns);
+        splines_.expect_columns(columns);
+    }
+
+    /// Turns to a chain of elements.
+    void set_chain(dense2D<unsigned> const& connect, dense1D<unsigned> const& elements)
+    {
+        // With a guide node before and after the nodes: around the joint of a closed chain, free ends of an open one.
+        nodes_.clear();
+        nodes_.push_back(0);
+        nodes_.push_back(connect(0, elements[0]));
+        for (unsigned const e : elements) nodes_.push_back(connect(1, e));
+        std::size_t const last = nodes_.size() - 1;
+        bool const is_closed = nodes_[1] == nodes_[last];
+        nodes_[0] = is_closed ? nodes_[last - 1] : nodes_[1];
+        nodes_.push_back(is_closed ? nodes_[2] : nodes_[last]);
+    }
+
+    /// The chain's nodes, a view.
+    dense1D<unsigned> chain_nodes() const { return nodes_.sub_vector(1, nodes_.size() - 2); }
+
+    /// Meshes the chain with the sizes that `node_sizes` has at its nodes; `mesh` is then the result. Returns 0 or
+    /// the status of the exported function.
+    int run(dense1D<double> const& node_sizes)
+    {
+        sizes_.clear();
+        for (unsigned const node : chain_nodes()) sizes_.push_back(node_sizes[node]);
+
+        double const tolerance = rule_.deviation_tolerance;
+        if (tolerance == 0) return run_line();
+        int const status = sample_spline();
+        if (status != 0) return status;
+        return tolerance > 0 && splines_.deviation() > tolerance ? run_line() : run_spline();
+    }
+
+    /// The nodes of the mesh made last, in the order of travel.
+    dense1D<unsigned> const& mesh() const { return *mesh_; }
+
+private:
+    using targets = size_targets<N>;
+
+    line_view<targets> chain() const
+    {
+        return {.nodes = nodes_.data() + 1,
+            .params = params_.data(),
+            .targets = sizes_.data(),
+            .count = sizes_.size()};
+    }
+
+    /// Checks what is not known of a chain before its turn.
+    int check_rule() const
+    {
+        if (!vornik::are_valid_metrics(sizes_)) return bad_argument(3);
+        return rule_.min_elements == 0 ? bad_argument(5) : 0;
+    }
+
+    int sample_spline()
+    {
+        if (int const status = check_rule(); status != 0) return status;
+        return splines_.sample(nodes_, spline());
+    }
+
+    int run_spline()
+    {
+        mesh_ = &splines_.mesh().nodes;
+        return splines_.mesh_sampled(nodes_, chain(), spline());
+    }
+
+    int run_line()
+    {
+        constexpr double exact = 1e-12; // of the chain's length: holds the mesh to the polyline
+        static_cast<void>(params_.resize(sizes_.size())); // there is room
+        double const length = set_chord_lengths<N>(coords_, chain_nodes(), params_.data());
+        if (length == 0 || std::isnan(length)) return bad_argument(2);
+        if (!is_non_decreasing(params_)) return bad_argument(3);
+        if (int const status = check_rule(); status != 0) return status;
+
+        line_rule rule = rule_;
+        rule.deviation_tolerance =
+            line_tolerance(rule_.deviation_tolerance == 0 ? length * exact : rule_.deviation_tolerance);
+        mesh_ = &lines_.mesh().nodes;
+        return lines_.run(chain(), rule);
+    }
+
+    spline_rule spline() const
+    {
+        spline_rule rule = rule_;
+        rule.deviation_tolerance = spline_tolerance(rule_.deviation_tolerance);
+        return rule;
+    }
+
+    dense2D<double>& coords_;
+    remesh_rule const& rule_;
+    line_mesher<targets> lines_;
+    spline_mesher<targets> splines_;
+    dense1D<unsigned> nodes_;
+    dense1D<double> sizes_;
+    dense1D<double> params_;
+    dense1D<unsigned> const* mesh_ = nullptr;
+};
+
+/// Appends an element between each pair of consecutive nodes. False without storage.
+[[nodiscard]] bool append_elements(
+    dense1D<unsigned> const& nodes, progress const& done, dense2D<unsigned>& connect)
+{
+    std::size_t const present = filled_columns(connect);
+    std::size_t const needed = present + nodes.size() - 1;
+    if (!reserve_foreseen(connect, 2, needed, done.forecast(needed))) return false;
+    static_cast<void>(connect.resize(2, needed)); // there is room
+    unsigned* column = connect.col(present);
+    for (std::size_t k = 1; k < nodes.size(); ++k) *column++ = nodes[k - 1], *column++ = nodes[k];
+    return true;
+}
+
+/// Gives the elements that have none yet a colour. False without storage.
+[[nodiscard]] bool append_colors(unsigned color, progress const& done, new_mesh& mesh)
+{
+    std::size_t const needed = mesh.connect.cols();
+    return reserve_foreseen(mesh.colors, needed, done.forecast(needed)) && mesh.colors.resize(needed, color);
+}
+
+template <std::size_t N>
+int mesh_chains(dense2D<double>& coords, old_mesh const& old, remesh_rule const& rule, cut_lines const& lines,
+    new_mesh& mesh)
+{
+    chain_mesher<N> mesher(coords, rule);
+    if (!mesher.reserve(lines.chains.longest())) return no_storage;
+
+    std::size_t const base_columns = coords.cols();
+    bool const has_colors = !lines.chain_colors.empty();
+    bool const has_hard_edges = lines.hard_edges.keys() > 0;
+    progress done{old.connect.cols()};
+    for (std::size_t c = 0; c < lines.chains.size(); ++c) {
+        auto const elements = lines.chains.chain(c);
+        done.done_elements += elements.size();
+        mesher.set_chain(old.connect, elements);
+        // Both nodes of a hard edge are break nodes, so it is a chain of its own.
+        bool const is_hard = has_hard_edges && lines.hard_edges.contains(elements[0]);
+        if (!is_hard) {
+            mesher.expect_columns(base_columns + done.forecast(coords.cols() - base_columns));
+            if (int const status = mesher.run(lines.node_sizes); status != 0) return status;
+        }
+        if (!append_elements(is_hard ? mesher.chain_nodes() : mesher.mesh(), done, mesh.connect) ||
+            (has_colors && !append_colors(lines.chain_colors[c], done, mesh)))
+            return no_storage;
+    }
+    return 0;
+}
+
+} // namespace
+
+int mesh_network(dense2D<double>& coords, old_mesh const& old, remesh_rule const& rule,
+    cut_lines const& lines, new_mesh& mesh)
+{
+    return by_dimension(coords, [&](auto dim) { return mesh_chains<dim>(coords, old, rule, lines, mesh); });
+}
+
+} // namespace trelk::vornik1d

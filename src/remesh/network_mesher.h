@@ -1,0 +1,24 @@
+#pragma once
+
+#include <trelk/dense1D.h>
+#include <trelk/dense2D.h>
+
+#include "remesh/cut_lines.h"
+#include "remesh/old_mesh.h"
+#include "rules.h"
+
+namespace trelk::vornik1d {
+
+/// A mesh of two-node elements; `colors` has one per element, or stays empty.
+struct new_mesh
+{
+    dense2D<unsigned> connect;
+    dense1D<unsigned> colors;
+};
+
+/// Meshes all chains but the hard edges, which pass as they are. The elements have colours if the chains have.
+/// Returns 0 or the status of the exported function; new nodes stand in `coords` then too.
+int mesh_network(dense2D<double>& coords, old_mesh const& old, remesh_rule const& rule,
+    cut_lines const& lines, new_mesh& mesh);
+
+} // namespace trelk::vornik1d

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+
+#include <trelk/dense1D.h>
+#include <trelk/dense2D.h>
+#include <vornik/toolkit.h>
+
+namespace trelk::vornik1d {
+
+constexpr unsigned no_color = vornik::none;
+
+/// The mesh to be replaced, and what is known of its nodes and elements. Lists may be empty or too short.
+struct old_mesh
+{
+    dense2D<unsigned> connect; // 2 rows
+    dense1D<double> const& sizes;
+    dense1D<unsigned> const& colors;
+    dense1D<unsigned> const& hard_nodes;
+    dense1D<unsigned> const& hard_edges;
+    unsigned max_node;
+
+    unsigned color_of(unsigned element) const { return element < colors.size() ? colors[element] : no_color; }
+};
+
+} // namespace trelk::vornik1d

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+
+#include "metric/sizes.h"
+
+// How a line is to be meshed. Each rule is the one before it and more, so that one record serves a call on all
+// its levels.
+
+namespace trelk::vornik1d {
+
+/// Stands for no practical limit on a count of elements or nodes: the largest 32-bit number.
+constexpr std::uint64_t unlimited = 4294967295;
+
+/// Into how many elements a line is to be cut.
+struct element_rule
+{
+    bool force_even = false;
+    std::uint64_t min_elements = 1;
+    std::uint64_t max_elements = unlimited;
+};
+
+/// How a polyline is to be meshed.
+struct line_rule : element_rule
+{
+    double deviation_tolerance = 0; // 0: there is none
+    double min_size = 0;
+};
+
+/// How a spline is to be meshed; without a tolerance that is `largest`.
+struct spline_rule : line_rule
+{
+    double default_size = 0;
+    double max_gradation = 0;
+};
+
+/// How a network of lines is to be meshed.
+struct remesh_rule : spline_rule
+{
+    double max_angle = 0;
+};
+
+/// The tolerance of a polyline: the largest double, of either sign, and a NaN stand for none.
+inline double line_tolerance(double deviation_tolerance)
+{
+    bool const is_off = std::isnan(deviation_tolerance) || std::abs(deviation_tolerance) == largest;
+    return is_off ? 0 : deviation_tolerance;
+}
+
+/// The tolerance of a spline: 0, the negated largest double and a NaN stand for none.
+inline double spline_tolerance(double deviation_tolerance)
+{
+    bool const is_off =
+        deviation_tolerance == 0 || deviation_tolerance == -largest || std::isnan(deviation_tolerance);
+    return is_off ? largest : deviation_tolerance;
+}
+
+} // namespace trelk::vornik1d

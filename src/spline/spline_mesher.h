@@ -1,0 +1,161 @@
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include <trelk/dense1D.h>
+#include <trelk/dense2D.h>
+#include <vornik/toolkit.h>
+#include <vornik1d/vornik1d.h>
+
+#include "metric/param_sampling.h"
+#include "metric/sizes.h"
+#include "placement/line.h"
+#include "placement/node_placer.h"
+#include "rules.h"
+#include "spline/bend_nodes.h"
+#include "spline/curvature_sizes.h"
+#include "spline/sample_spline.h"
+
+namespace trelk::vornik1d {
+
+/// Meshes splines, one after the other; all that the work takes is kept from one to the next.
+template <class Targets>
+class spline_mesher
+{
+public:
+    static constexpr std::size_t N = Targets::dimension;
+
+    /// New nodes go to `coords`. `keeps_values`: parameters and targets of the mesh are asked for too.
+    spline_mesher(dense2D<double>& coords, bool keeps_values)
+        : coords_(coords), keeps_values_(keeps_values), placer_(coords, mesh_)
+    {}
+
+    /// Samples the spline through `chain`, whose entries are columns of `coords`, the first and the last being guide
+    /// nodes. Returns 0, -1 where a node or the curve's length is not finite, or `no_storage`.
+    int sample(dense1D<unsigned> const& chain, spline_rule const& rule)
+    {
+        guided_chain<N> const nodes(coords_, chain.data(), chain.size());
+        if (!are_finite(nodes)) return -1;
+        // Ten times closer to the curve than the mesh is to be.
+        bool const is_sampled =
+            sample_spline(nodes, 0.1 * rule.deviation_tolerance, 0.5 * rule.min_size, curve_);
+        if (!std::isfinite(curve_.spline_length)) return -1;
+        return is_sampled ? 0 : no_storage;
+    }
+
+    /// The largest distance of the sampled spline from the polyline through its nodes.
+    double deviation() const { return curve_.deviation; }
+
+    /// Meshes the spline sampled last, by the targets at its nodes, guide nodes not among them; `mesh` is then the
+    /// result. Returns 0 or `no_storage`.
+    int mesh_sampled(
+        dense1D<unsigned> const& chain, line_view<Targets> const& targets, spline_rule const& rule)
+    {
+        guided_chain<N> const nodes(coords_, chain.data(), chain.size());
+        if (!carry_targets(targets, rule) || !bound_by_curvature(nodes, rule) || !bound_by_gradation(rule))
+            return no_storage;
+
+        line_view<Targets> const polyline{.points = curve_.samples.data(),
+            .params = curve_.sample_params.data(),
+            .targets = targets_.data(),
+            .count = curve_.samples.cols()};
+        wanted_values const wanted{keeps_values_, keeps_values_};
+        placer_.begin(0);
+        bool const is_planned =
+            placer_.plan(polyline.last(), rule, [&](double* cum) { return measure<Targets>(polyline, cum); });
+        if (!is_planned || placer_.place(polyline, wanted) != 0 || !placer_.set_ends(polyline, wanted))
+            return no_storage;
+        mesh_.nodes.clear();
+        return placer_.take_in(chain[1], chain[chain.size() - 2]) ? 0 : no_storage;
+    }
+
+    line_mesh<Targets> const& mesh() const { return mesh_; }
+
+    /// Tells how many columns `coords` is foreseen to have in the end.
+    void expect_columns(std::size_t columns) { placer_.expect_columns(columns); }
+
+private:
+    static bool are_finite(guided_chain<N> const& chain)
+    {
+        for (std::size_t i = 0; i < chain.count; ++i)
+            for (std::size_t r = 0; r < N; ++r)
+                if (!std::isfinite(chain.point(i)[r])) return false;
+        return true;
+    }
+
+    double* target(std::size_t k) { return targets_.data() + Targets::width * k; }
+
+    /// Targets at the samples from those at the curve nodes: between these by interpolation, or of default size.
+    [[nodiscard]] bool carry_targets(line_view<Targets> const& node_targets, spline_rule const& rule)
+    {
+        std::size_t const samples = curve_.samples.cols();
+        targets_.clear();
+        if (!Targets::reserve(targets_, samples) || !Targets::resize(targets_, samples)) return false;
+        if (rule.default_size > 0 && rule.max_gradation > 0) {
+            for (std::size_t k = 0; k < samples; ++k) Targets::fill(rule.default_size, target(k));
+            for (std::size_t k = 0; k < curve_.node_samples.size(); ++k)
+                Targets::copy(node_targets.target(k), target(curve_.node_samples[k]));
+            return true;
+        }
+        if (!are_parameters(curve_.node_params) || !are_queries(curve_.node_params, curve_.sample_params))
+            return false;
+        param_search search(curve_.node_params);
+        typename Targets::sampler sampler(node_targets.targets, node_targets.target_ld);
+        for (std::size_t k = 0; k < samples; ++k)
+            sampler.find(search.find(curve_.sample_params[k]), target(k));
+        return true;
+    }
+
+    /// Lowers the targets at the samples to the sizes that keep chords within the tolerance of the curve.
+    [[nodiscard]] bool bound_by_curvature(guided_chain<N> const& chain, spline_rule const& rule)
+    {
+        if (!bend_nodes(chain, bends_, bend_params_) ||
+            !curvature_sizes<N>(
+                {coords_, bends_.data(), bends_.size()}, rule.deviation_tolerance, bend_sizes_))
+            return false;
+        vornik::bound_metrics(bend_sizes_, rule.min_size, std::max(curve_.spline_length, rule.min_size));
+        if (!are_parameters(bend_params_) || !are_queries(bend_params_, curve_.sample_params)) return false;
+
+        param_search search(bend_params_);
+        for (std::size_t k = 0; k < curve_.sample_params.size(); ++k)
+            Targets::bound(target(k), value_at(bend_sizes_.data(), search.find(curve_.sample_params[k])));
+        return true;
+    }
+
+    /// Lowers the targets so that they do not grow too fast from sample to sample, in a sweep forth and one back.
+    [[nodiscard]] bool bound_by_gradation(spline_rule const& rule)
+    {
+        if (!(rule.max_gradation > 0 && rule.max_gradation < largest)) return true;
+
+        std::size_t const edges = curve_.samples.cols() - 1;
+        if (!edge_lengths_.reserve(edges, 2)) return false;
+        auto const edge = [&](std::size_t e) {
+            return edge_vector<N>(curve_.samples.col(e), curve_.samples.col(e + 1));
+        };
+        double* const lengths = edge_lengths_.data();
+        for (std::size_t e = 0; e < edges; ++e) lengths[e] = norm(edge(e));
+
+        auto const visit = [&](std::size_t e) {
+            Targets::bound_growth(target(e), edge(e), lengths[e], rule.max_gradation, target(e + 1));
+            Targets::bound_growth(target(e + 1), edge(e), lengths[e], rule.max_gradation, target(e));
+        };
+        for (std::size_t e = 0; e < edges; ++e) visit(e);
+        for (std::size_t e = edges; e-- > 0;) visit(e);
+        return true;
+    }
+
+    dense2D<double>& coords_;
+    bool keeps_values_;
+    line_mesh<Targets> mesh_;
+    node_placer<Targets> placer_;
+    spline_samples curve_;
+    typename Targets::list targets_; // at the samples
+    dense1D<unsigned> bends_;
+    dense1D<double> bend_params_;
+    dense1D<double> bend_sizes_;
+    dense1D<double> edge_lengths_; // between the samples
+};
+
+} // namespace trelk::vornik1d
