@@ -176,8 +176,8 @@ TEST(sample_spline, follows_the_curve_within_its_tolerance)
         for (double const tolerance : {1e-2, 1e-4}) {
             meshing const m = spline_of(circle(12, rows), 1, true);
             spline_samples curve;
-            ASSERT_TRUE(rows == 2 ? sample_spline(guided<2>(m), tolerance, 0, curve)
-                                  : sample_spline(guided<3>(m), tolerance, 0, curve));
+            ASSERT_TRUE(rows == 2 ? sample_spline(guided<2>(m), tolerance, 0, infinity, nullptr, curve)
+                                  : sample_spline(guided<3>(m), tolerance, 0, infinity, nullptr, curve));
             std::size_t const count = curve.samples.cols();
             ASSERT_EQ(curve.sample_params.size(), count);
             EXPECT_TRUE(std::is_sorted(curve.sample_params.begin(), curve.sample_params.end()));
@@ -202,7 +202,7 @@ TEST(sample_spline, steps_of_a_span)
 {
     auto const samples = [](meshing const& m, double tolerance, double min_step) {
         spline_samples curve;
-        EXPECT_TRUE(sample_spline(guided<2>(m), tolerance, min_step, curve));
+        EXPECT_TRUE(sample_spline(guided<2>(m), tolerance, min_step, infinity, nullptr, curve));
         return curve.samples.cols();
     };
     meshing const straight = spline_of(columns({{0, 0}, {1, 0}, {3, 0}}), 1);
@@ -216,8 +216,8 @@ TEST(sample_spline, steps_of_a_span)
     EXPECT_EQ(samples(bent, 1e-9, length / 8.001), 19U);
     EXPECT_EQ(samples(bent, 1e-9, 50), 5U);
     spline_samples curve;
-    EXPECT_FALSE(sample_spline(guided<2>(bent), 1e-300, 0, curve)); // at once
-    EXPECT_FALSE(sample_spline(guided<2>(bent), -1e-30, 0, curve));
+    EXPECT_FALSE(sample_spline(guided<2>(bent), 1e-300, 0, infinity, nullptr, curve)); // at once
+    EXPECT_FALSE(sample_spline(guided<2>(bent), -1e-30, 0, infinity, nullptr, curve));
 }
 
 TEST(bend_nodes, drops_what_lies_straight)
@@ -228,13 +228,13 @@ TEST(bend_nodes, drops_what_lies_straight)
     ASSERT_TRUE(bend_nodes(guided<2>(m), bends, params));
     EXPECT_EQ(values_of(bends), (std::vector<unsigned>{0, 0, 2, 6, 6}));
     EXPECT_EQ(values_of(params), (std::vector<double>{0, 0, 0.25, 1, 1}));
-    ASSERT_TRUE(curvature_sizes<2>({m.coords, bends.data(), bends.size()}, -0.02, sizes));
+    ASSERT_TRUE(curvature_sizes<2>(sizes).build({m.coords, bends.data(), bends.size()}, -0.02));
     // The mean at the corner, weighted by its chords, 2 and 6.
     EXPECT_EQ(sizes[0], sizes[1]);
     EXPECT_NEAR(sizes[2], (2 * sizes[1] + 6 * sizes[3]) / 8, 1e-12);
     EXPECT_EQ(sizes[4], sizes[3]);
     // No mean is taken across a straight span.
-    ASSERT_TRUE(curvature_sizes(guided<2>(m), -0.02, sizes));
+    ASSERT_TRUE(curvature_sizes<2>(sizes).build(guided<2>(m), -0.02));
     EXPECT_EQ(sizes[2], largest);
     EXPECT_LT(sizes[3], 1);
 }
@@ -337,7 +337,7 @@ TEST(mesh_spline, an_airfoil_by_curvature_and_gradation)
 
         // Distance of the curve, finely sampled, from the mesh.
         spline_samples curve;
-        ASSERT_TRUE(sample_spline(guided<2>(m), 1e-8, 0, curve));
+        ASSERT_TRUE(sample_spline(guided<2>(m), 1e-8, 0, infinity, nullptr, curve));
         auto const mesh = m.mesh();
         std::vector<double> nearest(curve.samples.cols(), 1);
         for (std::size_t i = 1; i < mesh.size(); ++i) {

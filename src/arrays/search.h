@@ -26,14 +26,12 @@ inline double const* first_not_below(double const* first, double const* last, do
     return first;
 }
 
-/// The same for sorted values of which the answer is near `first`: a search in steps that double.
-inline double const* first_not_below_from(double const* first, double const* last, double value) noexcept
+/// The same step by step, for sorted values and a caller that goes on from there: all its searches together take
+/// one run along the values.
+inline double const* advance_to(double const* first, double const* last, double value) noexcept
 {
-    auto const count = last - first;
-    decltype(last - first) step = 1;
-    while (step <= count && first[step - 1] < value) step *= 2;
-    auto const known = step / 2; // so many are below
-    return first_not_below(first + known, first + (step <= count ? step - 1 : count), value);
+    while (first != last && *first < value) ++first;
+    return first;
 }
 
 } // namespace trelk::vornik1d

@@ -42,7 +42,7 @@ public:
     {
         // Rounding can make mesh parameters fall, or NaN; a search in the whole rest then has the say.
         double const* const found =
-            is_sorted_ ? first_not_below_from(cursor_, end_, param) : first_not_below(cursor_, end_, param);
+            is_sorted_ ? advance_to(cursor_, end_, param) : first_not_below(cursor_, end_, param);
         // NaN or overflow can leave none at or above this one; the last element is taken then.
         double const* const next = std::min(found, end_ - 1);
         if (next == cursor_) return;

@@ -16,7 +16,7 @@ void locate_on_chain(
     double const* cursor = params;
     for (std::size_t m = 0; m < new_count; ++m) {
         double const u = new_params[m];
-        cursor = first_not_below_from(cursor, end, u);
+        cursor = advance_to(cursor, end, u);
         auto const k = static_cast<std::size_t>(cursor - params);
         if (k == 0)
             visit(m, 0, 0, 0.0);

@@ -22,7 +22,7 @@ void sample_values(dense1D<double> const& params, dense1D<double> const& values,
     dense1D<double> const& new_params, double* result)
 {
     param_search search(params);
-    for (double const query : new_params) *result++ = value_at(values.begin(), search.find(query));
+    for (double const query : new_params) *result++ = search.find_value(query, values.begin());
 }
 
 template <std::size_t N>

@@ -7,7 +7,9 @@
 #include <trelk/dense1D.h>
 
 #include "arrays/search.h"
+#include "arrays/vectors.h"
 #include "metric/metric_interpolator.h"
+#include "metric/sizes.h"
 #include "metric/tensor.h"
 
 // Sizes and tensors given at parameter values, found at others.
@@ -50,9 +52,9 @@ public:
         : first_(params.begin()), at_(first_), end_(params.end())
     {}
 
-    param_position find(double query)
+    VORNIK1D_INLINE param_position find(double query)
     {
-        at_ = std::min(first_not_below_from(at_, end_, query), end_ - 1);
+        move_to(query);
         auto const hi = static_cast<std::size_t>(at_ - first_);
         std::size_t const lo = hi > 0 ? hi - 1 : hi;
         double const p_lo = first_[lo];
@@ -60,21 +62,29 @@ public:
         return {lo, hi, p_hi > p_lo + params_tolerance ? (query - p_lo) / (p_hi - p_lo) : 0.0};
     }
 
+    /// The value at a query, linear between two that are positive; 0 beside one that is not.
+    VORNIK1D_INLINE double find_value(double query, double const* values)
+    {
+        move_to(query);
+        auto const hi = static_cast<std::size_t>(at_ - first_);
+        std::size_t const lo = hi > 0 ? hi - 1 : hi;
+        double const v_lo = values[lo];
+        double const v_hi = values[hi];
+        bool const is_constant = v_lo > 0 && v_hi - v_lo == 0;              // two that are infinite are not
+        if (is_constant && first_[hi] - first_[lo] <= largest) return v_lo; // whatever the fraction
+        param_position const at = find(query);
+        if (at.is_at_lo()) return v_lo;
+        if (at.is_at_hi()) return v_hi;
+        return v_lo > 0 && v_hi > 0 ? (v_hi - v_lo) * at.t + v_lo : 0.0;
+    }
+
 private:
+    void move_to(double query) { at_ = std::min(advance_to(at_, end_, query), end_ - 1); }
+
     double const* first_;
     double const* at_;
     double const* end_;
 };
-
-/// The value at a position, linear between two that are positive; 0 beside one that is not.
-inline double value_at(double const* values, param_position const& at)
-{
-    double const v_lo = values[at.lo];
-    double const v_hi = values[at.hi];
-    if (at.is_at_lo()) return v_lo;
-    if (at.is_at_hi()) return v_hi;
-    return v_lo > 0 && v_hi > 0 ? (v_hi - v_lo) * at.t + v_lo : 0.0;
-}
 
 /// Tensors at positions that rise. Where a pair of tensors cannot be reduced, the result is that of the query
 /// before.

@@ -55,15 +55,18 @@ struct size_targets
         *target = std::min(*target, *from + max_gradation * length);
     }
 
-    /// Finds targets between given ones.
+    /// Finds targets between given ones, at queries that rise.
     class sampler
     {
     public:
-        sampler(double const* sizes, std::size_t) : sizes_(sizes) {}
+        sampler(dense1D<double> const& params, double const* sizes, std::size_t)
+            : search_(params), sizes_(sizes)
+        {}
 
-        void find(param_position const& at, double* target) const { *target = value_at(sizes_, at); }
+        void find(double query, double* target) { *target = search_.find_value(query, sizes_); }
 
     private:
+        param_search search_;
         double const* sizes_;
     };
 

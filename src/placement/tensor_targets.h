@@ -80,15 +80,18 @@ struct tensor_targets
         copy(metric.values, target);
     }
 
-    /// Finds targets between given ones.
+    /// Finds targets between given ones, at queries that rise.
     class sampler
     {
     public:
-        sampler(double const* metrics, std::size_t ld) : tensors_(metrics, ld) {}
+        sampler(dense1D<double> const& params, double const* metrics, std::size_t ld)
+            : search_(params), tensors_(metrics, ld)
+        {}
 
-        void find(param_position const& at, double* target) { copy(tensors_.find(at).values, target); }
+        void find(double query, double* target) { copy(tensors_.find(search_.find(query)).values, target); }
 
     private:
+        param_search search_;
         tensor_sampler<N> tensors_;
     };
 

@@ -38,8 +38,9 @@ struct line_chains
 };
 
 /// Puts every element into a chain: first the chains that begin at a break node, by rising first element,
-/// then the others, each from the lowest element that is left. False without storage.
+/// then the others, each from the lowest element that is left. Node numbers, those of `break_nodes` too, are below
+/// `node_count`. False without storage.
 [[nodiscard]] bool extract_chains(dense2D<unsigned> const& connect, dense2D<unsigned> const& neighbors,
-    hbuckets_set const& break_nodes, line_chains& chains);
+    hbuckets_set const& break_nodes, std::size_t node_count, line_chains& chains);
 
 } // namespace trelk::vornik1d

@@ -83,7 +83,8 @@ int cut(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& r
     int status = vornik::get_neighbors(old.connect, edge, false, neighbors);
     if (status >= 0) status = add_break_nodes(coords, old, rule, neighbors, lines.break_nodes);
     if (status < 0) return status;
-    return extract_chains(old.connect, neighbors, lines.break_nodes, lines.chains) ? 0 : no_storage;
+    std::size_t const nodes = std::size_t{old.max_node} + 1;
+    return extract_chains(old.connect, neighbors, lines.break_nodes, nodes, lines.chains) ? 0 : no_storage;
 }
 
 bool set_node_sizes(

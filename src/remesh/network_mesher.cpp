@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 
 #include <vornik/toolkit.h>
 
@@ -18,6 +19,8 @@
 namespace trelk::vornik1d {
 
 namespace {
+
+constexpr double infinite = std::numeric_limits<double>::infinity();
 
 /// How far a call has come, to tell how long the lists of its result will be.
 struct progress
@@ -61,14 +64,14 @@ public:
     void set_chain(dense2D<unsigned> const& connect, dense1D<unsigned> const& elements)
     {
         // With a guide node before and after the nodes: around the joint of a closed chain, free ends of an open one.
-        nodes_.clear();
-        nodes_.push_back(0);
-        nodes_.push_back(connect(0, elements[0]));
-        for (unsigned const e : elements) nodes_.push_back(connect(1, e));
-        std::size_t const last = nodes_.size() - 1;
-        bool const is_closed = nodes_[1] == nodes_[last];
-        nodes_[0] = is_closed ? nodes_[last - 1] : nodes_[1];
-        nodes_.push_back(is_closed ? nodes_[2] : nodes_[last]);
+        std::size_t const last = elements.size() + 1;
+        static_cast<void>(nodes_.resize(last + 2)); // there is room
+        unsigned* const nodes = nodes_.data();
+        nodes[1] = connect(0, elements[0]);
+        for (std::size_t k = 0; k < elements.size(); ++k) nodes[k + 2] = connect(1, elements[k]);
+        bool const is_closed = nodes[1] == nodes[last];
+        nodes[0] = is_closed ? nodes[last - 1] : nodes[1];
+        nodes[last + 1] = is_closed ? nodes[2] : nodes[last];
     }
 
     /// The chain's nodes, a view.
@@ -78,8 +81,8 @@ public:
     /// the status of the exported function.
     int run(dense1D<double> const& node_sizes)
     {
-        sizes_.clear();
-        for (unsigned const node : chain_nodes()) sizes_.push_back(node_sizes[node]);
+        static_cast<void>(sizes_.resize(nodes_.size() - 2)); // there is room
+        for (std::size_t k = 0; k < sizes_.size(); ++k) sizes_[k] = node_sizes[nodes_[k + 1]];
 
         double const tolerance = rule_.deviation_tolerance;
         if (tolerance == 0) return run_line();
@@ -112,7 +115,8 @@ private:
     int sample_spline()
     {
         if (int const status = check_rule(); status != 0) return status;
-        return splines_.sample(nodes_, spline());
+        double const tolerance = rule_.deviation_tolerance;
+        return splines_.sample(nodes_, spline(), tolerance > 0 ? tolerance : infinite);
     }
 
     int run_spline()

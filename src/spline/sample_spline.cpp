@@ -16,9 +16,11 @@ namespace {
 template <std::size_t N>
 double sampling_step(spline_span<N> const& span, double sample_tolerance, double min_step)
 {
-    span_curvature<N> const curvature(span);
+    constexpr double t[] = {0, 0.25, 0.5, 0.75, 1};
+    double curvature[5];
+    find_curvatures(span, t, curvature);
     double step = largest;
-    for (int i = 0; i <= 4; ++i) step = std::min(step, chordal_size(curvature(i * 0.25), sample_tolerance));
+    for (double const c : curvature) step = std::min(step, chordal_size(c, sample_tolerance));
     return std::max(step, min_step);
 }
 
@@ -82,8 +84,8 @@ void scale(dense1D<double>& values, double factor)
 } // namespace
 
 template <std::size_t N>
-bool sample_spline(
-    guided_chain<N> const& chain, double sample_tolerance, double min_step, spline_samples& curve)
+bool sample_spline(guided_chain<N> const& chain, double sample_tolerance, double min_step,
+    double most_deviation, curvature_sizes<N>* sizes, spline_samples& curve)
 {
     curve.samples.clear();
     curve.sample_params.clear();
@@ -98,34 +100,43 @@ bool sample_spline(
     double largest_square = 0;
     double& length = curve.spline_length;
     bool has_room = true;
+    bool is_of_use = true;
     spline_spans<N> spans(chain);
     for (std::size_t k = 0; k + 1 < nodes; ++k) {
         auto const span = spans.next();
-        std::uint64_t const steps =
-            count_steps(span_arc_length(span), sampling_step(span, sample_tolerance, min_step));
-        std::size_t const first = curve.sample_params.size();
-        has_room = has_room && make_samples<N>(first + steps + 1, curve);
-        if (has_room) {
-            curve.node_params.push_back(length);
-            curve.node_samples.push_back(static_cast<unsigned>(first));
-            largest_square = std::max(largest_square, append_span(span, steps, length, curve));
+        // The length goes on without samples: it tells whether the chain is at fault, or storage.
+        if (is_of_use && has_room) {
+            std::uint64_t const steps =
+                count_steps(span_arc_length(span), sampling_step(span, sample_tolerance, min_step));
+            std::size_t const first = curve.sample_params.size();
+            has_room = make_samples<N>(first + steps + 1, curve);
+            if (has_room) {
+                curve.node_params.push_back(length);
+                curve.node_samples.push_back(static_cast<unsigned>(first));
+                largest_square = std::max(largest_square, append_span(span, steps, length, curve));
+                curve.deviation = std::sqrt(largest_square);
+                is_of_use = !(curve.deviation > most_deviation);
+                if (is_of_use && sizes) sizes->add(span);
+            }
         }
-        length += norm(span.a1); // without room too: it tells whether the chain is at fault, or storage
+        length += norm(span.a1);
     }
-    if (!has_room) return false;
+    if (!has_room || !is_of_use) return has_room;
 
     if (length > 0) {
         scale(curve.sample_params, 1 / length);
         scale(curve.node_params, 1 / length);
     }
+    if (sizes) sizes->finish();
     curve.node_samples.push_back(static_cast<unsigned>(curve.sample_params.size()));
     curve.node_params.push_back(1);
     curve.sample_params.push_back(1);
-    curve.deviation = std::sqrt(largest_square);
     return append_point(vector_at<N>(chain.point(nodes)), curve.samples);
 }
 
-template bool sample_spline(guided_chain<2> const&, double, double, spline_samples&);
-template bool sample_spline(guided_chain<3> const&, double, double, spline_samples&);
+template bool sample_spline(
+    guided_chain<2> const&, double, double, double, curvature_sizes<2>*, spline_samples&);
+template bool sample_spline(
+    guided_chain<3> const&, double, double, double, curvature_sizes<3>*, spline_samples&);
 
 } // namespace trelk::vornik1d

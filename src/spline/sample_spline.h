@@ -5,6 +5,7 @@
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 
+#include "spline/curvature_sizes.h"
 #include "spline/spline_span.h"
 
 namespace trelk::vornik1d {
@@ -24,12 +25,14 @@ struct spline_samples
 
 /// Samples the spline through a chain at equal steps of t in each span: so finely that the chords stay within
 /// `sample_tolerance`, as `chordal_size` reads it, but no finer than `min_step`, and with one point between the
-/// nodes at least.
+/// nodes at least. Once the deviation is above `most_deviation` the curve is of no use: only its length goes on.
+///
+/// The spans are handed to `sizes` too, unless it is null.
 ///
 /// `curve` is replaced. False without storage, or without 32-bit numbers for the samples; it has its
 /// `spline_length` then too, unless there is not even storage for the nodes.
 template <std::size_t N>
-[[nodiscard]] bool sample_spline(
-    guided_chain<N> const& chain, double sample_tolerance, double min_step, spline_samples& curve);
+[[nodiscard]] bool sample_spline(guided_chain<N> const& chain, double sample_tolerance, double min_step,
+    double most_deviation, curvature_sizes<N>* sizes, spline_samples& curve);
 
 } // namespace trelk::vornik1d

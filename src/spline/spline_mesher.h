@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
@@ -33,14 +34,21 @@ public:
     {}
 
     /// Samples the spline through `chain`, whose entries are columns of `coords`, the first and the last being guide
-    /// nodes. Returns 0, -1 where a node or the curve's length is not finite, or `no_storage`.
-    int sample(dense1D<unsigned> const& chain, spline_rule const& rule)
+    /// nodes. Returns 0, -1 where a node or the curve's length is not finite, or `no_storage`. Once its deviation is
+    /// above `most_deviation` there is no mesh of it, only that deviation.
+    int sample(dense1D<unsigned> const& chain, spline_rule const& rule,
+        double most_deviation = std::numeric_limits<double>::infinity())
     {
         guided_chain<N> const nodes(coords_, chain.data(), chain.size());
         if (!are_finite(nodes)) return -1;
+        if (!bend_nodes(nodes, bends_, bend_params_) ||
+            !bend_sizes_.begin(nodes.count, rule.deviation_tolerance))
+            return no_storage;
+        // Where all nodes are bends their spans are those that are sampled.
+        all_bend_ = bends_.size() == nodes.count;
         // Ten times closer to the curve than the mesh is to be.
-        bool const is_sampled =
-            sample_spline(nodes, 0.1 * rule.deviation_tolerance, 0.5 * rule.min_size, curve_);
+        bool const is_sampled = sample_spline(nodes, 0.1 * rule.deviation_tolerance, 0.5 * rule.min_size,
+            most_deviation, all_bend_ ? &bend_sizes_ : nullptr, curve_);
         if (!std::isfinite(curve_.spline_length)) return -1;
         return is_sampled ? 0 : no_storage;
     }
@@ -53,8 +61,7 @@ public:
     int mesh_sampled(
         dense1D<unsigned> const& chain, line_view<Targets> const& targets, spline_rule const& rule)
     {
-        guided_chain<N> const nodes(coords_, chain.data(), chain.size());
-        if (!carry_targets(targets, rule) || !bound_by_curvature(nodes, rule) || !bound_by_gradation(rule))
+        if (!carry_targets(targets, rule) || !bound_by_curvature(rule) || !bound_by_gradation(rule))
             return no_storage;
 
         line_view<Targets> const polyline{.points = curve_.samples.data(),
@@ -101,26 +108,22 @@ private:
         }
         if (!are_parameters(curve_.node_params) || !are_queries(curve_.node_params, curve_.sample_params))
             return false;
-        param_search search(curve_.node_params);
-        typename Targets::sampler sampler(node_targets.targets, node_targets.target_ld);
-        for (std::size_t k = 0; k < samples; ++k)
-            sampler.find(search.find(curve_.sample_params[k]), target(k));
+        typename Targets::sampler sampler(curve_.node_params, node_targets.targets, node_targets.target_ld);
+        for (std::size_t k = 0; k < samples; ++k) sampler.find(curve_.sample_params[k], target(k));
         return true;
     }
 
     /// Lowers the targets at the samples to the sizes that keep chords within the tolerance of the curve.
-    [[nodiscard]] bool bound_by_curvature(guided_chain<N> const& chain, spline_rule const& rule)
+    [[nodiscard]] bool bound_by_curvature(spline_rule const& rule)
     {
-        if (!bend_nodes(chain, bends_, bend_params_) ||
-            !curvature_sizes<N>(
-                {coords_, bends_.data(), bends_.size()}, rule.deviation_tolerance, bend_sizes_))
-            return false;
-        vornik::bound_metrics(bend_sizes_, rule.min_size, std::max(curve_.spline_length, rule.min_size));
+        guided_chain<N> const bends(coords_, bends_.data(), bends_.size());
+        if (!all_bend_ && !bend_sizes_.build(bends, rule.deviation_tolerance)) return false;
+        vornik::bound_metrics(limits_, rule.min_size, std::max(curve_.spline_length, rule.min_size));
         if (!are_parameters(bend_params_) || !are_queries(bend_params_, curve_.sample_params)) return false;
 
         param_search search(bend_params_);
         for (std::size_t k = 0; k < curve_.sample_params.size(); ++k)
-            Targets::bound(target(k), value_at(bend_sizes_.data(), search.find(curve_.sample_params[k])));
+            Targets::bound(target(k), search.find_value(curve_.sample_params[k], limits_.data()));
         return true;
     }
 
@@ -154,7 +157,9 @@ private:
     typename Targets::list targets_; // at the samples
     dense1D<unsigned> bends_;
     dense1D<double> bend_params_;
-    dense1D<double> bend_sizes_;
+    dense1D<double> limits_; // at the bends
+    curvature_sizes<N> bend_sizes_{limits_};
+    bool all_bend_ = false;
     dense1D<double> edge_lengths_; // between the samples
 };
 

@@ -32,7 +32,7 @@ struct spline_chord
     vector<N> unit; // 0 for a chord of length 0
     double length;
 
-    spline_chord(double const* from, double const* to)
+    VORNIK1D_INLINE spline_chord(double const* from, double const* to)
         : d(edge_vector<N>(from, to)), unit(d), length(dot(d, d))
     {
         if (length == 0 || length == 1) return;
@@ -47,7 +47,8 @@ struct spline_chord
 /// and u along the neighbour. Its length is that of the span's chord. There is none, and the result is false,
 /// where it would point across the chord or against it.
 template <std::size_t N>
-bool find_tangent(spline_chord<N> const& neighbour, spline_chord<N> const& own, vector<N>& tangent)
+VORNIK1D_INLINE bool find_tangent(
+    spline_chord<N> const& neighbour, spline_chord<N> const& own, vector<N>& tangent)
 {
     constexpr double least_neighbour = 0.01; // in lengths of the span's chord
     constexpr double least_cosine = 0.0001;  // times the length of the tangent, which is at most 1
@@ -68,7 +69,7 @@ bool find_tangent(spline_chord<N> const& neighbour, spline_chord<N> const& own, 
 /// The span along the chord `own`, from the node at `start`. A span without the tangent at one end is quadratic,
 /// without both straight; at a free end there is no tangent.
 template <std::size_t N>
-spline_span<N> build_span(double const* start, bool is_start_free, bool is_end_free,
+VORNIK1D_INLINE spline_span<N> build_span(double const* start, bool is_start_free, bool is_end_free,
     spline_chord<N> const& before, spline_chord<N> const& own, spline_chord<N> const& after)
 {
     vector<N> t1;
@@ -152,64 +153,59 @@ spline_span<N> spline_coefficients(
 
 /// Offset of the curve's point at t from the span's first node.
 template <std::size_t N>
-vector<N> span_offset(spline_span<N> const& span, double t)
+VORNIK1D_INLINE vector<N> span_offset(spline_span<N> const& span, double t)
 {
     return ((span.a3 * t + span.a2) * t + span.a1) * t;
 }
 
 /// x'(t).
 template <std::size_t N>
-vector<N> span_derivative(spline_span<N> const& span, double t)
+VORNIK1D_INLINE vector<N> span_derivative(spline_span<N> const& span, double t)
 {
     return (span.a3 * (3 * t) + 2 * span.a2) * t + span.a1;
 }
 
-/// Curvature along a span: |x' x x''| / |x'|^3 in 1/length. `largest` where the derivative vanishes.
-template <std::size_t N>
-class span_curvature
+/// Curvature along a span at M values of t: |x' x x''| / |x'|^3 in 1/length. `largest` where the derivative vanishes.
+/// The values stand side by side in loops without branches, for the compiler to take several at a time.
+template <std::size_t N, std::size_t M>
+void find_curvatures(spline_span<N> const& span, double const (&t)[M], double (&curvature)[M])
 {
-public:
-    explicit span_curvature(spline_span<N> const& span)
-        : span_(span), c12_(cross(span.a1, span.a2)), c13_(cross(span.a1, span.a3)),
-          c23_(cross(span.a2, span.a3))
-    {}
-
-    double operator()(double t) const
-    {
-        double const speed = norm(span_derivative(span_, t));
-        if (speed == 0) return largest;
-        auto const half_product = (c23_ * t + c13_) * 3 * t + c12_; // of x' and x''
-        return 2 * norm(half_product) / (speed * speed * speed);
+    auto const c12 = cross(span.a1, span.a2);
+    auto const c13 = cross(span.a1, span.a3);
+    auto const c23 = cross(span.a2, span.a3);
+    double speed[M];
+    double product[M];
+    for (std::size_t i = 0; i < M; ++i) {
+        speed[i] = norm(span_derivative(span, t[i]));
+        product[i] = norm((c23 * t[i] + c13) * 3 * t[i] + c12); // half that of x' and x''
     }
-
-private:
-    spline_span<N> const& span_;
-    decltype(cross(vector<N>(), vector<N>())) c12_, c13_, c23_;
-};
+    for (std::size_t i = 0; i < M; ++i) {
+        double const value = 2 * product[i] / (speed[i] * speed[i] * speed[i]);
+        curvature[i] = speed[i] == 0 ? largest : value;
+    }
+}
 
 /// Mean of the curvature over t, by three Gauss points; `largest` if it is so at one of them.
 template <std::size_t N>
 double span_mean_curvature(spline_span<N> const& span)
 {
-    span_curvature<N> const curvature(span);
-    double const k1 = curvature(0.11270166537925852);
-    double const k2 = curvature(0.8872983346207415);
-    double const k3 = curvature(0.5);
-    if (k1 >= largest || k2 >= largest || k3 >= largest) return largest;
-    return (k1 + k2) * 0.2777777777777778 + k3 * 0.4444444444444444;
+    constexpr double t[] = {0.11270166537925852, 0.8872983346207415, 0.5};
+    double k[3];
+    find_curvatures(span, t, k);
+    if (k[0] >= largest || k[1] >= largest || k[2] >= largest) return largest;
+    return (k[0] + k[1]) * 0.2777777777777778 + k[2] * 0.4444444444444444;
 }
 
 /// Length of the curve, by four Gauss points.
 template <std::size_t N>
 double span_arc_length(spline_span<N> const& span)
 {
-    constexpr struct
-    {
-        double node, weight; // on [-1, 1]
-    } gauss[] = {{-0.339981043584856, 0.652145154862546}, {0.339981043584856, 0.652145154862546},
-        {-0.861136311594053, 0.347854845137454}, {0.861136311594053, 0.347854845137454}};
+    constexpr double node[] = {-0.339981043584856, 0.339981043584856, -0.861136311594053, 0.861136311594053};
+    constexpr double weight[] = {0.652145154862546, 0.652145154862546, 0.347854845137454, 0.347854845137454};
+    double speed[4]; // the nodes lie in [-1, 1]
+    for (std::size_t i = 0; i < 4; ++i) speed[i] = norm(span_derivative(span, (node[i] + 1) / 2));
     double sum = 0;
-    for (auto const& [node, weight] : gauss) sum += weight * norm(span_derivative(span, (node + 1) / 2));
+    for (std::size_t i = 0; i < 4; ++i) sum += weight[i] * speed[i];
     return 0.5 * sum;
 }
 

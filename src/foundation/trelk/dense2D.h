@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 
 #include <trelk/dense1D.h>
@@ -172,7 +173,8 @@ private:
             values = 0;
             return true;
         }
-        if (ld > (SIZE_MAX - rows) / cols) return false;
+        bool const is_small = (ld | cols) <= UINT32_MAX; // the product needs no test, which is a division
+        if (!is_small && ld > (SIZE_MAX - rows) / cols) return false;
         values = ld * (cols - 1) + rows;
         return true;
     }
