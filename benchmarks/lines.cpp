@@ -66,6 +66,32 @@ void by_sizes(benchmark::State& state, std::size_t segments, std::size_t new_nod
     state.SetLabel(label);
 }
 
+/// A line that is refined until its nodes are within a tolerance, in units of the square of a mean segment; with 0
+/// to a billionth of a segment, so that the mesh has all of them but those between which the line is straight.
+void refined(benchmark::State& state, std::size_t segments, std::size_t new_nodes, double tolerance)
+{
+    auto chain = make_chain<2>(segments, new_nodes);
+    auto const input = to_input(chain);
+    double const segment = 1 / static_cast<double>(segments);
+    double const most = tolerance > 0 ? tolerance * segment * segment : 1e-9 * segment;
+    auto const run = [&](auto& out) { return mesh_line(input, most, out); };
+    auto const checked_label = [&]() -> std::string {
+        auto out = before_call(input);
+        if (run(out) != 0) return "";
+        auto const is_old = [&](unsigned node) { return node < chain.size(); };
+        auto const held = static_cast<double>(std::count_if(out.mesh.begin(), out.mesh.end(), is_old));
+        state.counters["new_per_old"] =
+            static_cast<double>(out.coords.cols()) / static_cast<double>(chain.size()) - 1;
+        return tolerance > 0 || held > 0.98 * static_cast<double>(chain.size()) ? to_label(out.hash()) : "";
+    };
+    auto const label = checked_label();
+    if (label.empty()) return disagree(state, "mesh_line leaves nodes out that it is held to");
+
+    time_calls(
+        state, {"old_node", chain.size()}, [&] { return before_call(input); }, run);
+    state.SetLabel(label);
+}
+
 /// Whether two meshes have the same nodes, but for what rounding makes of sums over all of them.
 bool are_close(std::size_t old_nodes, chain_output<dense1D<double>> const& by_sizes,
     chain_output<dense2D<double>> const& by_tensors)
@@ -166,10 +192,11 @@ std::string title(std::string const& function, std::size_t segments, int nodes_p
 
 /// For each number of segments and of new nodes per segment, with those that are to be made.
 template <class Add>
-void for_chains(std::string const& function, std::initializer_list<int> nodes_per_10_segments, Add const& add)
+void for_chains(std::string const& function, std::initializer_list<int> nodes_per_10_segments, Add const& add,
+    std::size_t most_segments = 1'000'000)
 {
     for (int const density : nodes_per_10_segments)
-        for (std::size_t segments = 1000; segments <= 1'000'000; segments *= 10)
+        for (std::size_t segments = 1000; segments <= most_segments; segments *= 10)
             add(title(function, segments, density), segments,
                 segments * static_cast<std::size_t>(density) / 10);
 }
@@ -192,8 +219,16 @@ void enlist_lines()
                 new_nodes, stretch);
         };
     };
+    auto const within = [](double tolerance) {
+        return [tolerance](std::string const& name, std::size_t segments, std::size_t new_nodes) {
+            double const expected = 30 * std::pow(static_cast<double>(segments), 1.6);
+            enlist(name, expected, refined, segments, new_nodes, tolerance);
+        };
+    };
     for_chains("mesh_line/sizes/2d", {3, 10, 40}, sizes(by_sizes<2>));
     for_chains("mesh_line/sizes/3d", {10}, sizes(by_sizes<3>));
+    for_chains("mesh_line/tolerance/2d", {10}, within(20), 100'000);
+    for_chains("mesh_line/held/2d", {10}, within(0), 100'000);
     for_chains("mesh_line/tensors/2d", {3, 10, 40}, tensors(by_tensors<2>, 1));
     for_chains("mesh_line/turning_tensors/2d", {10}, tensors(by_tensors<2>, 5));
     for_chains("mesh_line/turning_tensors/3d", {10}, tensors(by_tensors<3>, 5));

@@ -123,7 +123,7 @@ void race(benchmark::State& state, work const& w, Prepare const& prepare, Run co
 /// once if it takes seconds.
 inline std::int64_t rounds(double nanoseconds)
 {
-    std::int64_t const least = nanoseconds < 5e9 ? 5 : 1;
+    std::int64_t const least = nanoseconds < 2e9 ? 5 : 1;
     return std::clamp<std::int64_t>(static_cast<std::int64_t>(5e8 / nanoseconds), least, 1000);
 }
 

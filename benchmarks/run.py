@@ -37,9 +37,10 @@ def run(program, name, first_touch):
     command = [program, f"--benchmark_filter=^{re.escape(name)}$", "--benchmark_format=json"]
     done = subprocess.run(command + ["--first_touch"] * first_touch, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                           text=True)
+    result = json.loads(done.stdout)["benchmarks"][0] if done.stdout else {}
     if done.returncode != 0:
-        sys.exit(f"{program}, {name}: {done.stderr or done.stdout}")
-    return json.loads(done.stdout)["benchmarks"][0]
+        sys.exit(f"{program}, {to_title(name)}: {result.get('error_message', done.stderr)}")
+    return result
 
 
 def figures(result):
