@@ -47,13 +47,15 @@ public:
 
 private:
     static constexpr double element_length = 0.02; // degrees
-    static constexpr double target_size = 0.05;
+    static constexpr double target_size = 0.06;
     static constexpr std::size_t least_count = 4;
     static constexpr std::size_t largest_count = 4000;
     static constexpr double exponent = 0.8;
     static constexpr double islands = 0.75;
-    static constexpr double roughness = 0.3; // largest offset of a midpoint, over the chord
-    static constexpr double growth = 1.05;   // of a line's length, each time that its elements are halved
+    static constexpr double least_roughness = 0.05; // the largest offset of a midpoint, over the chord
+    static constexpr double largest_roughness = 0.3;
+    static constexpr double unevenness = 0.2; // the largest offset along the chord, over the chord
+    static constexpr double growth = 1.04;    // of a line's length, each time that its elements are halved
     static constexpr std::size_t least_divided = 40;
 
     std::size_t left() const { return most_ - elements_.size(); }
@@ -84,9 +86,10 @@ private:
 
     point draw_place() { return {360 * draw() - 180, 130 * draw() - 60}; }
 
-    /// The points between the ends of a line, by midpoint displacement.
+    /// The points between the ends of a line, by midpoint displacement. There are smooth lines and rough ones.
     void displace(std::vector<point>& line)
     {
+        double const roughness = least_roughness + (largest_roughness - least_roughness) * draw();
         pieces_.assign(1, {0, line.size() - 1});
         while (!pieces_.empty()) {
             auto const [first, last] = pieces_.back();
@@ -94,7 +97,8 @@ private:
             if (last - first < 2) continue;
 
             std::size_t const middle = first + (last - first) / 2;
-            double const t = static_cast<double>(middle - first) / static_cast<double>(last - first);
+            double const share = static_cast<double>(middle - first) / static_cast<double>(last - first);
+            double const t = share + unevenness * (2 * draw() - 1);
             auto const [ax, ay] = line[first];
             double const dx = line[last][0] - ax;
             double const dy = line[last][1] - ay;
