@@ -194,6 +194,19 @@ def print_table(figures):
         print(f"{name:46}", *(f"{cell:>18}" for cell in cells))
 
 
+def spread(ends, least):
+    """Where labels stand beside the ends of their lines: as far apart as their height asks for, in the same order."""
+    places = [cost for cost, _, _ in ends]
+    for _ in range(100):
+        for i, j in ((i, j) for i in range(len(ends)) for j in range(len(ends))):
+            (cost_i, segments_i, _), (cost_j, segments_j, _) = ends[i], ends[j]
+            lack = least - (places[j] - places[i])
+            if segments_i == segments_j and cost_i < cost_j and lack > 0:
+                places[i] -= 0.5 * lack
+                places[j] += 0.5 * lack
+    return places
+
+
 def draw(figures, prefix):
     import matplotlib
     matplotlib.use("Agg")
@@ -212,12 +225,8 @@ def draw(figures, prefix):
         ends.append((np.log10(costs[-1]), segments[-1], name))
     axes.set(xscale="log", yscale="log")
 
-    # Labels stand beside the ends of their lines, as far apart as their height asks for.
-    least = 0.055 * np.diff(np.log10(axes.get_ylim()))[0]
-    highest = {}
-    for cost, segments, name in sorted(ends):
-        place = max(cost, highest.get(segments, cost - least) + least)
-        highest[segments] = place
+    places = spread(ends, least=0.055 * np.diff(np.log10(axes.get_ylim()))[0])
+    for (_, segments, name), place in zip(ends, places):
         axes.annotate(name, (segments, 10**place), xytext=(9, 0), textcoords="offset points", va="center",
                       color=own if name in FUNCTIONS else other, fontweight="bold" if name in FUNCTIONS else "normal",
                       annotation_clip=False)
