@@ -49,7 +49,7 @@ private:
     static constexpr double element_length = 0.02; // degrees
     static constexpr double target_size = 0.06;
     static constexpr std::size_t least_count = 4;
-    static constexpr std::size_t largest_count = 4000;
+    static constexpr std::size_t largest_count = 4000; // of elements of a line, but at most a tenth of all
     static constexpr double exponent = 0.8;
     static constexpr double islands = 0.75;
     static constexpr double least_roughness = 0.05; // the largest offset of a midpoint, over the chord
@@ -65,7 +65,8 @@ private:
 
     std::size_t draw_count()
     {
-        double const longest = static_cast<double>(largest_count) / static_cast<double>(least_count);
+        double const longest =
+            static_cast<double>(std::min(largest_count, most_ / 10)) / static_cast<double>(least_count);
         double const rest = std::pow(longest, -exponent);
         double const factor = std::pow(rest + (1 - rest) * draw(), -1 / exponent);
         return static_cast<std::size_t>(static_cast<double>(least_count) * factor);
