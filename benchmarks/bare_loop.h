@@ -23,6 +23,22 @@ struct line
     void resize(std::size_t n) { points.resize(n), sizes.resize(n), params.resize(n); }
 };
 
+/// What the loop makes: arrays of just the right size, into which nothing is written but the results.
+template <std::size_t N>
+struct nodes
+{
+    explicit nodes(std::size_t n)
+        : count(n), points(std::make_unique_for_overwrite<std::array<double, N>[]>(n)),
+          sizes(std::make_unique_for_overwrite<double[]>(n)),
+          params(std::make_unique_for_overwrite<double[]>(n))
+    {}
+
+    std::size_t count;
+    std::unique_ptr<std::array<double, N>[]> points;
+    std::unique_ptr<double[]> sizes;
+    std::unique_ptr<double[]> params;
+};
+
 inline double mean_inverse_size(double h0, double h1)
 {
     double const hi = std::max(h0, h1);
@@ -52,10 +68,9 @@ double cumulate(line<N> const& chain, double* cum)
     return length;
 }
 
-/// Sets `nodes` to the new nodes between the ends of `chain`. Nothing is allocated but the table of metric
-/// lengths, if `nodes` has had this number before.
+/// The new nodes between the ends of `chain`.
 template <std::size_t N>
-void place(line<N> const& chain, line<N>& nodes)
+nodes<N> place(line<N> const& chain)
 {
     auto const cum = std::make_unique_for_overwrite<double[]>(chain.size());
     double const length = cumulate(chain, cum.get());
@@ -63,7 +78,7 @@ void place(line<N> const& chain, line<N>& nodes)
     if (length * length >= static_cast<double>(elements * (elements + 1))) ++elements;
     double const step = length / static_cast<double>(elements);
     std::size_t const count = elements - 1;
-    nodes.resize(count);
+    nodes<N> placed(count);
 
     double target = step;
     for (std::size_t s = 0, k = 0; k < count; ++s) {
@@ -95,11 +110,12 @@ void place(line<N> const& chain, line<N>& nodes)
                                 (v - 3) * (v - 2) * (v - 1) * (x * x * x) / 24);
                 u = std::clamp(mirrored ? 1 - u : u, 0.0, 1.0);
             }
-            nodes.sizes[k] = h_step * u + h0;
-            nodes.params[k] = param_step * u + param0;
-            for (std::size_t r = 0; r < N; ++r) nodes.points[k][r] = d[r] * u + a[r];
+            placed.sizes[k] = h_step * u + h0;
+            placed.params[k] = param_step * u + param0;
+            for (std::size_t r = 0; r < N; ++r) placed.points[k][r] = d[r] * u + a[r];
         }
     }
+    return placed;
 }
 
 } // namespace bare

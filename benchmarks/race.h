@@ -2,11 +2,27 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <ctime>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include <malloc.h>
+
 #include <benchmark/benchmark.h>
+
+// Memory is as a program has it that makes such calls in a loop: the default allocator, left to itself, and in each
+// call outputs that are empty and work memory that is new. So each timed call of a side follows one of the same
+// side, all of which has been freed: pages that the allocator has kept from that are warm, those that it has given
+// back to the kernel are not. Its thresholds depend on all blocks freed before, so the figures hold for a process
+// that runs one case; scripts/benchmark starts one for each. Under `--first_touch` all freed memory goes back to
+// the kernel before each timed call, as for a program that makes one call.
+//
+// Inputs are made before the clock starts, in memory of their own. Outputs are destroyed after it has stopped, on
+// both sides; work memory is freed within the call.
+
+inline bool is_first_touch = false;
 
 inline double median(std::vector<double> values)
 {
@@ -23,51 +39,99 @@ inline double thread_nanoseconds()
     return 1e9 * static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec);
 }
 
-template <class Body>
-double nanoseconds(Body const& body)
+/// Times `run` on what `prepare` makes, which keeps the outputs until the clock has stopped.
+template <class Prepare, class Run>
+double fresh_nanoseconds(Prepare const& prepare, Run const& run)
 {
+    if (is_first_touch) {
+        malloc_trim(0);
+    } else {
+        auto earlier = prepare();
+        benchmark::DoNotOptimize(run(earlier));
+    }
+
+    auto call = prepare();
     double const start = thread_nanoseconds();
-    body();
+    auto const result = run(call);
     benchmark::ClobberMemory();
-    return thread_nanoseconds() - start;
+    double const end = thread_nanoseconds();
+    benchmark::DoNotOptimize(result);
+    return end - start;
 }
 
 inline bool all_agree = true;
 
-/// The two sides of a race must give the same, or the one is no measure of the other.
+/// A result that is wrong is worth no measurement; the program fails.
 inline void disagree(benchmark::State& state, char const* message)
 {
     all_agree = false;
     state.SkipWithError(message);
 }
 
-/// What a race reports: nanoseconds per unit of work, of which a run does `count`.
-struct measure
+inline std::string to_label(std::uint64_t hash)
 {
-    std::string rival;
+    std::string label;
+    for (int shift = 60; shift >= 0; shift -= 4) label += "0123456789abcdef"[hash >> shift & 15];
+    return label;
+}
+
+/// Nanoseconds are reported per unit of work, of which a call does `count`.
+struct work
+{
     std::string unit;
     std::size_t count;
 };
 
-/// Times the library and its rival in turn, so that both meet the same machine, and reports the medians.
-/// `prepare` runs before the two, untimed.
-template <class Rival, class Prepare, class Library>
-void race(benchmark::State& state, measure const& m, Rival rival, Prepare prepare, Library library)
+inline void report(benchmark::State& state, work const& w, std::vector<double> const& times)
 {
-    std::vector<double> rival_times;
-    std::vector<double> library_times;
-    for (auto _ : state) {
-        bool const rival_first = rival_times.size() % 2 == 0;
-        prepare();
-        if (rival_first) rival_times.push_back(nanoseconds(rival));
-        library_times.push_back(nanoseconds(library));
-        if (!rival_first) rival_times.push_back(nanoseconds(rival));
-        state.SetIterationTime(1e-9 * library_times.back());
-    }
+    state.counters["ns_per_" + w.unit] = median(times) / static_cast<double>(w.count);
+}
 
+/// Times calls of the library.
+template <class Prepare, class Run>
+void time_calls(benchmark::State& state, work const& w, Prepare const& prepare, Run const& run)
+{
+    std::vector<double> times;
+    for (auto _ : state) {
+        times.push_back(fresh_nanoseconds(prepare, run));
+        state.SetIterationTime(1e-9 * times.back());
+    }
+    report(state, w, times);
+}
+
+/// Times calls of the library and `rival` in turn, so that both meet the same machine.
+template <class Prepare, class Run, class Rival>
+void race(benchmark::State& state, work const& w, Prepare const& prepare, Run const& run,
+    std::string const& rival_name, Rival const& rival)
+{
+    std::vector<double> times;
+    std::vector<double> rival_times;
+    for (auto _ : state) {
+        bool const rival_first = times.size() % 2 == 0;
+        if (rival_first) rival_times.push_back(rival());
+        times.push_back(fresh_nanoseconds(prepare, run));
+        if (!rival_first) rival_times.push_back(rival());
+        state.SetIterationTime(1e-9 * times.back());
+    }
+    report(state, w, times);
     double const rival_time = median(rival_times);
-    double const library_time = median(library_times);
-    state.counters[m.rival + "_ns_per_" + m.unit] = rival_time / static_cast<double>(m.count);
-    state.counters["ns_per_" + m.unit] = library_time / static_cast<double>(m.count);
-    state.counters["ratio"] = library_time / rival_time;
+    state.counters[rival_name + "_ns"] = rival_time / static_cast<double>(w.count);
+    state.counters["over_" + rival_name] = median(times) / rival_time;
+}
+
+/// How often a case is timed that takes about so many nanoseconds: for half a second, but at least 5 times, or
+/// once if it takes seconds.
+inline std::int64_t rounds(double nanoseconds)
+{
+    std::int64_t const least = nanoseconds < 2e9 ? 5 : 1;
+    return std::clamp<std::int64_t>(static_cast<std::int64_t>(5e8 / nanoseconds), least, 1000);
+}
+
+template <class... Case>
+void enlist(std::string const& name, double nanoseconds, Case&&... case_and_arguments)
+{
+    benchmark::RegisterBenchmark(name.c_str(), std::forward<Case>(case_and_arguments)...)
+        ->Iterations(rounds(nanoseconds))
+        ->UseManualTime()
+        ->Unit(benchmark::kMicrosecond);
 }
