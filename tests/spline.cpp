@@ -39,6 +39,14 @@ static dense2D<double> airfoil(std::size_t half)
 }
 
 template <std::size_t N>
+static double curvature_at(spline_span<N> const& span, double t)
+{
+    double curvature[1];
+    find_curvatures(span, {t}, curvature);
+    return curvature[0];
+}
+
+template <std::size_t N>
 static void compare_with_differences()
 {
     std::mt19937_64 random(5);
@@ -59,7 +67,7 @@ static void compare_with_differences()
         // Central differences are exact for a cubic but for (step^2) x'''.
         double const step = 1e-4;
         auto const span = spline_coefficients<N>(coords, 0, 1, 2, 3);
-        span_curvature<N> const curvature(span);
+        auto const curvature = [&](double t) { return curvature_at(span, t); };
         for (double const t : {0.0, 0.3, 0.8, 1.0}) {
             auto const first = (at(t + step) - at(t - step)) * (0.5 / step);
             auto const second = (at(t + step) - 2 * at(t) + at(t - step)) * (1 / (step * step));
@@ -111,7 +119,7 @@ TEST(spline_span, kinds)
     EXPECT_GT(norm(spline_coefficients<2>(coords, 4, 1, 2, 3).a3), 0.1);
     auto const at_one_place = spline_coefficients<2>(coords, 0, 1, 4, 3);
     EXPECT_EQ(at_one_place.chord + norm(at_one_place.a1) + norm(at_one_place.a2), 0);
-    EXPECT_EQ(span_curvature<2>(at_one_place)(0.5), largest);
+    EXPECT_EQ(curvature_at(at_one_place, 0.5), largest);
     EXPECT_EQ(span_mean_curvature(at_one_place), largest);
 }
 

@@ -85,7 +85,7 @@ void scale(dense1D<double>& values, double factor)
 
 template <std::size_t N>
 bool sample_spline(guided_chain<N> const& chain, double sample_tolerance, double min_step,
-    double most_deviation, curvature_sizes<N>* sizes, spline_samples& curve)
+    double most_deviation, std::type_identity_t<curvature_sizes<N>>* sizes, spline_samples& curve)
 {
     curve.samples.clear();
     curve.sample_params.clear();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <type_traits>
 
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
@@ -33,6 +34,6 @@ struct spline_samples
 /// `spline_length` then too, unless there is not even storage for the nodes.
 template <std::size_t N>
 [[nodiscard]] bool sample_spline(guided_chain<N> const& chain, double sample_tolerance, double min_step,
-    double most_deviation, curvature_sizes<N>* sizes, spline_samples& curve);
+    double most_deviation, std::type_identity_t<curvature_sizes<N>>* sizes, spline_samples& curve);
 
 } // namespace trelk::vornik1d
