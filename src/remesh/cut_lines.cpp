@@ -44,6 +44,14 @@ int add_break_nodes(dense2D<double> const& coords, old_mesh const& old, remesh_r
     return break_nodes.is_complete() ? 0 : no_storage;
 }
 
+[[nodiscard]] bool list_keys(hbuckets_set const& set, dense1D<unsigned>& keys)
+{
+    if (!keys.reserve(set.keys())) return false;
+    set.for_each([&](unsigned key) { keys.push_back(key); });
+    std::sort(keys.begin(), keys.end());
+    return true;
+}
+
 /// Lowers the sizes at the ends of a chain to its length, and sets those that are given along it.
 template <std::size_t N>
 void set_sizes_along(dense2D<double> const& coords, old_mesh const& old, double min_size,
@@ -70,21 +78,24 @@ void set_sizes_along(dense2D<double> const& coords, old_mesh const& old, double 
 
 } // namespace
 
-int cut(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule, cut_lines& lines)
+int cut(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule, bool lists_break_nodes,
+    cut_lines& lines)
 {
     constexpr std::size_t elements_a_break = 100; // a guess: a break in as many
     std::size_t const hard = old.hard_edges.size();
     std::size_t const breaks = old.connect.cols() / elements_a_break + old.hard_nodes.size() + hard;
-    if (!prepare(lines.break_nodes, breaks) || !prepare(lines.hard_edges, hard)) return no_storage;
+    hbuckets_set break_nodes;
+    if (!prepare(break_nodes, breaks) || !prepare(lines.hard_edges, hard)) return no_storage;
     lines.hard_edges.insert_range(old.hard_edges.begin(), old.hard_edges.end());
     if (!lines.hard_edges.is_complete()) return no_storage;
 
     dense2D<unsigned> neighbors;
     int status = vornik::get_neighbors(old.connect, edge, false, neighbors);
-    if (status >= 0) status = add_break_nodes(coords, old, rule, neighbors, lines.break_nodes);
+    if (status >= 0) status = add_break_nodes(coords, old, rule, neighbors, break_nodes);
     if (status < 0) return status;
+    if (lists_break_nodes && !list_keys(break_nodes, lines.break_nodes)) return no_storage;
     std::size_t const nodes = std::size_t{old.max_node} + 1;
-    return extract_chains(old.connect, neighbors, lines.break_nodes, nodes, lines.chains) ? 0 : no_storage;
+    return extract_chains(old.connect, neighbors, break_nodes, nodes, lines.chains) ? 0 : no_storage;
 }
 
 bool set_node_sizes(

@@ -13,15 +13,16 @@ namespace trelk::vornik1d {
 /// Lines cut into chains, and what the chains are to be meshed by.
 struct cut_lines
 {
-    hbuckets_set break_nodes;
+    dense1D<unsigned> break_nodes; // ascending
     hbuckets_set hard_edges;
     line_chains chains;
     dense1D<double> node_sizes; // by the numbers of old nodes
     dense1D<unsigned> chain_colors;
 };
 
-/// Cuts the lines at break nodes into chains. Returns 0 or the status of the exported function.
-int cut(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule, cut_lines& lines);
+/// Cuts the lines at break nodes into chains; lists these nodes if that is asked for. Returns 0 or the status of the exported function.
+int cut(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule, bool lists_break_nodes,
+    cut_lines& lines);
 
 /// Sets the sizes at the old nodes: the default one, at the ends of chains no more than their lengths; given
 /// sizes win. False without storage.

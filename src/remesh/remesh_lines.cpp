@@ -1,6 +1,5 @@
 #include <vornik1d/vornik1d.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
@@ -17,14 +16,6 @@ namespace trelk::vornik1d {
 
 namespace {
 
-[[nodiscard]] bool list_keys(hbuckets_set const& set, dense1D<unsigned>& keys)
-{
-    if (!keys.reserve(set.keys())) return false;
-    set.for_each([&](unsigned key) { keys.push_back(key); });
-    std::sort(keys.begin(), keys.end());
-    return true;
-}
-
 remesh_rule rule_of(double default_size, bool force_even, double max_angle, double deviation_tolerance,
     double max_gradation, double min_size, unsigned min_elements, unsigned max_elements)
 {
@@ -33,7 +24,7 @@ remesh_rule rule_of(double default_size, bool force_even, double max_angle, doub
         max_angle};
 }
 
-/// Lists that a caller may leave out, as inputs or as results.
+/// Lists that a caller may leave out, as inputs or as results; hard nodes only with colours.
 struct network_lists
 {
     dense1D<double> const& sizes;
@@ -43,22 +34,18 @@ struct network_lists
 };
 
 /// Replaces the lists of a mesh; on false all are as they were.
-[[nodiscard]] bool publish(new_mesh const& mesh, hbuckets_set const& break_nodes, dense2D<unsigned>& connect,
-    network_lists const& lists)
+[[nodiscard]] bool publish(new_mesh const& mesh, dense1D<unsigned> const& break_nodes,
+    dense2D<unsigned>& connect, network_lists const& lists)
 {
-    if (lists.colors) {
-        dense1D<unsigned> keys;
-        if (lists.hard_nodes && !list_keys(break_nodes, keys)) return false;
-        auto const old_colors = *lists.colors;
-        *lists.colors = mesh.colors; // first, since `hard_nodes` may be the same object
-        if (lists.hard_nodes) {
-            if (!lists.hard_nodes->reserve(keys.size())) {
-                *lists.colors = old_colors;
-                return false;
-            }
-            lists.hard_nodes->clear();
-            static_cast<void>(append_values(keys, *lists.hard_nodes)); // there is room
+    dense1D<unsigned> const old_colors = lists.colors ? *lists.colors : dense1D<unsigned>();
+    if (lists.colors) *lists.colors = mesh.colors; // first, since `hard_nodes` may be the same object
+    if (lists.hard_nodes) {
+        if (!lists.hard_nodes->reserve(break_nodes.size())) {
+            *lists.colors = old_colors;
+            return false;
         }
+        lists.hard_nodes->clear();
+        static_cast<void>(append_values(break_nodes, *lists.hard_nodes)); // there is room
     }
     connect.shallow_copy(mesh.connect);
     return true;
@@ -83,7 +70,8 @@ int remesh(
     old_mesh const old{elements, lists.sizes, lists.colors ? *lists.colors : none,
         lists.hard_nodes ? *lists.hard_nodes : none, lists.hard_edges, largest_entry(elements)};
     cut_lines lines;
-    if (int const status = cut(coords, old, rule, lines); status < 0) return status;
+    if (int const status = cut(coords, old, rule, lists.hard_nodes != nullptr, lines); status < 0)
+        return status;
     if (!set_node_sizes(coords, old, rule, lines)) return no_storage;
     if (lists.colors && !set_chain_colors(old, lines)) return no_storage;
 
