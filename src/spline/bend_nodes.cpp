@@ -16,9 +16,12 @@ bool bend_nodes(guided_chain<N> const& chain, dense1D<unsigned>& bends, dense1D<
     bend_params.clear();
     std::size_t const n = chain.count;
     if (!bends.reserve(n, 2) || !bend_params.reserve(n, 2)) return false;
+    unsigned* const nodes = bends.data();
+    double* const params = bend_params.data();
+    std::size_t kept = 0;
     auto const keep = [&](unsigned node, double param) {
-        bends.push_back(node);
-        bend_params.push_back(param);
+        nodes[kept] = node;
+        params[kept++] = param;
     };
 
     keep(chain.nodes[0], 0);
@@ -39,10 +42,10 @@ bool bend_nodes(guided_chain<N> const& chain, dense1D<unsigned>& bends, dense1D<
         square_before = square;
     }
     if (length > 0)
-        for (double& param : bend_params) param *= 1 / length;
+        for (std::size_t k = 0; k < kept; ++k) params[k] *= 1 / length;
     keep(chain.nodes[n - 2], 1);
     keep(chain.nodes[n - 1], 1);
-    return true;
+    return bends.resize(kept) && bend_params.resize(kept); // there is room
 }
 
 template bool bend_nodes(guided_chain<2> const&, dense1D<unsigned>&, dense1D<double>&);

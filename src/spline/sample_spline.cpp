@@ -19,9 +19,7 @@ double sampling_step(spline_span<N> const& span, double sample_tolerance, double
     constexpr double t[] = {0, 0.25, 0.5, 0.75, 1};
     double curvature[5];
     find_curvatures(span, t, curvature);
-    double step = largest;
-    for (double const c : curvature) step = std::min(step, chordal_size(c, sample_tolerance));
-    return std::max(step, min_step);
+    return std::max(least_chordal_size(curvature, sample_tolerance), min_step);
 }
 
 /// Into how many steps of t a span is cut: 2 at least, also where the ratio is no number.
@@ -68,12 +66,11 @@ double append_span(spline_span<N> const& span, std::uint64_t steps, double start
         double const t = static_cast<double>(j) * dt;
         auto const offset = span_offset(span, t);
         auto const area = cross(offset, chord);
-        double square = dot(area, area); // of the distance from the chord
-        if (square != 0) square /= chord_square;
         append(speed * t + start, span.a0 + offset);
-        largest_square = std::max(largest_square, square);
+        largest_square = std::max(largest_square, dot(area, area));
     }
-    return largest_square;
+    // Division by one number keeps the order of values, and the largest in its place.
+    return largest_square != 0 ? largest_square / chord_square : 0; // of the distance from the chord
 }
 
 void scale(dense1D<double>& values, double factor)

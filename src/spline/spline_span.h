@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
@@ -110,8 +111,8 @@ struct guided_chain
     {}
 
     std::size_t spans() const { return count - 3; }
-    double const* point(std::size_t i) const { return points + ld * nodes[i]; }
-    spline_chord<N> chord(std::size_t i) const { return {point(i), point(i + 1)}; }
+    VORNIK1D_INLINE double const* point(std::size_t i) const { return points + ld * nodes[i]; }
+    VORNIK1D_INLINE spline_chord<N> chord(std::size_t i) const { return {point(i), point(i + 1)}; }
 };
 
 /// The spans of a spline in order. No chord is measured more than once.
@@ -214,9 +215,20 @@ double span_arc_length(spline_span<N> const& span)
 /// sagitta, a negative one is -e. `largest` where the curvature is not positive, or e is 1 or more.
 inline double chordal_size(double curvature, double tolerance)
 {
-    if (!(curvature > 0)) return largest;
     double const e = tolerance >= 0 ? curvature * tolerance : -tolerance;
-    return e >= 1 ? largest : std::sqrt((2 - e) * e * 4) * (1 / curvature);
+    double const size = std::sqrt((2 - e) * e * 4) * (1 / curvature);
+    return curvature > 0 && !(e >= 1) ? size : largest; // chosen at the end: no branch in a loop
+}
+
+/// The least of them at M curvatures.
+template <std::size_t M>
+double least_chordal_size(double const (&curvature)[M], double tolerance)
+{
+    double size[M];
+    for (std::size_t i = 0; i < M; ++i) size[i] = chordal_size(curvature[i], tolerance);
+    double least = largest;
+    for (double const s : size) least = std::min(least, s); // a NaN is none
+    return least;
 }
 
 } // namespace trelk::vornik1d
