@@ -23,29 +23,28 @@ public:
     {
         tolerance_ = tolerance;
         chord_before_ = 0;
-        sizes_.clear();
-        return sizes_.reserve(nodes, 2);
+        at_ = 0;
+        return sizes_.reserve(nodes, 2) && sizes_.resize(nodes);
     }
 
     void add(spline_span<N> const& span)
     {
         double const size = chordal_size(span_mean_curvature(span), tolerance_);
         double const chords = span.chord + chord_before_;
-        if (sizes_.empty()) {
-            sizes_.push_back(size);
-            sizes_.push_back(size);
-        } else if (chords > 0 && size < largest && size_before_ < largest)
-            sizes_.push_back((size * span.chord + size_before_ * chord_before_) / chords);
-        else
-            sizes_.push_back(largest);
+        bool const has_mean = chords > 0 && size < largest && size_before_ < largest;
+        if (at_ == 0) {
+            sizes_[at_++] = size;
+            sizes_[at_++] = size;
+        } else
+            sizes_[at_++] = has_mean ? (size * span.chord + size_before_ * chord_before_) / chords : largest;
         size_before_ = size;
         chord_before_ = span.chord;
     }
 
     void finish()
     {
-        sizes_.push_back(size_before_);
-        sizes_.push_back(size_before_);
+        sizes_[at_++] = size_before_;
+        sizes_[at_++] = size_before_;
     }
 
     /// Adds all spans of a chain. False without storage.
@@ -60,6 +59,7 @@ public:
 
 private:
     dense1D<double>& sizes_;
+    std::size_t at_ = 0;
     double tolerance_ = 0;
     double size_before_ = 0;
     double chord_before_ = 0;

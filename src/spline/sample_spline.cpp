@@ -27,8 +27,9 @@ std::uint64_t count_steps(double length, double step)
 {
     constexpr std::uint64_t too_many = unlimited + 1;
     if (step >= largest) return 2;
-    double const count = std::ceil(length / step);
-    if (!(count > 2)) return 2;
+    double const ratio = length / step;
+    if (!(ratio > 2)) return 2;
+    double const count = std::ceil(ratio);
     return count < static_cast<double>(too_many) ? static_cast<std::uint64_t>(count) : too_many;
 }
 
@@ -86,13 +87,15 @@ bool sample_spline(guided_chain<N> const& chain, double sample_tolerance, double
 {
     curve.samples.clear();
     curve.sample_params.clear();
-    curve.node_params.clear();
-    curve.node_samples.clear();
     curve.spline_length = curve.deviation = 0;
     std::size_t const nodes = chain.spans() + 1;
     if (!curve.node_params.reserve(nodes, 2) || !curve.node_samples.reserve(nodes, 2) ||
         !make_samples<N>(2 * nodes - 1, curve))
         return false;
+    static_cast<void>(curve.node_params.resize(nodes)); // there is room
+    static_cast<void>(curve.node_samples.resize(nodes));
+    double* const node_params = curve.node_params.data();
+    unsigned* const node_samples = curve.node_samples.data();
 
     double largest_square = 0;
     double& length = curve.spline_length;
@@ -108,11 +111,14 @@ bool sample_spline(guided_chain<N> const& chain, double sample_tolerance, double
             std::size_t const first = curve.sample_params.size();
             has_room = make_samples<N>(first + steps + 1, curve);
             if (has_room) {
-                curve.node_params.push_back(length);
-                curve.node_samples.push_back(static_cast<unsigned>(first));
-                largest_square = std::max(largest_square, append_span(span, steps, length, curve));
-                curve.deviation = std::sqrt(largest_square);
-                is_of_use = !(curve.deviation > most_deviation);
+                node_params[k] = length;
+                node_samples[k] = static_cast<unsigned>(first);
+                double const square = append_span(span, steps, length, curve);
+                if (square > largest_square) {
+                    largest_square = square;
+                    curve.deviation = std::sqrt(square);
+                    is_of_use = !(curve.deviation > most_deviation);
+                }
                 if (is_of_use && sizes) sizes->add(span);
             }
         }
@@ -125,9 +131,9 @@ bool sample_spline(guided_chain<N> const& chain, double sample_tolerance, double
         scale(curve.node_params, 1 / length);
     }
     if (sizes) sizes->finish();
-    curve.node_samples.push_back(static_cast<unsigned>(curve.sample_params.size()));
-    curve.node_params.push_back(1);
-    curve.sample_params.push_back(1);
+    node_samples[nodes - 1] = static_cast<unsigned>(curve.sample_params.size());
+    node_params[nodes - 1] = 1;
+    curve.sample_params.push_back(1); // there is room
     return append_point(vector_at<N>(chain.point(nodes)), curve.samples);
 }
 
