@@ -81,8 +81,7 @@ template <std::size_t N>
 VORNIK1D_INLINE void normalize(vector<N>& v)
 {
     double const square = dot(v, v);
-    if (square == 0 || square == 1) return;
-    double const length = std::sqrt(square);
+    double const length = square == 0 ? 1 : std::sqrt(square);
     for (double& x : v.values) x /= length;
 }
 

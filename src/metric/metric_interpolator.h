@@ -26,9 +26,11 @@ struct metric_interpolator
     /// False where the pair cannot be reduced.
     [[nodiscard]] bool build(tensor<N> const& m0, tensor<N> const& m1)
     {
-        *this = {};
         reduced_pair<N> pair;
-        if (!reduce_metric_pair(m0, m1, pair)) return false;
+        if (!reduce_metric_pair(m0, m1, pair)) {
+            *this = {};
+            return false;
+        }
         for (std::size_t i = 0; i < N; ++i) {
             p[i] = pair.p[i];
             a0[i] = quadratic_form(m0.values, p[i]);
@@ -49,7 +51,7 @@ struct metric_interpolator
     }
 
     /// The tensor at position u, 0 <= u <= 1, from M0 to M1.
-    tensor<N> evaluate(double u) const
+    VORNIK1D_INLINE tensor<N> evaluate(double u) const
     {
         vector<N> d;
         for (std::size_t i = 0; i < N; ++i) d[i] = (h1[i] - h0[i]) * u + h0[i];

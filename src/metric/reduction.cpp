@@ -6,48 +6,6 @@
 
 namespace trelk::vornik1d {
 
-namespace {
-
-template <std::size_t N>
-void scale(vector<N>& values, double factor)
-{
-    if (factor == 1) return;
-    for (double& v : values.values) v *= factor;
-}
-
-template <std::size_t N>
-void divide(vector<N>& v, double divisor)
-{
-    for (double& x : v.values) x /= divisor;
-}
-
-} // namespace
-
-bool reduce_metric_pair(tensor<2> const& m0, tensor<2> const& m1, reduced_pair<2>& pair)
-{
-    auto const [a, b, c] = m0.values;
-    auto const [e, f, g] = m1.values;
-    double const determinant = a * c - b * b;
-    if (a == 0 || !(determinant > 0)) return false;
-
-    // With T of columns (s, 0) and (-b, a), T^T M0 T is a * determinant times the identity; B = T^T M1 T.
-    double const s = std::sqrt(determinant);
-    double const b00 = e * determinant;
-    double const b01 = (a * f - e * b) * s;
-    double const b11 = a * a * g - (2 * a * f - e * b) * b;
-    eigen_system<2> system;
-    if (!symmetric_eigen_2d(b00, b01, b11, false, system)) return false;
-
-    pair.lambda = system.values;
-    scale(pair.lambda, 1 / (determinant * a));
-    for (std::size_t i = 0; i < 2; ++i) {
-        vector<2> const& w = system.vectors[i];
-        pair.p[i] = {s * w[0] - b * w[1], a * w[1]};
-        normalize(pair.p[i]);
-    }
-    return true;
-}
-
 bool cholesky_factor_3d(tensor<3> const& m, tensor<3>& u)
 {
     double const m00 = m(0, 0);
@@ -101,14 +59,6 @@ bool reduce_metric_pair(tensor<3> const& m0, tensor<3> const& m1, reduced_pair<3
         normalize(pair.p[i]);
     }
     return true;
-}
-
-void dual_basis(vector<2> const (&p)[2], vector<2> (&q)[2])
-{
-    double const determinant = p[0][0] * p[1][1] - p[0][1] * p[1][0];
-    q[0] = {p[1][1], -p[1][0]};
-    q[1] = {-p[0][1], p[0][0]};
-    for (auto& v : q) divide(v, determinant);
 }
 
 void dual_basis(vector<3> const (&p)[3], vector<3> (&q)[3])

@@ -14,32 +14,30 @@ constexpr double largest = 1.7976931348623157e308; // stands for an unlimited si
 /// Turns eigenvalues into sizes, in place. 0, and a negative value that is rounding of the largest one, have
 /// an unlimited size; another negative value gives NaN.
 template <std::size_t N>
-void inverse_sqrt_guarded(vector<N>& values)
+VORNIK1D_INLINE void inverse_sqrt_guarded(vector<N>& values)
 {
     double const highest = *std::max_element(values.values, values.values + N);
-    for (double& v : values.values) {
-        if (v == 0 || (v < 0 && -v < highest * 1e-12))
-            v = largest;
-        else if (v == largest)
-            v = 0;
-        else
-            v = 1 / std::sqrt(v);
+    double const rounding = highest * 1e-12;
+    for (double& v : values.values) { // without branches: several at a time
+        bool const is_unlimited = v == 0 || (v < 0 && -v < rounding);
+        double const size = v == largest ? 0 : 1 / std::sqrt(v);
+        v = is_unlimited ? largest : size;
     }
 }
 
 /// 1/h^2, kept from overflow: `largest` for sizes below 2^-511 (NaN included), 0 for those whose square is
 /// beyond a double.
-inline double inverse_square_guarded(double h)
+VORNIK1D_INLINE double inverse_square_guarded(double h)
 {
     constexpr double small_root = 1.4916681462400413e-154;
     constexpr double large_root = 1.3407807929942596e+154;
-    if (!(h >= small_root)) return largest;
-    return h > large_root ? 0 : 1 / (h * h);
+    double const value = h > large_root ? 0 : 1 / (h * h);
+    return h >= small_root ? value : largest;
 }
 
 /// Turns sizes into eigenvalues, in place.
 template <std::size_t N>
-void inverse_square_guarded(vector<N>& values)
+VORNIK1D_INLINE void inverse_square_guarded(vector<N>& values)
 {
     for (double& v : values.values) v = inverse_square_guarded(v);
 }

@@ -19,7 +19,7 @@ template <std::size_t N>
 constexpr std::size_t packed_rows = N*(N + 1) / 2;
 
 template <std::size_t N>
-tensor<N> tensor_at(double const* column)
+VORNIK1D_INLINE tensor<N> tensor_at(double const* column)
 {
     tensor<N> m;
     for (std::size_t k = 0; k < packed_rows<N>; ++k) m[k] = column[k];
@@ -28,7 +28,7 @@ tensor<N> tensor_at(double const* column)
 
 /// d^T M d, summed in the order of the packed entries: the squared length of d in the metric M.
 template <std::size_t N>
-double quadratic_form(double const* m, vector<N> const& d)
+VORNIK1D_INLINE double quadratic_form(double const* m, vector<N> const& d)
 {
     double sum = 0;
     for (std::size_t j = 0, k = 0; j < N; ++j) {
@@ -40,7 +40,7 @@ double quadratic_form(double const* m, vector<N> const& d)
 
 /// The sum of values_i z_i z_i^T.
 template <std::size_t N>
-tensor<N> recompose_metric(vector<N> const& values, vector<N> const (&z)[N])
+VORNIK1D_INLINE tensor<N> recompose_metric(vector<N> const& values, vector<N> const (&z)[N])
 {
     tensor<N> m{};
     for (std::size_t e = 0; e < N; ++e)

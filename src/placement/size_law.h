@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "arrays/vectors.h"
 #include "rules.h"
 
 // The law that the library is built on: between two points with target sizes h0 and h1 the size varies
@@ -25,7 +26,7 @@ constexpr double closed_form_limit = -0.01;
 constexpr double equal_sizes_limit = -1e-12;
 
 /// Mean of 1/h on a segment where h runs linearly from h0 to h1; 0 when the smaller of them is 0.
-inline double mean_inverse_size(double h0, double h1)
+VORNIK1D_INLINE double mean_inverse_size(double h0, double h1)
 {
     double const lo = std::min(h0, h1);
     double const hi = std::max(h0, h1);
@@ -63,7 +64,7 @@ public:
     }
 
     /// A position in [0, 1] for t in [0, 1]. The computation runs from the larger size to the smaller one.
-    double position(double t) const
+    VORNIK1D_INLINE double position(double t) const
     {
         if (form_ == form::linear || t == 0 || t == 1) return t;
 
