@@ -76,13 +76,14 @@ TEST(allocation_failures, leave_a_network_as_it_was)
                 dense2D<unsigned> connect;
                 auto colors = nodes({1, 1, 2});
                 auto hard_nodes = nodes({7, 9});
+                auto const hard_edges = nodes({20});
                 ASSERT_EQ(vornik1d::indices_to_connectE2(nodes_up_to(31), connect), 0);
                 auto const before = std::tuple(
                     values_of(coords), values_of(connect), values_of(colors), values_of(hard_nodes));
                 int status = 0;
                 {
                     failing_allocations const failing(number, which);
-                    status = vornik1d::remesh_lines(coords, connect, 0.2, {}, colors, hard_nodes, nodes({20}),
+                    status = vornik1d::remesh_lines(coords, connect, 0.05, {}, colors, hard_nodes, hard_edges,
                         false, 40, tolerance, 0.3, 0.01, 1, no_limit);
                     if (!failing_allocations::have_failed()) break;
                 }
@@ -90,7 +91,93 @@ TEST(allocation_failures, leave_a_network_as_it_was)
                 auto const after = std::tuple(
                     values_of(coords), values_of(connect), values_of(colors), values_of(hard_nodes));
                 ASSERT_EQ(before == after, status != 0) << number;
+                if (status != 0) continue;
+                EXPECT_EQ(values_of(hard_nodes), (std::vector<unsigned>{0, 2, 7, 9, 14, 15, 20, 21, 30}));
+                EXPECT_NE(values_of(connect), std::get<1>(before)) << number;
             }
+}
+
+TEST(allocation_failures, leave_no_node_without_its_place)
+{
+    for (bool const by_tensors : {false, true})
+        for (extent const which : {extent::one, extent::all_behind})
+            for (std::size_t number = 0;; ++number) {
+                meshing m = chain_of(columns({{0, 0}, {1, 1}}), 0.1);
+                if (by_tensors) m.use_tensors();
+                int status = 0;
+                {
+                    failing_allocations const failing(number, which);
+                    status = m.run();
+                    if (!failing_allocations::have_failed()) break;
+                }
+                if (status != 0) continue;
+                auto const elements = static_cast<double>(m.elements());
+                for (std::size_t j = 2; j < m.coords.cols(); ++j)
+                    ASSERT_NEAR(m.coords(0, j) * elements, static_cast<double>(j - 1), 1e-9) << number;
+            }
+}
+
+TEST(allocation_failures, of_lists_that_are_one_object)
+{
+    int refused = 0;
+    for (extent const which : {extent::one, extent::all_behind})
+        for (std::size_t number = 0;; ++number) {
+            meshing m = spline_of(arc(5, 2), 0.01);
+            auto values = reals({1, 2, 3});
+            auto const before = m.untouched();
+            int status = 0;
+            {
+                failing_allocations const failing(number, which);
+                status = vornik1d::mesh_spline(m.coords, m.indices, m.sizes, false, 1, no_limit, 0, 0, 0, 0,
+                    m.out_indices, values, values, m.deviation);
+                if (!failing_allocations::have_failed()) break;
+            }
+            EXPECT_EQ(values.size(), status == 0 ? 3 + 2 * m.mesh().size() : 3) << number;
+            if (status == 0) continue;
+            EXPECT_EQ(m.untouched(), before) << number;
+            ++refused;
+        }
+    for (extent const which : {extent::one, extent::all_behind})
+        for (std::size_t number = 0;; ++number) {
+            auto values = reals({1, 9});
+            dense1D<unsigned> new_indices;
+            auto const ends = nodes({0, 1});
+            failing_allocations const failing(number, which);
+            int const status = vornik1d::subdivide(values, values, ends, false, false, 50, 50, new_indices);
+            if (!failing_allocations::have_failed()) break;
+            if (status == 0) continue;
+            EXPECT_EQ(values.size() + new_indices.size(), 2U) << number;
+            ++refused;
+        }
+    EXPECT_GT(refused, 20);
+}
+
+TEST(allocation_failures, lose_no_break_node)
+{
+    // Corners whose numbers share a bucket in a set that has to grow.
+    constexpr unsigned stride = 97;
+    constexpr unsigned corners = 100;
+    dense2D<double> coords;
+    dense1D<unsigned> chain;
+    dense2D<unsigned> connect;
+    ASSERT_TRUE(coords.resize(2, std::size_t{stride} * corners, 0.0));
+    for (unsigned k = 0; k < corners; ++k) {
+        unsigned const node = stride * k;
+        chain.push_back(node);
+        coords(0, node) = k, coords(1, node) = k % 2;
+    }
+    ASSERT_EQ(vornik1d::indices_to_connectE2(chain, connect), 0);
+    for (extent const which : {extent::one, extent::five})
+        for (std::size_t number = 0; number < 60; ++number) {
+            auto new_coords = coords;
+            auto new_connect = connect;
+            dense1D<unsigned> colors, hard_nodes;
+            failing_allocations const failing(number, which);
+            int const status = vornik1d::remesh_lines(
+                new_coords, new_connect, 9, {}, colors, hard_nodes, {}, false, 40, 0, 0, 0, 1, no_limit);
+            ASSERT_TRUE(status == 0 || status == -199) << status;
+            EXPECT_EQ(hard_nodes.size(), status == 0 ? corners : 0U) << number;
+        }
 }
 
 TEST(allocation_failures, of_sets_that_outgrow_their_plan)

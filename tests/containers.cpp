@@ -72,6 +72,17 @@ TEST(containers, refuse_what_storage_or_arithmetic_cannot_hold)
     EXPECT_EQ(copy.cols(), SIZE_MAX);
 }
 
+TEST(containers, take_less_where_they_cannot_double)
+{
+    auto a = reals({1, 2, 3, 4});
+    std::size_t const room = a.room();
+    ASSERT_TRUE(a.resize(room, 5));
+    failing_allocations const failing(0, failing_allocations::extent::one);
+    EXPECT_TRUE(a.push_back(6));
+    EXPECT_TRUE(failing_allocations::have_failed());
+    EXPECT_EQ(a[room], 6);
+}
+
 TEST(dense2D, resizing_agrees_with_a_list_of_columns)
 {
     std::mt19937 random(7);

@@ -419,6 +419,23 @@ TEST(remesh_lines, takes_a_failed_mesh_back)
     EXPECT_EQ(values_of(held.connect), values_of(r.connect)); // numbered in the same way
 }
 
+TEST(remesh_lines, takes_a_spline_that_strays_by_the_tolerance_but_by_no_more)
+{
+    auto const points = columns({{0, 0}, {1, 0}, {2, 0.3}, {3, 0.9}, {4, 1}});
+    meshing spline = spline_of(points, 0.4);
+    spline.deviation_tolerance = 1, spline.min_size = 9; // two samples a span, whatever the tolerance
+    ASSERT_EQ(spline.run(), 0);
+    for (bool const is_less : {false, true}) {
+        remeshing r;
+        ASSERT_TRUE(r.coords.copy(points));
+        ASSERT_EQ(vornik1d::indices_to_connectE2(nodes_up_to(5), r.connect), 0);
+        r.sizes = dense1D<double>(5, 0.4), r.min_size = 9;
+        r.deviation_tolerance = is_less ? std::nextafter(spline.deviation, 0) : spline.deviation;
+        ASSERT_EQ(r.run(), 0);
+        EXPECT_EQ(values_of(r.coords) != values_of(spline.coords), is_less);
+    }
+}
+
 TEST(remesh_lines, hands_chains_with_their_guides_to_the_spline)
 {
     for (bool const is_closed : {false, true}) {

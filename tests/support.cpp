@@ -27,8 +27,16 @@ bool must_fail()
 {
     if (!now.is_on) return false;
     std::size_t const number = now.count++;
-    return number == now.first ||
-           (number > now.first && now.which == failing_allocations::extent::all_behind);
+    if (number < now.first) return false;
+    switch (now.which) {
+    case failing_allocations::extent::one:
+        return number == now.first;
+    case failing_allocations::extent::five:
+        return number < now.first + 5;
+    case failing_allocations::extent::all_behind:
+        break;
+    }
+    return true;
 }
 
 } // namespace

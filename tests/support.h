@@ -106,11 +106,12 @@ meshing chain_of(trelk::dense2D<double> const& coords, double size);
 /// or one closed from the last to the first.
 meshing spline_of(trelk::dense2D<double> const& coords, double size, bool is_closed = false);
 
-/// While one stands, allocation number `first` of this thread and all behind it fail, or that one alone.
+/// While one stands, allocation number `first` of this thread fails: alone, with the four behind it (a list that
+/// grows tries more than once), or with all behind it.
 class failing_allocations
 {
 public:
-    enum class extent { one, all_behind };
+    enum class extent { one, five, all_behind };
 
     failing_allocations(std::size_t first, extent which);
     failing_allocations(failing_allocations const&) = delete;

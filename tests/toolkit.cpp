@@ -39,6 +39,16 @@ TEST(toolkit, usable_targets_are_positive_and_finite)
         EXPECT_FALSE(vornik::are_valid_metrics(columns({bad}))) << testing::PrintToString(bad);
 }
 
+TEST(toolkit, the_lower_of_two_bounds_counts)
+{
+    for (auto const& [first, second] : {std::pair(0.5, 2.0), {2.0, 0.5}}) {
+        symmetric_fixed<double, 2> metric{0.01, 0, 100}; // sizes 10 and 0.1
+        vornik::bound_metric(metric, first, second);
+        EXPECT_DOUBLE_EQ(metric[0], 4);
+        EXPECT_DOUBLE_EQ(metric[2], 100);
+    }
+}
+
 TEST(toolkit, refuses_what_is_no_line_mesh)
 {
     auto const edge = vornik::element_type::edge;
