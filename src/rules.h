@@ -41,18 +41,18 @@ struct remesh_rule : spline_rule
     double max_angle = 0;
 };
 
-/// The tolerance of a polyline: the largest double, of either sign, and a NaN stand for none.
+/// The tolerance of a polyline: the largest double, of either sign, stands for none. A NaN, which is neither
+/// positive nor negative, does so by itself.
 inline double line_tolerance(double deviation_tolerance)
 {
-    bool const is_off = std::isnan(deviation_tolerance) || std::abs(deviation_tolerance) == largest;
-    return is_off ? 0 : deviation_tolerance;
+    return std::abs(deviation_tolerance) == largest ? 0 : deviation_tolerance;
 }
 
-/// The tolerance of a spline: 0, the negated largest double and a NaN stand for none.
+/// The tolerance of a spline: 0 and a NaN stand for none. The negated largest double, as all below -10, bounds
+/// nothing by itself.
 inline double spline_tolerance(double deviation_tolerance)
 {
-    bool const is_off =
-        deviation_tolerance == 0 || deviation_tolerance == -largest || std::isnan(deviation_tolerance);
+    bool const is_off = deviation_tolerance == 0 || std::isnan(deviation_tolerance);
     return is_off ? largest : deviation_tolerance;
 }
 

@@ -44,6 +44,7 @@ bool must_fail()
 failing_allocations::failing_allocations(std::size_t first, extent which) { now = {true, 0, first, which}; }
 failing_allocations::~failing_allocations() { now.is_on = false; }
 bool failing_allocations::have_failed() { return now.count > now.first; }
+std::size_t failing_allocations::count() { return now.count; }
 
 // The linker sends the calls of library and tests here (--wrap).
 extern "C" {

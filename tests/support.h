@@ -120,4 +120,7 @@ public:
 
     /// True when there was an allocation to fail.
     static bool have_failed();
+
+    /// Allocations since the last one of these was made, failed ones included.
+    static std::size_t count();
 };

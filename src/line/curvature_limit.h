@@ -6,7 +6,6 @@
 #include <vornik1d/vornik1d.h>
 
 #include "measure/chain_curvatures.h"
-#include "metric/sizes.h"
 #include "placement/line.h"
 #include "rules.h"
 
@@ -26,7 +25,7 @@ template <class Targets>
     for_each_curvature<Targets::dimension>(
         chain.count, [&](std::size_t k) { return chain.point(k); },
         [&](std::size_t k, double curvature) {
-            double const limit = curvature > 0 ? size_at_unit_curvature / curvature : largest;
+            double const limit = size_at_unit_curvature / curvature; // infinite on a straight line
             double* const target = bounded.data() + Targets::width * k;
             Targets::copy(chain.target(k), target);
             Targets::bound(target, rule.min_size > limit ? rule.min_size : limit);

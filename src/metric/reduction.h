@@ -38,7 +38,7 @@ VORNIK1D_INLINE void divide(vector<N>& v, double divisor)
     auto const [a, b, c] = m0.values;
     auto const [e, f, g] = m1.values;
     double const determinant = a * c - b * b;
-    if (a == 0 || !(determinant > 0)) return false;
+    if (!(determinant > 0)) return false; // as it is for a = 0
 
     // With T of columns (s, 0) and (-b, a), T^T M0 T is a * determinant times the identity; B = T^T M1 T.
     double const s = std::sqrt(determinant);

@@ -62,8 +62,6 @@ struct subdivision
     if (!can_be_numbered(base + added)) return false;
 
     auto const params_before = params;
-    auto const sizes_before = sizes;
-    auto const indices_before = new_indices;
     if (make_room(params, added) && make_room(sizes, added) && make_room(new_indices, added + 2) &&
         append_values(line.added_params, params) && append_values(line.added_sizes, sizes)) {
         new_indices.push_back(first);
@@ -71,9 +69,8 @@ struct subdivision
         new_indices.push_back(last);
         return true;
     }
-    params = params_before;
-    sizes = sizes_before;
-    new_indices = indices_before;
+    params =
+        params_before; // once there is room for each, nothing fails but sizes that are one object with them
     return false;
 }
 

@@ -115,7 +115,8 @@ template <class Targets>
 [[nodiscard]] bool publish(line_mesh<Targets> const& mesh, dense1D<unsigned>& out_indices,
     dense1D<double>& out_params, typename Targets::list& out_targets) noexcept
 {
-    line_mesh<Targets> const before{out_indices, out_params, out_targets};
+    dense1D<unsigned> const indices_before = out_indices;
+    typename Targets::list const targets_before = out_targets;
     std::size_t const added = mesh.nodes.size();
     auto const has_room = [added](auto& list) { return !list.data() || make_room(list, added); };
     if ((!out_targets.data() || Targets::make_room(out_targets, added)) && has_room(out_indices) &&
@@ -124,9 +125,9 @@ template <class Targets>
         hand_over(mesh.params, out_params, append_values))
         return true;
 
-    out_indices = before.nodes;
-    out_params = before.params;
-    out_targets = before.targets;
+    // Once there is room for each, nothing fails but parameters that are one object with the targets.
+    out_indices = indices_before;
+    out_targets = targets_before;
     return false;
 }
 

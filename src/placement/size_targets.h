@@ -17,8 +17,7 @@ template <std::size_t N>
 struct size_targets
 {
     static constexpr std::size_t dimension = N;
-    static constexpr std::size_t width = 1;   // values per target
-    static constexpr int gradation_mode = -1; // of the toolkit's rule of growth
+    static constexpr std::size_t width = 1; // values per target
     using list = dense1D<double>;
 
     static std::size_t ld(list const&) noexcept { return width; }

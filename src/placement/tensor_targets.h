@@ -27,7 +27,6 @@ struct tensor_targets
 {
     static constexpr std::size_t dimension = N;
     static constexpr std::size_t width = packed_rows<N>; // values per target
-    static constexpr int gradation_mode = 0;             // of the toolkit's rule of growth
     using list = dense2D<double>;
 
     static std::size_t ld(list const& metrics) noexcept { return metrics.ld(); }

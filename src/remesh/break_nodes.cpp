@@ -41,10 +41,11 @@ void find_break_nodes(dense2D<double> const& coords, dense2D<unsigned> const& co
 
         unsigned const c = connect(0, next);
         unsigned const d = connect(1, next);
-        bool const is_head_to_head = d == b;
-        if (is_head_to_head) break_nodes.insert(b);
-        if (c == a) break_nodes.insert(a);
-        if (is_head_to_head || c == a) continue;
+        if (c == a) break_nodes.insert(a); // the two begin and end together
+        if (d == b) {                      // head to head
+            break_nodes.insert(b);
+            continue;
+        }
 
         auto const u = edge_vector<N>(coords.col(a), coords.col(b));
         auto const v = edge_vector<N>(coords.col(c), coords.col(d));

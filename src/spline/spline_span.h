@@ -36,7 +36,7 @@ struct spline_chord
     VORNIK1D_INLINE spline_chord(double const* from, double const* to)
         : d(edge_vector<N>(from, to)), unit(d), length(dot(d, d))
     {
-        if (length == 0 || length == 1) return;
+        if (length == 0) return;
         length = std::sqrt(length);
         unit = d * (1 / length);
     }

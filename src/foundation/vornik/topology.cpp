@@ -104,7 +104,7 @@ int get_colors_boundaries(dense2D<unsigned> const& connect, dense2D<unsigned> co
     for (std::size_t e = 0; e < connect.cols(); ++e)
         for (std::size_t i = 0; i < 2; ++i) {
             unsigned const other = neighbors(1 - i, e);
-            if (other == none || other < e) continue; // each pair once
+            if (other == none) continue;
             unsigned const color = color_of(colors, e);
             unsigned const other_color = color_of(colors, other);
             bool const meet = color != other_color && color != none && other_color != none;
