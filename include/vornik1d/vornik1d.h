@@ -61,7 +61,8 @@ constexpr int no_storage = -199;
 ///     that node. Distance is measured from the infinite line through the element that covers the node's
 ///     parameter value, so a spike along that line goes unseen. `min_elements` and `max_elements` do not bind
 ///     the new mesh, `force_even` does. A mesh that has `max_elements` elements or more before this stage is
-///     left as it is. Where more elements do not bring the mesh nearer, it is split after a thousand trials.
+///     left as it is. A part that more elements do not bring nearer is split after a thousand trials, or
+///     after fewer when such trials have made ten million elements along the line.
 ///
 /// @param[in,out] coords  d x n, d = 2 or 3: node positions, in length units of the model. New nodes are
 ///                 appended as columns; the old ones stay as they are.
@@ -89,14 +90,14 @@ constexpr int no_storage = -199;
 ///         -6: `min_elements` is 0 or above `max_elements`;
 ///         -199: no storage, or more nodes than 32-bit numbers can name.
 ///
-/// A lack of storage within the placement of nodes or the measuring of curvatures is not reported: the result
-/// is 0, and the mesh may be coarser than its sizes ask for, down to the chord from the first node to the
-/// last.
+/// A count of new nodes that, with the columns of `coords`, 32-bit numbers cannot name gives -199 before anything
+/// is placed. A lack of memory for the parameters and sizes of new nodes is not reported: the result is 0, and
+/// the mesh may be coarser than its sizes ask for, down to the chord from the first node to the last.
 ///
-/// Cost: linear in chain plus mesh for each placement, and a binary search per node to move it back onto the
-/// chain. There are usually two placements; there is one more as long as the number of nodes falls, as it can
+/// Cost: linear in chain plus mesh for each placement. There are usually two placements; there is one more as long as the number of nodes falls, as it can
 /// many times over for targets that differ widely from entry to entry. Under a positive tolerance, all that
-/// again for each part that is meshed anew. Memory is linear in chain plus mesh.
+/// again for each part that is meshed anew. Peak memory is about 1.3 times chain plus mesh, and the number of
+/// allocations grows with the logarithm of their sizes.
 [[nodiscard]] VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& params, dense1D<double> const& sizes, bool force_even, unsigned min_elements,
     unsigned max_elements, double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices,
@@ -169,9 +170,8 @@ constexpr int no_storage = -199;
 ///         -1: `coords` has neither 2 nor 3 rows (tested last);
 ///         -2: one chain entry, or one that is no column of `coords`;
 ///         -3: `sizes` has fewer values than the chain, or one that is not positive and finite;
-///         -199: no storage.
-/// On a failure `coords` and `out_indices` are as they were. A lack of storage within the placement of nodes
-/// is not reported: the segment is one element then.
+///         -199: no storage, or more nodes than 32-bit numbers can name.
+/// On a failure `coords` and `out_indices` are as they were.
 ///
 /// Cost: linear in chain plus mesh.
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
@@ -300,11 +300,10 @@ constexpr int no_storage = -199;
 ///         -5: `min_elements` is 0 or above `max_elements`;
 ///         -8: `min_size` is negative or NaN;
 ///         -199: no storage, or more samples or nodes than 32-bit numbers can name.
-/// On a failure all arguments but `deviation` are as they were. A lack of storage within the placement of
-/// nodes is not reported: the mesh is a single element then.
+/// On a failure all arguments but `deviation` are as they were. A lack of memory for the parameters and sizes of
+/// new nodes is not reported: the mesh is a single element then.
 ///
-/// Cost: linear in chain, samples and mesh, and a binary search for each sample; memory is linear in the
-/// same.
+/// Cost and memory: linear in chain, samples and mesh.
 [[nodiscard]] VORNIK1D_API int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& sizes, bool force_even, unsigned min_elements, unsigned max_elements,
     double deviation_tolerance, double min_size, double default_size, double max_gradation,
@@ -350,7 +349,7 @@ constexpr int no_storage = -199;
 ///         -3: `new_params` decreases, or leaves the range of `params`;
 ///         -199: no storage.
 ///
-/// One binary search per new value, on what is left of `params`.
+/// Cost: linear in old and new values.
 [[nodiscard]] VORNIK1D_API int interpolate_metrics(dense1D<double> const& params,
     dense1D<double> const& sizes, dense1D<double> const& new_params, dense1D<double>& new_sizes) noexcept;
 
@@ -468,7 +467,7 @@ constexpr int no_storage = -199;
 ///
 /// A node number that is no column of `coords` is passed over, and an empty chain moves nothing; both give 0.
 ///
-/// One binary search per node, on what is left of the chain. No allocation.
+/// Cost: linear in chain and nodes. No allocation.
 [[nodiscard]] VORNIK1D_API int interpolate_coordinates(dense2D<double>& coords,
     dense1D<unsigned> const& indices, dense1D<double> const& params, dense1D<unsigned> const& new_indices,
     dense1D<double> const& new_params) noexcept;
@@ -787,16 +786,16 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 ///         -7: an entry of `hard_edges` is no column of `connect`;
 ///         -9, -11, -12: `max_angle`, `max_gradation`, `min_size` is negative or NaN;
 ///         -13: `min_elements` is above `max_elements`;
-///         -199: no storage;
+///         -199: no storage, or more nodes than 32-bit numbers can name;
 ///         or that of the mesher that failed on a chain, which may be one of these: -1 or -2 for positions
 ///         that are not finite, -2 also for a chain of length 0 under a `deviation_tolerance` of 0, -3 for a
 ///         size that is 0 or not finite at one of its nodes (also at the ends of a chain of length 0 without
 ///         `min_size`), -5 for a `min_elements` of 0.
 /// On a failure all arguments are as they were.
 ///
-/// Cost: linear in elements and node numbers, plus that of the meshers. Memory is linear in old plus new mesh
-/// and the samples of the longest spline, also of one that is dropped; `min_size` bounds these, see
-/// `mesh_spline`.
+/// Cost: linear in elements and node numbers, plus that of the meshers. Peak memory is about 1.6 times old plus
+/// new mesh, and what the longest chain needs: its samples, if it is meshed as a spline, which `min_size`
+/// bounds, see `mesh_spline`. The number of allocations does not depend on that of chains.
 [[nodiscard]] VORNIK1D_API int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
     double default_size, dense1D<double> const& sizes, dense1D<unsigned>& colors,
     dense1D<unsigned>& hard_nodes, dense1D<unsigned> const& hard_edges, bool force_even, double max_angle,

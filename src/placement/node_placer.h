@@ -46,13 +46,14 @@ public:
     }
 
     /// Measures a line of entries 0 to `last` by `fill(cum)`, which sets the metric lengths up to each entry, and
-    /// plans its nodes; there are none without storage. False where 32-bit numbers cannot name them after the
-    /// columns of `coords`.
+    /// plans its nodes. False without memory, or where 32-bit numbers cannot name them after the columns of
+    /// `coords`.
     template <class Fill>
     [[nodiscard]] bool plan(std::size_t last, element_rule const& rule, Fill fill)
     {
         double* const cum = table(last + 1);
-        std::uint64_t const planned = cum ? new_node_count(fill(cum), rule) : 0;
+        if (!cum) return false;
+        std::uint64_t const planned = new_node_count(fill(cum), rule);
         planned_ = static_cast<std::size_t>(planned);
         return planned <= unlimited && can_be_numbered(coords_.cols() + planned_);
     }
