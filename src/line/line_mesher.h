@@ -119,7 +119,7 @@ private:
     /// Adds the mesh of a range to the result, where its nodes are already. False without storage.
     [[nodiscard]] bool take_in(line_view<Targets> const& range)
     {
-        return span_.take_in(range.nodes[0], range.nodes[range.last()]);
+        return span_.take_in(range.node(0), range.node(range.last()));
     }
 
     dense2D<double>& coords_;

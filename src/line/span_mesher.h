@@ -75,7 +75,7 @@ public:
 private:
     vector<N> end_of(line_view<Targets> const& chain, std::size_t i) const
     {
-        return vector_at<N>(coords_.col(chain.nodes[i]));
+        return vector_at<N>(coords_.col(chain.node(i)));
     }
 
     bool plan_along(line_view<Targets> const& chain, double const* segment_lengths, element_rule const& rule)

@@ -11,9 +11,9 @@ template <std::size_t N>
 struct segment_direction
 {
     double length;
-    vector<N> unit;
+    vector<N> unit{};
 
-    segment_direction(double const* a, double const* b) : unit{}
+    segment_direction(double const* a, double const* b)
     {
         auto const d = edge_vector<N>(a, b);
         length = norm(d);

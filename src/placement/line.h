@@ -26,6 +26,7 @@ struct line_view
 
     std::size_t last() const { return count - 1; }
 
+    unsigned node(std::size_t i) const { return nodes ? nodes[i] : static_cast<unsigned>(i); }
     double const* point(std::size_t i) const { return points + ld * (nodes ? nodes[i] : i); }
     double const* target(std::size_t i) const { return targets + target_ld * i; }
 

@@ -48,8 +48,8 @@ template <std::size_t N>
 double append_span(spline_span<N> const& span, std::uint64_t steps, double start, spline_samples& curve)
 {
     std::size_t const first = curve.sample_params.size();
-    static_cast<void>(curve.samples.resize(N, first + steps));
-    static_cast<void>(curve.sample_params.resize(first + steps));
+    std::size_t const end = first + steps;
+    if (!curve.samples.resize(N, end) || !curve.sample_params.resize(end)) return 0; // there is room
     double* point = curve.samples.col(first);
     double* param = curve.sample_params.data() + first;
     auto const append = [&](double at, vector<N> const& position) {
