@@ -14,6 +14,13 @@ namespace trelk::vornik1d {
 
 namespace {
 
+spline_rule rule_of(bool force_even, unsigned min_elements, unsigned max_elements, double deviation_tolerance,
+    double min_size, double default_size, double max_gradation)
+{
+    return {{{force_even, min_elements, max_elements}, spline_tolerance(deviation_tolerance), min_size},
+        default_size, max_gradation};
+}
+
 /// Meshes a spline and appends the mesh to the caller's lists. On a failure all is as before.
 template <std::size_t N, class List>
 int mesh_curve(dense2D<double>& coords, dense1D<unsigned> const& indices, List targets,
@@ -68,10 +75,10 @@ int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices, dense
     double min_size, double default_size, double max_gradation, dense1D<unsigned>& out_indices,
     dense1D<double>& out_params, dense1D<double>& out_sizes, double& deviation) noexcept
 {
-    spline_rule const rule{
-        {{force_even, min_elements, max_elements}, spline_tolerance(deviation_tolerance), min_size},
-        default_size, max_gradation};
-    return check_and_mesh(coords, indices, sizes, rule, out_indices, out_params, out_sizes, deviation);
+    return check_and_mesh(coords, indices, sizes,
+        rule_of(force_even, min_elements, max_elements, deviation_tolerance, min_size, default_size,
+            max_gradation),
+        out_indices, out_params, out_sizes, deviation);
 }
 
 int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices, dense2D<double> const& metrics,
@@ -79,10 +86,10 @@ int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices, dense
     double min_size, double default_size, double max_gradation, dense1D<unsigned>& out_indices,
     dense1D<double>& out_params, dense2D<double>& out_metrics, double& deviation) noexcept
 {
-    spline_rule const rule{
-        {{force_even, min_elements, max_elements}, spline_tolerance(deviation_tolerance), min_size},
-        default_size, max_gradation};
-    return check_and_mesh(coords, indices, metrics, rule, out_indices, out_params, out_metrics, deviation);
+    return check_and_mesh(coords, indices, metrics,
+        rule_of(force_even, min_elements, max_elements, deviation_tolerance, min_size, default_size,
+            max_gradation),
+        out_indices, out_params, out_metrics, deviation);
 }
 
 } // namespace trelk::vornik1d
