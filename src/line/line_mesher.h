@@ -83,6 +83,16 @@ private:
         return decide(scan, task, span_.count() + 1, rule.force_even, stalled_elements_);
     }
 
+    /// Does what has been decided on the mesh of a range. False if memory runs out.
+    [[nodiscard]] bool carry_out(
+        refinement_step const& step, line_view<Targets> const& range, span_task const& task)
+    {
+        if (step.what == action::keep) return take_in(range);
+        if (step.what == action::remesh) return pending_.push_back(step.again);
+        std::size_t const split = task.first + step.split;
+        return pending_.push_back({split, task.last}) && pending_.push_back({task.first, split});
+    }
+
     /// Meshes a chain anew where its mesh strays from its interior nodes by the tolerance or more, and examines the
     /// new meshes in the same way. The element limits of `rule` do not count here.
     ///
@@ -94,17 +104,7 @@ private:
         span_task task{0, chain.last()};
         auto range = chain;
         for (;;) {
-            refinement_step const step = examine(range, task, rule);
-            bool is_stored = true;
-            if (step.what == action::keep)
-                is_stored = take_in(range);
-            else if (step.what == action::remesh)
-                is_stored = pending_.push_back(step.again);
-            else {
-                std::size_t const split = task.first + step.split;
-                is_stored = pending_.push_back({split, task.last}) && pending_.push_back({task.first, split});
-            }
-            if (!is_stored) return no_storage;
+            if (!carry_out(examine(range, task, rule), range, task)) return no_storage;
             if (pending_.empty()) return 0;
 
             task = pending_[pending_.size() - 1];
