@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 
@@ -21,11 +23,13 @@ struct cut_lines
 };
 
 /// Cuts the lines at break nodes into chains; lists these nodes if that is asked for. Returns 0 or the status of the exported function.
-int cut(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule, bool lists_break_nodes,
-    cut_lines& lines);
+template <std::size_t N>
+int cut_into_chains(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule,
+    bool lists_break_nodes, cut_lines& lines);
 
 /// Sets the sizes at the old nodes: the default one, at the ends of chains no more than their lengths; given
 /// sizes win. False without storage.
+template <std::size_t N>
 [[nodiscard]] bool set_node_sizes(
     dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule, cut_lines& lines);
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 
@@ -18,6 +20,7 @@ struct new_mesh
 
 /// Meshes all chains but the hard edges, which pass as they are. The elements have colours if the chains have.
 /// Returns 0 or the status of the exported function; new nodes stand in `coords` then too.
+template <std::size_t N>
 int mesh_network(dense2D<double>& coords, old_mesh const& old, remesh_rule const& rule,
     cut_lines const& lines, new_mesh& mesh);
 
