@@ -48,7 +48,7 @@ public:
 
         if (int const status = mesh_range(chain, lengths, rule, may_be_refined); status != 0) return status;
         if (!(rule.deviation_tolerance > 0 && span_.count() + 1 < rule.max_elements))
-            return take_in(chain) ? 0 : no_storage;
+            return accept(chain) ? 0 : no_storage;
         return refine(chain, lengths, rule);
     }
 
@@ -87,7 +87,7 @@ private:
     [[nodiscard]] bool carry_out(
         refinement_step const& step, line_view<Targets> const& range, span_task const& task)
     {
-        if (step.what == action::keep) return take_in(range);
+        if (step.what == action::keep) return accept(range);
         if (step.what == action::remesh) return pending_.push_back(step.again);
         std::size_t const split = task.first + step.split;
         return pending_.push_back({split, task.last}) && pending_.push_back({task.first, split});
@@ -117,9 +117,9 @@ private:
     }
 
     /// Adds the mesh of a range to the result, where its nodes are already. False without storage.
-    [[nodiscard]] bool take_in(line_view<Targets> const& range)
+    [[nodiscard]] bool accept(line_view<Targets> const& range)
     {
-        return span_.take_in(range.nodes[0], range.nodes[range.last()]);
+        return span_.accept(range.nodes[0], range.nodes[range.last()]);
     }
 
     dense2D<double>& coords_;

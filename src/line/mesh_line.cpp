@@ -27,15 +27,15 @@ int mesh_chain(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1
     List targets, line_rule const& rule, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
     List& out_targets)
 {
-    using carrier = targets_in<List, N>;
+    using target_type = targets_in<List, N>;
     if (!detach_from(coords, params) || !detach_from(coords, targets)) return no_storage;
 
     std::size_t const base_columns = coords.cols();
-    line_mesher<carrier> mesher(coords, true);
-    line_view<carrier> const chain{.nodes = indices.data(),
+    line_mesher<target_type> mesher(coords, true);
+    line_view<target_type> const chain{.nodes = indices.data(),
         .params = params.data(),
         .targets = targets.data(),
-        .target_ld = carrier::ld(targets),
+        .target_ld = target_type::ld(targets),
         .count = indices.size()};
     int status = mesher.run(chain, rule);
     if (status == 0 && !publish(mesher.mesh(), out_indices, out_params, out_targets)) status = no_storage;

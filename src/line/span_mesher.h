@@ -36,8 +36,8 @@ public:
         std::size_t at, wanted_values wanted)
     {
         placer_.begin(at);
-        first_ = end_of(chain, 0);
-        end_ = end_of(chain, chain.last());
+        first_point_ = point_of(chain, 0);
+        last_point_ = point_of(chain, chain.last());
         bool const is_straight = chain.count == 2; // one pass is exact
         std::size_t previous = unlimited;
         for (std::size_t pass = 0;; ++pass) {
@@ -48,8 +48,8 @@ public:
                 return is_straight || chain.count + nodes >= previous || nodes + 1 == rule.min_elements;
             };
             wanted_values const written = is_last(placer_.planned()) ? wanted : wanted_values{};
-            int const status =
-                pass == 0 ? placer_.place(chain, written) : placer_.replace(first_, end_, written);
+            int const status = pass == 0 ? placer_.place(chain, written)
+                                         : placer_.replace(first_point_, last_point_, written);
             bool const is_done = is_last(placer_.count()); // without storage fewer are placed than planned
             if (status != 0 || !placer_.set_ends(chain, is_done ? wanted : wanted_values{}))
                 return no_storage;
@@ -64,16 +64,16 @@ public:
     /// New nodes of the chain meshed last.
     std::size_t count() const { return placer_.count(); }
 
-    [[nodiscard]] bool take_in(unsigned first, unsigned last) { return placer_.take_in(first, last); }
+    [[nodiscard]] bool accept(unsigned first, unsigned last) { return placer_.accept(first, last); }
 
     /// Its mesh, with the ends where they are in `coords`.
     placed_line<Targets> mesh_of(line_view<Targets> const& chain) const
     {
-        return placer_.placed(end_of(chain, 0), end_of(chain, chain.last()));
+        return placer_.placed(point_of(chain, 0), point_of(chain, chain.last()));
     }
 
 private:
-    vector<N> end_of(line_view<Targets> const& chain, std::size_t i) const
+    vector<N> point_of(line_view<Targets> const& chain, std::size_t i) const
     {
         return vector_at<N>(coords_.col(chain.nodes[i]));
     }
@@ -92,7 +92,7 @@ private:
     bool plan_along_mesh(element_rule const& rule)
     {
         return placer_.plan(placer_.count() + 1, rule,
-            [&](double* cum) { return measure<Targets>(placer_.placed(first_, end_), cum); });
+            [&](double* cum) { return measure<Targets>(placer_.placed(first_point_, last_point_), cum); });
     }
 
     /// Moves the nodes of a pass, ends included, back onto the chain at their parameters. Where rounding has made
@@ -106,8 +106,8 @@ private:
         auto const on_coords = chain.over(coords_);
         std::size_t const last = chain.last();
         auto const chain_point = [&](std::size_t i) {
-            if (i == 0) return first_;
-            return i == last ? end_ : vector_at<N>(on_coords.point(i));
+            if (i == 0) return first_point_;
+            return i == last ? last_point_ : vector_at<N>(on_coords.point(i));
         };
         double* const points = placer_.points();
         std::size_t const ld = coords_.ld();
@@ -115,8 +115,8 @@ private:
             [&](std::size_t k, std::size_t from, std::size_t to, double r) {
                 auto const a = chain_point(from);
                 auto const b = chain_point(to);
-                double* const point = k == 0           ? first_.values
-                                      : k + 1 == count ? end_.values
+                double* const point = k == 0           ? first_point_.values
+                                      : k + 1 == count ? last_point_.values
                                                        : points + ld * (k - 1);
                 for (std::size_t i = 0; i < N; ++i) point[i] = (b[i] - a[i]) * r + a[i];
             });
@@ -124,8 +124,8 @@ private:
 
     node_placer<Targets> placer_;
     dense2D<double>& coords_;
-    vector<N> first_{}; // the ends, moved as the nodes between them are
-    vector<N> end_{};
+    vector<N> first_point_{}; // the ends, moved as the nodes between them are
+    vector<N> last_point_{};
 };
 
 } // namespace trelk::vornik1d

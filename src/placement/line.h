@@ -64,8 +64,8 @@ struct line_view
 template <class Targets>
 struct placed_line
 {
-    vector<Targets::dimension> first;
-    vector<Targets::dimension> end;
+    vector<Targets::dimension> first_point;
+    vector<Targets::dimension> last_point;
     double const* points; // of the first new node
     std::size_t ld;
     double const* params;
@@ -76,8 +76,8 @@ struct placed_line
 
     double const* point(std::size_t i) const
     {
-        if (i == 0) return first.values;
-        return i > new_nodes ? end.values : points + ld * (i - 1);
+        if (i == 0) return first_point.values;
+        return i > new_nodes ? last_point.values : points + ld * (i - 1);
     }
     double const* target(std::size_t i) const { return targets + Targets::width * i; }
 };

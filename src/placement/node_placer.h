@@ -11,7 +11,7 @@
 
 #include "arrays/append.h"
 #include "placement/line.h"
-#include "placement/overtaken_entries.h"
+#include "placement/overwritten_entries.h"
 #include "placement/place_nodes.h"
 #include "rules.h"
 
@@ -66,16 +66,16 @@ public:
     int place(line_view<Targets> const& line, wanted_values wanted)
     {
         return run(wanted, [&](new_nodes<Targets> const& out) {
-            lasting_line<Targets> const source{line.nodes ? line.over(coords_) : line};
+            separate_line<Targets> const source{line.nodes ? line.over(coords_) : line};
             return place_nodes<Targets>(source, line.last(), metric_lengths_.data(), planned_, out);
         });
     }
 
     /// The same along the nodes of the pass before, from `first` to `end`, which the new ones replace.
-    int replace(vector<N> const& first, vector<N> const& end, wanted_values wanted)
+    int replace(vector<N> const& first_point, vector<N> const& last_point, wanted_values wanted)
     {
         return run(wanted, [&](new_nodes<Targets> const& out) {
-            replaced_line<Targets> source(placed(first, end), overtaken_);
+            replaced_line<Targets> source(placed(first_point, last_point), overwritten_);
             return place_nodes<Targets>(source, count_ + 1, metric_lengths_.data(), planned_, out);
         });
     }
@@ -84,9 +84,9 @@ public:
     std::size_t count() const { return count_; }
 
     /// The line from `first` over the new nodes to `end`.
-    placed_line<Targets> placed(vector<N> const& first, vector<N> const& end) const
+    placed_line<Targets> placed(vector<N> const& first_point, vector<N> const& last_point) const
     {
-        return {first, end, points(), coords_.ld(), params(), targets(), count_};
+        return {first_point, last_point, points(), coords_.ld(), params(), targets(), count_};
     }
 
     /// Gives the ends of the new line the parameters and targets of the old one's. False without storage.
@@ -103,7 +103,7 @@ public:
 
     /// Counts the new nodes in: they join the nodes of the mesh between `first`, with which these end unless there are
     /// none, and `last`. False without storage.
-    [[nodiscard]] bool take_in(unsigned first, unsigned last)
+    [[nodiscard]] bool accept(unsigned first, unsigned last)
     {
         dense1D<unsigned>& nodes = mesh_.nodes;
         std::size_t const settled = nodes.size();
@@ -124,7 +124,7 @@ public:
 
 private:
     /// Nodes that the second pass may have more than the first, for which it is not to move everything.
-    static std::size_t reserve_of(std::size_t count) { return count / 64; }
+    static std::size_t spare_nodes(std::size_t count) { return count / 64; }
 
     template <class Walk>
     int run(wanted_values wanted, Walk walk)
@@ -144,7 +144,7 @@ private:
     [[nodiscard]] bool reserve_values(std::size_t count, wanted_values wanted)
     {
         std::size_t const needed = at_ + count + 2;
-        std::size_t const generous = needed + reserve_of(count);
+        std::size_t const generous = needed + spare_nodes(count);
         return (!wanted.params || mesh_.params.reserve(generous, 2) || mesh_.params.reserve(needed, 2)) &&
                (!wanted.targets || Targets::reserve(mesh_.targets, generous) ||
                    Targets::reserve(mesh_.targets, needed)) &&
@@ -159,7 +159,7 @@ private:
         std::size_t const needed = columns + count;
         static_cast<void>(coords_.resize(N, columns + count_)); // there is room
         bool const has_room =
-            reserve_foreseen(coords_, N, needed, std::max(expected_columns_, needed + reserve_of(count)));
+            reserve_foreseen(coords_, N, needed, std::max(expected_columns_, needed + spare_nodes(count)));
         truncate(coords_, columns);
         return has_room;
     }
@@ -179,7 +179,7 @@ private:
     dense2D<double>& coords_;
     line_mesh<Targets>& mesh_;
     dense1D<double> metric_lengths_;
-    overtaken_entries<Targets> overtaken_;
+    overwritten_entries<Targets> overwritten_;
     std::size_t expected_columns_ = 0;
     std::size_t at_ = 0;
     std::size_t count_ = 0;

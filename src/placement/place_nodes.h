@@ -7,7 +7,7 @@
 
 #include "arrays/vectors.h"
 #include "placement/line.h"
-#include "placement/overtaken_entries.h"
+#include "placement/overwritten_entries.h"
 #include "placement/size_law.h"
 #include "rules.h"
 
@@ -54,7 +54,7 @@ struct new_nodes
 
 /// Reads a line that stands apart from the new nodes.
 template <class Targets>
-struct lasting_line
+struct separate_line
 {
     line_view<Targets> line;
 
@@ -67,16 +67,16 @@ template <class Targets>
 class replaced_line
 {
 public:
-    replaced_line(placed_line<Targets> const& line, overtaken_entries<Targets>& overtaken)
-        : line_(line), overtaken_(overtaken)
+    replaced_line(placed_line<Targets> const& line, overwritten_entries<Targets>& overwritten)
+        : line_(line), overwritten_(overwritten)
     {}
 
-    entry_view operator[](std::size_t i) const { return i < written_end_ ? overtaken_[i] : in_place(i); }
+    entry_view operator[](std::size_t i) const { return i < written_end_ ? overwritten_[i] : in_place(i); }
 
     /// Announces node k, at which the walk may still read the entries from `first` on.
     bool before_write(std::size_t k, std::size_t first)
     {
-        if (k >= first && k <= line_.last() && !overtaken_.save(k, first, in_place(k))) return false;
+        if (k >= first && k <= line_.last() && !overwritten_.save(k, first, in_place(k))) return false;
         written_end_ = k + 1;
         return true;
     }
@@ -85,7 +85,7 @@ private:
     entry_view in_place(std::size_t i) const { return {line_.point(i), line_.params[i], line_.target(i)}; }
 
     placed_line<Targets> line_;
-    overtaken_entries<Targets>& overtaken_;
+    overwritten_entries<Targets>& overwritten_;
     std::size_t written_end_ = 0; // entry 0 is the line's first node: nothing replaces it
 };
 
@@ -104,11 +104,11 @@ template <class Targets, class Source>
     double param = 0;
     double param_step = 0;
 
-    std::size_t j = 1; // the first entry at or after the target
+    std::size_t j = 1; // the first entry whose metric length is at least `goal`
     std::size_t entered = 0;
     for (std::size_t k = 1; k <= count; ++k) {
-        double const target = static_cast<double>(k) * step;
-        while (cum[j] < target && j < last) ++j; // an infinite target stays on the last segment
+        double const goal = static_cast<double>(k) * step;
+        while (cum[j] < goal && j < last) ++j; // an infinite goal stays on the last segment
         if (entered != j) {
             entered = j;
             entry_view const near = source[j - 1];
@@ -122,7 +122,7 @@ template <class Targets, class Source>
 
         // An infinite metric length has no fractions: 0 in place of NaN.
         double const before = cum[j - 1];
-        double const t = cum[j] > before ? std::max(0.0, (target - before) / (cum[j] - before)) : 0;
+        double const t = cum[j] > before ? std::max(0.0, (goal - before) / (cum[j] - before)) : 0;
         double const u = segment.position(t);
         if (!source.before_write(k, j)) return false;
         double* const point = out.point(k);

@@ -91,8 +91,6 @@ private:
     double log_ratio_ = 0;
 };
 
-inline double size_law_position(double t, double h0, double h1) { return size_law(h0, h1).position(t); }
-
 /// The multiple of `step` (1 or more) nearest to `length` on a geometric scale: the boundary between k and
 /// k + step is sqrt(k * (k + step)), and the tie goes up. Never 0; NaN and negative lengths count as 0, and
 /// what 64 bits do not hold gives the largest multiple that they do.

@@ -20,20 +20,20 @@ struct line_chains
     dense1D<unsigned> chain_elements;
 
     std::size_t size() const noexcept { return chain_starts.size() - 1; }
-    std::size_t elements_of(std::size_t c) const noexcept { return chain_starts[c + 1] - chain_starts[c]; }
+    std::size_t element_count(std::size_t c) const noexcept { return chain_starts[c + 1] - chain_starts[c]; }
 
     /// Elements of the longest chain.
     std::size_t longest() const noexcept
     {
         std::size_t result = 0;
-        for (std::size_t c = 0; c < size(); ++c) result = std::max(result, elements_of(c));
+        for (std::size_t c = 0; c < size(); ++c) result = std::max(result, element_count(c));
         return result;
     }
 
     /// The elements of chain c, a view.
     dense1D<unsigned> chain(std::size_t c) const noexcept
     {
-        return chain_elements.sub_vector(chain_starts[c], elements_of(c));
+        return chain_elements.sub_vector(chain_starts[c], element_count(c));
     }
 };
 

@@ -13,7 +13,7 @@ namespace trelk::vornik1d {
 ///
 /// Both lists are replaced. False without storage for them.
 template <std::size_t N>
-[[nodiscard]] bool bend_nodes(
+[[nodiscard]] bool find_bend_nodes(
     guided_chain<N> const& chain, dense1D<unsigned>& bends, dense1D<double>& bend_params);
 
 } // namespace trelk::vornik1d

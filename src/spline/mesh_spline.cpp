@@ -27,15 +27,15 @@ int mesh_curve(dense2D<double>& coords, dense1D<unsigned> const& indices, List t
     spline_rule const& rule, dense1D<unsigned>& out_indices, dense1D<double>& out_params, List& out_targets,
     double& deviation)
 {
-    using carrier = targets_in<List, N>;
+    using target_type = targets_in<List, N>;
     if (!detach_from(coords, targets)) return no_storage;
 
     std::size_t const base_columns = coords.cols();
     bool const deviation_may_move =
         coords.holds(deviation) || out_params.holds(deviation) || out_targets.holds(deviation);
-    std::size_t const ld = carrier::ld(targets);
-    line_view<carrier> const node_targets{.targets = targets.data() + ld, .target_ld = ld};
-    spline_mesher<carrier> mesher(coords, true);
+    std::size_t const ld = target_type::ld(targets);
+    line_view<target_type> const node_targets{.targets = targets.data() + ld, .target_ld = ld};
+    spline_mesher<target_type> mesher(coords, true);
     int status = mesher.sample(indices, rule);
     if (status == 0) status = mesher.mesh_sampled(indices, node_targets, rule);
     if (status == 0 && !publish(mesher.mesh(), out_indices, out_params, out_targets)) status = no_storage;

@@ -100,12 +100,12 @@ bool sample_spline(guided_chain<N> const& chain, double sample_tolerance, double
     double largest_square = 0;
     double& length = curve.spline_length;
     bool has_room = true;
-    bool is_of_use = true;
+    bool is_usable = true;
     spline_spans<N> spans(chain);
     for (std::size_t k = 0; k + 1 < nodes; ++k) {
         auto const span = spans.next();
         // The length goes on without samples: it tells whether the chain is at fault, or storage.
-        if (is_of_use && has_room) {
+        if (is_usable && has_room) {
             std::uint64_t const steps =
                 count_steps(span_arc_length(span), sampling_step(span, sample_tolerance, min_step));
             std::size_t const first = curve.sample_params.size();
@@ -117,14 +117,14 @@ bool sample_spline(guided_chain<N> const& chain, double sample_tolerance, double
                 if (square > largest_square) {
                     largest_square = square;
                     curve.deviation = std::sqrt(square);
-                    is_of_use = !(curve.deviation > most_deviation);
+                    is_usable = !(curve.deviation > most_deviation);
                 }
-                if (is_of_use && sizes) sizes->add(span);
+                if (is_usable && sizes) sizes->add(span);
             }
         }
         length += norm(span.a1);
     }
-    if (!has_room || !is_of_use) return has_room;
+    if (!has_room || !is_usable) return has_room;
 
     if (length > 0) {
         scale(curve.sample_params, 1 / length);

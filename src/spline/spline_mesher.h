@@ -41,7 +41,7 @@ public:
     {
         guided_chain<N> const nodes(coords_, chain.data(), chain.size());
         if (!are_finite(nodes)) return -1;
-        if (!bend_nodes(nodes, bends_, bend_params_) ||
+        if (!find_bend_nodes(nodes, bends_, bend_params_) ||
             !bend_sizes_.begin(nodes.count, rule.deviation_tolerance))
             return no_storage;
         // Where all nodes are bends their spans are those that are sampled.
@@ -75,7 +75,7 @@ public:
         if (!is_planned || placer_.place(polyline, wanted) != 0 || !placer_.set_ends(polyline, wanted))
             return no_storage;
         mesh_.nodes.clear();
-        return placer_.take_in(chain[1], chain[chain.size() - 2]) ? 0 : no_storage;
+        return placer_.accept(chain[1], chain[chain.size() - 2]) ? 0 : no_storage;
     }
 
     line_mesh<Targets> const& mesh() const { return mesh_; }

@@ -20,7 +20,7 @@ struct entry_view
 /// The entries of a line that have been written over and not read yet: a ring, in which entry i has the place
 /// i modulo the capacity. It grows when the writer runs farther ahead of the reader than ever before.
 template <class Targets>
-class overtaken_entries
+class overwritten_entries
 {
 public:
     /// Keeps entry `i`; of those before it, the entries from `first` on are still to be read. False without
@@ -51,7 +51,7 @@ private:
 
     bool grow(std::size_t end, std::size_t first)
     {
-        overtaken_entries wider;
+        overwritten_entries wider;
         wider.capacity_ = std::max(2 * capacity_, least_capacity);
         if (!wider.ring_.resize(wider.capacity_ * entry_size)) return false;
         for (std::size_t i = first; i < end; ++i) std::copy_n(place_of(i), entry_size, wider.place_of(i));
