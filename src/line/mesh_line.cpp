@@ -1,9 +1,11 @@
 #include <vornik1d/vornik1d.h>
 
 #include <cmath>
+#include <cstddef>
 
 #include <vornik/toolkit.h>
 
+#include "arrays/append.h"
 #include "front_door.h"
 #include "line/chord_length.h"
 #include "line/line_mesher.h"
@@ -43,8 +45,8 @@ int mesh_chain(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1
     return status;
 }
 
-/// Checks what comes after the dimension and the number of chain entries, in the order of the contract, and meshes.
-/// `targets_argument` is the position of the targets.
+/// Makes the remaining checks in the documented order, and meshes. `targets_argument` is the position of the
+/// targets.
 template <class List>
 int check_and_mesh(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& params,
     int targets_argument, List const& targets, line_rule const& rule, dense1D<unsigned>& out_indices,

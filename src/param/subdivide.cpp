@@ -25,8 +25,8 @@ struct subdivision
     dense1D<double> added_sizes;
 };
 
-/// Places nodes along the chain. False without storage for the chain; a lack of storage for the new nodes
-/// leaves none.
+/// Places nodes along the chain. False if memory runs out for the chain; if it runs out for the new nodes,
+/// none are placed.
 [[nodiscard]] bool subdivide_chain(element_rule const& rule, bool round_up, subdivision& line)
 {
     using target_type = size_targets<1>;

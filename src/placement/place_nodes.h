@@ -1,7 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 
@@ -11,11 +10,11 @@
 #include "placement/size_law.h"
 #include "rules.h"
 
-// Nodes at equal steps of metric length along a line: the line is measured, and then walked once, forward only.
+// Nodes at equal steps of metric length: a line is measured, and then walked once from start to end.
 
 namespace trelk::vornik1d {
 
-/// Sets `cum` to the metric length from the first entry of a line to each entry; returns the last of them.
+/// Sets `cum` to the metric lengths from the first entry of a line to each entry; returns the last one.
 template <class Targets, class Line>
 double measure(Line const& line, double* cum)
 {
@@ -32,14 +31,14 @@ double measure(Line const& line, double* cum)
     return length;
 }
 
-/// Nodes to be placed on a line between its ends. A length that is NaN, for which there is no step, has none.
+/// The number of nodes to place between the ends of a line; 0 if the metric length is NaN.
 inline std::uint64_t new_node_count(double metric_length, element_rule const& rule)
 {
     return metric_length >= 0 ? element_count(metric_length, rule) - 1 : 0;
 }
 
-/// Where new nodes go, node k = 1, 2, ... to entry k of each list; there is room. Lists may be null: nobody asks
-/// for these values. `points` is where the first one goes.
+/// Where new nodes k = 1, 2, ... are written: node k to entry k of each list and to column k - 1 of `points`.
+/// There is room. A null list is not written.
 template <class Targets>
 struct new_nodes
 {
@@ -52,7 +51,7 @@ struct new_nodes
     double* target(std::size_t k) const { return targets + Targets::width * k; }
 };
 
-/// Reads a line that stands apart from the new nodes.
+/// Reads a line that the new nodes do not overwrite.
 template <class Targets>
 struct separate_line
 {
@@ -62,7 +61,7 @@ struct separate_line
     bool before_write(std::size_t, std::size_t) const { return true; }
 };
 
-/// Reads the line of the pass before, which stands where the new nodes go: entry k is what node k replaces.
+/// Reads the line of the pass before, which the new nodes overwrite: node k overwrites entry k.
 template <class Targets>
 class replaced_line
 {
@@ -73,7 +72,7 @@ public:
 
     entry_view operator[](std::size_t i) const { return i < written_end_ ? overwritten_[i] : in_place(i); }
 
-    /// Announces node k, at which the walk may still read the entries from `first` on.
+    /// Saves what node k overwrites, if it will still be read: the walk reads only entries from `first` on.
     bool before_write(std::size_t k, std::size_t first)
     {
         if (k >= first && k <= line_.last() && !overwritten_.save(k, first, in_place(k))) return false;
@@ -89,9 +88,9 @@ private:
     std::size_t written_end_ = 0; // entry 0 is the line's first node: nothing replaces it
 };
 
-/// Places `count` nodes at equal steps of metric length along a line of entries 0 to `last`, whose metric
-/// lengths are `cum`. False where the targets of a segment on which a node falls cannot be used, or without
-/// storage.
+/// Places `count` nodes at equal steps of metric length along a line of entries 0 to `last`; `cum` has the
+/// metric lengths up to each entry. False if the targets of a segment that gets a node cannot be used, or if
+/// memory runs out.
 template <class Targets, class Source>
 [[nodiscard]] bool place_nodes(
     Source&& source, std::size_t last, double const* cum, std::size_t count, new_nodes<Targets> const& out)
@@ -120,7 +119,7 @@ template <class Targets, class Source>
             if (!segment.enter(d, near.target, far.target)) return false;
         }
 
-        // An infinite metric length has no fractions: 0 in place of NaN.
+        // If the metric length is infinite, the fraction is 0, not NaN.
         double const before = cum[j - 1];
         double const t = cum[j] > before ? std::max(0.0, (goal - before) / (cum[j] - before)) : 0;
         double const u = segment.position(t);

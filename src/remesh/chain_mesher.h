@@ -18,7 +18,7 @@
 
 namespace trelk::vornik1d {
 
-/// Meshes chains, one after the other.
+/// The workspace that meshes chains, one after the other. Its memory is reused from chain to chain.
 template <std::size_t N>
 class chain_mesher
 {
@@ -33,17 +33,18 @@ public:
         return nodes_.reserve(elements + 3) && sizes_.reserve(elements + 1) && params_.reserve(elements + 1);
     }
 
-    /// Tells how many columns `coords` will have in the end.
+    /// Sets how many columns `coords` is expected to have in the end.
     void expect_columns(std::size_t columns)
     {
         lines_.expect_columns(columns);
         splines_.expect_columns(columns);
     }
 
-    /// Turns to a chain of elements.
+    /// Selects a chain of elements.
     void set_chain(dense2D<unsigned> const& connect, dense1D<unsigned> const& elements)
     {
-        // With a guide node before and after the nodes: around the joint of a closed chain, free ends of an open one.
+        // Guide nodes come before and after: those of a closed chain are neighbours of its joint, those of an
+        // open chain repeat the ends, which are thus free.
         std::size_t const last = elements.size() + 1;
         static_cast<void>(nodes_.resize(last + 2)); // there is room
         unsigned* const nodes = nodes_.data();
@@ -57,7 +58,7 @@ public:
     /// The chain's nodes, a view.
     dense1D<unsigned> chain_nodes() const { return nodes_.sub_vector(1, nodes_.size() - 2); }
 
-    /// Meshes the chain with the sizes that `node_sizes` has at its nodes; `mesh` is then the result. Returns 0 or
+    /// Meshes the chain with the sizes of its nodes in `node_sizes`. `mesh` is then the result. Returns 0 or
     /// the status of the exported function.
     int run(dense1D<double> const& node_sizes)
     {
@@ -71,7 +72,7 @@ public:
         return tolerance > 0 && splines_.deviation() > tolerance ? run_line() : run_spline();
     }
 
-    /// The nodes of the mesh made last, in the order of travel.
+    /// The nodes of the latest mesh, in the order of travel.
     dense1D<unsigned> const& mesh() const { return *mesh_; }
 
 private:
@@ -85,7 +86,7 @@ private:
             .count = sizes_.size()};
     }
 
-    /// Checks what is not known of a chain before its turn.
+    /// Checks that are due only if the chain is meshed: a hard edge is not meshed.
     int check_rule() const
     {
         if (!vornik::are_valid_metrics(sizes_)) return bad_argument(3);
@@ -108,7 +109,7 @@ private:
 
     int run_line()
     {
-        constexpr double exact = 1e-12; // of the chain's length: holds the mesh to the polyline
+        constexpr double exact = 1e-12; // times the chain's length: keeps the mesh on the polyline
         static_cast<void>(params_.resize(sizes_.size())); // there is room
         double const length = set_chord_lengths<N>(coords_, chain_nodes(), params_.data());
         if (length == 0 || std::isnan(length)) return bad_argument(2);

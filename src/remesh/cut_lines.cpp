@@ -15,7 +15,7 @@ namespace {
 
 constexpr auto edge = vornik::element_type::edge;
 
-/// Brings an empty set to life, for about `keys` keys.
+/// Initialises a set for about `keys` keys.
 [[nodiscard]] bool prepare(hbuckets_set& set, std::size_t keys)
 {
     constexpr std::size_t start = 23;
@@ -51,7 +51,7 @@ int add_break_nodes(dense2D<double> const& coords, old_mesh const& old, remesh_r
     return true;
 }
 
-/// Lowers the sizes at the ends of a chain to its length, and sets those that are given along it.
+/// Lowers the sizes at the ends of a chain to its length; then sets the sizes that are given along it.
 template <std::size_t N>
 void set_sizes_along(dense2D<double> const& coords, old_mesh const& old, double min_size,
     dense1D<unsigned> const& elements, dense1D<double>& node_sizes)
@@ -81,9 +81,9 @@ template <std::size_t N>
 int cut_into_chains(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule,
     bool lists_break_nodes, cut_lines& lines)
 {
-    constexpr std::size_t elements_a_break = 100; // a guess: a break in as many
+    constexpr std::size_t elements_per_break = 100; // a guess
     std::size_t const hard = old.hard_edges.size();
-    std::size_t const breaks = old.connect.cols() / elements_a_break + old.hard_nodes.size() + hard;
+    std::size_t const breaks = old.connect.cols() / elements_per_break + old.hard_nodes.size() + hard;
     hbuckets_set break_nodes;
     if (!prepare(break_nodes, breaks) || !prepare(lines.hard_edges, hard)) return no_storage;
     lines.hard_edges.insert_range(old.hard_edges.begin(), old.hard_edges.end());

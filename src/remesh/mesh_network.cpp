@@ -12,13 +12,13 @@ namespace trelk::vornik1d {
 
 namespace {
 
-/// How far a call has come, to tell how long the lists of its result will be.
+/// The progress of a call, to estimate the final length of its result lists.
 struct progress
 {
     std::size_t all_elements;
     std::size_t done_elements = 0;
 
-    /// What a list that has `present` values of the elements done will have in the end, a little more than that.
+    /// The expected final length of a list that has `present` values now, with a small margin.
     std::size_t forecast(std::size_t present) const
     {
         constexpr double least_share = 0.01;
@@ -28,7 +28,7 @@ struct progress
     }
 };
 
-/// Appends an element between each pair of consecutive nodes. False without storage.
+/// Appends an element between each pair of consecutive nodes. False if memory runs out.
 [[nodiscard]] bool append_elements(
     dense1D<unsigned> const& nodes, progress const& done, dense2D<unsigned>& connect)
 {
@@ -41,7 +41,7 @@ struct progress
     return true;
 }
 
-/// Gives the elements that have none yet a colour. False without storage.
+/// Gives `color` to the elements that have no colour yet. False if memory runs out.
 [[nodiscard]] bool append_colors(unsigned color, progress const& done, new_mesh& mesh)
 {
     std::size_t const needed = mesh.connect.cols();

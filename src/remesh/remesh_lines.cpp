@@ -24,7 +24,7 @@ remesh_rule rule_of(double default_size, bool force_even, double max_angle, doub
         max_angle};
 }
 
-/// Lists that a caller may leave out, as inputs or as results; hard nodes only with colours.
+/// Lists that an overload may not have. `hard_nodes` is null if `colors` is.
 struct network_lists
 {
     dense1D<double> const& sizes;
@@ -33,7 +33,7 @@ struct network_lists
     dense1D<unsigned>* hard_nodes;
 };
 
-/// Replaces the lists of a mesh; on false all are as they were.
+/// Replaces the caller's mesh; on false all lists are as they were.
 [[nodiscard]] bool publish(new_mesh const& mesh, dense1D<unsigned> const& break_nodes,
     dense2D<unsigned>& connect, network_lists const& lists)
 {
@@ -112,7 +112,7 @@ int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect, double def
         rule_of(default_size, force_even, max_angle, deviation_tolerance, max_gradation, min_size,
             min_elements, max_elements),
         {{}, {}, &colors, nullptr});
-    return status < -4 ? status + 3 : status; // there are three arguments less
+    return status < -4 ? status + 3 : status; // three arguments less before the one at fault
 }
 
 int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect, double default_size, bool force_even,
@@ -123,7 +123,7 @@ int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect, double def
         rule_of(default_size, force_even, max_angle, deviation_tolerance, max_gradation, min_size,
             min_elements, max_elements),
         {{}, {}, nullptr, nullptr});
-    return status < -7 ? status + 4 : status; // there are four arguments less
+    return status < -7 ? status + 4 : status; // four arguments less before the one at fault
 }
 
 } // namespace trelk::vornik1d

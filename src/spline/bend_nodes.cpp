@@ -8,8 +8,8 @@ namespace trelk::vornik1d {
 template <std::size_t N>
 bool find_bend_nodes(guided_chain<N> const& chain, dense1D<unsigned>& bends, dense1D<double>& bend_params)
 {
-    // On a squared area over a squared length: what counts is how far, in length units of the model, one
-    // chord strays from the direction of the other.
+    // On a squared area over a squared length: the distance, in length units of the model, of the end of the
+    // shorter chord from the line along the longer one.
     constexpr double straight_limit = 1e-24;
 
     bends.clear();

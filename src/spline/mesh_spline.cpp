@@ -4,6 +4,7 @@
 
 #include <vornik/toolkit.h>
 
+#include "arrays/append.h"
 #include "front_door.h"
 #include "placement/line.h"
 #include "placement/target_lists.h"
@@ -43,11 +44,11 @@ int mesh_curve(dense2D<double>& coords, dense1D<unsigned> const& indices, List t
         truncate(coords, base_columns);
         return status;
     }
-    if (!deviation_may_move) deviation = mesher.deviation(); // an entry of what has grown may be gone
+    if (!deviation_may_move) deviation = mesher.deviation(); // otherwise its memory may be gone
     return 0;
 }
 
-/// Checks the arguments in the order of the contract, and meshes.
+/// Checks the arguments in the documented order, and meshes.
 template <class List>
 int check_and_mesh(dense2D<double>& coords, dense1D<unsigned> const& indices, List const& targets,
     spline_rule const& rule, dense1D<unsigned>& out_indices, dense1D<double>& out_params, List& out_targets,
