@@ -9,15 +9,15 @@
 
 #include "arrays/search.h"
 
-// What the exported functions share at their entry: status codes, checks, and the choice of the dimension.
+// What the exported functions share: status codes, checks, and the choice of the dimension.
 
 #if defined(__FAST_MATH__) || (defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__ > 0)
-#error "Checks of arguments rely on comparisons with NaN as IEEE 754 has them: build without -ffast-math."
+#error "The checks of arguments rely on IEEE 754 comparisons with NaN: build without -ffast-math."
 #endif
 
 namespace trelk::vornik1d {
 
-/// Status of a call whose argument at `position`, counted from 1, is at fault.
+/// Status of a call whose argument at `position`, counted from 1, is invalid.
 constexpr int bad_argument(int position) { return -position; }
 
 inline bool is_planar_or_spatial(dense2D<double> const& coords) noexcept
@@ -30,10 +30,10 @@ inline bool is_non_decreasing(dense1D<double> const& values) noexcept
     return is_non_decreasing(values.begin(), values.end());
 }
 
-/// Rows of a matrix of metric tensors that goes with `coords`.
+/// Row count of a matrix of metric tensors for `coords`.
 inline std::size_t metric_rows(dense2D<double> const& coords) noexcept { return coords.rows() == 2 ? 3 : 6; }
 
-/// Runs `body` with the row count of `coords`, 2 or 3, as a constant.
+/// Calls `body` with the row count of `coords`, 2 or 3, as a compile-time constant.
 template <class Body>
 decltype(auto) by_dimension(dense2D<double> const& coords, Body&& body)
 {

@@ -33,7 +33,7 @@ placement place_along(meshing const& m)
     trelk::dense1D<double> params(count + 2), sizes(count + 2);
     EXPECT_TRUE(p.coords.resize(N, count));
     new_nodes<targets> const out{p.coords.data(), N, params.data(), sizes.data()};
-    EXPECT_TRUE(place_nodes<targets>(lasting_line<targets>{chain}, chain.last(), cum.data(), count, out));
+    EXPECT_TRUE(place_nodes<targets>(separate_line<targets>{chain}, chain.last(), cum.data(), count, out));
     p.params = params.sub_vector(1, count);
     p.sizes = sizes.sub_vector(1, count);
     return p;

@@ -38,17 +38,17 @@ TEST(size_law, agrees_with_quadrature_on_both_sides_of_every_limit)
         EXPECT_NEAR(mean_inverse_size(h0, h1) / mean, 1, 6e-13) << x;
         EXPECT_EQ(mean_inverse_size(h0, h1), mean_inverse_size(h1, h0));
         for (double const t : {1e-9, 0.1, 0.5, 0.9, 1 - 1e-9}) {
-            double const u = size_law_position(t, h0, h1);
+            double const u = size_law(h0, h1).position(t);
             EXPECT_NEAR(integral_of_inverse(h0, h1, 0, u) / mean, t, 5e-10) << x << ' ' << t;
-            EXPECT_NEAR(size_law_position(1 - t, h1, h0), 1 - u, 1e-15) << x << ' ' << t;
+            EXPECT_NEAR(size_law(h1, h0).position(1 - t), 1 - u, 1e-15) << x << ' ' << t;
         }
     }
     EXPECT_EQ(mean_inverse_size(0, 5), 0);
     EXPECT_EQ(mean_inverse_size(4, 4), 0.25);
-    EXPECT_EQ(size_law_position(0.3, 2, 2), 0.3);
-    EXPECT_EQ(size_law_position(1, 1, 3), 1);
+    EXPECT_EQ(size_law(2, 2).position(0.3), 0.3);
+    EXPECT_EQ(size_law(1, 3).position(1), 1);
     for (double const odd : {0.0, -1.0, infinity, not_a_number, 1e-310, 1e308})
-        for (double const u : {size_law_position(0.25, odd, 1), size_law_position(0.25, 1, odd)})
+        for (double const u : {size_law(odd, 1).position(0.25), size_law(1, odd).position(0.25)})
             EXPECT_TRUE(u >= 0 && u <= 1) << odd;
 }
 

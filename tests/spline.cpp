@@ -233,7 +233,7 @@ TEST(bend_nodes, drops_what_lies_straight)
     meshing const m = spline_of(columns({{0, 0}, {1, 0}, {2, 0}, {2, 2}, {2, 3}, {2 + 1e-13, 4}, {2, 6}}), 1);
     dense1D<unsigned> bends;
     dense1D<double> params, sizes;
-    ASSERT_TRUE(bend_nodes(guided<2>(m), bends, params));
+    ASSERT_TRUE(find_bend_nodes(guided<2>(m), bends, params));
     EXPECT_EQ(values_of(bends), (std::vector<unsigned>{0, 0, 2, 6, 6}));
     EXPECT_EQ(values_of(params), (std::vector<double>{0, 0, 0.25, 1, 1}));
     ASSERT_TRUE(curvature_sizes<2>(sizes).build({m.coords, bends.data(), bends.size()}, -0.02));

@@ -12,7 +12,7 @@ namespace trelk::vornik1d {
 /// True when 32-bit node numbers, of which the largest one means "none", can name `count` nodes.
 constexpr bool can_be_numbered(std::size_t count) noexcept { return count <= 4294967295; }
 
-/// Keeps the first `count` values or columns, of which there are as many. Cutting cannot fail.
+/// Keeps the first `count` values or columns; there are at least that many. This cannot fail.
 template <class T>
 void truncate(dense1D<T>& list, std::size_t count) noexcept
 {
@@ -25,15 +25,15 @@ void truncate(dense2D<T>& matrix, std::size_t count) noexcept
     static_cast<void>(matrix.resize(matrix.rows(), count));
 }
 
-/// Columns of a matrix that hold something: those of a matrix without rows do not count.
+/// The column count; 0 for a matrix without rows.
 template <class T>
 std::size_t filled_columns(dense2D<T> const& matrix) noexcept
 {
     return matrix.empty() ? 0 : matrix.cols();
 }
 
-/// Makes room for `added` more values or columns of `rows` rows, so that appending them cannot fail. Storage
-/// grows by doubling, so that appending again and again stays linear.
+/// Makes room for `added` more values or columns of `rows` rows, so that appending them cannot fail. The
+/// memory grows by doubling, so that the cost of many calls stays linear.
 template <class T>
 [[nodiscard]] bool make_room(dense1D<T>& list, std::size_t added) noexcept
 {
@@ -46,14 +46,14 @@ template <class T>
     return matrix.reserve(rows, filled_columns(matrix) + added, 2);
 }
 
-/// What to ask for where `needed` values do not fit and `foreseen` are expected in the end: these, but no more
-/// than twice and no less than an eighth more than what is needed, so that appending stays linear.
+/// The capacity to ask for if `needed` values do not fit and `foreseen` are expected in the end: `foreseen`,
+/// but between 9/8 and 2 times `needed`, so that the cost of appending stays linear.
 constexpr std::size_t room_to_ask(std::size_t needed, std::size_t foreseen) noexcept
 {
     return std::clamp(foreseen, needed + needed / 8, 2 * needed);
 }
 
-/// Makes room for `needed` values or columns of `rows` rows, of which `foreseen` are expected in the end.
+/// Makes room for `needed` values, or columns of `rows` rows, in all; `foreseen` are expected in the end.
 template <class T>
 [[nodiscard]] bool reserve_foreseen(dense1D<T>& list, std::size_t needed, std::size_t foreseen) noexcept
 {
@@ -68,8 +68,8 @@ template <class T>
            matrix.reserve(rows, room_to_ask(needed, foreseen)) || matrix.reserve(rows, needed, 2);
 }
 
-/// Appends `point` as a new last column of `matrix`, which must be empty or have N rows. False leaves it as
-/// it was, but for its capacity.
+/// Appends `point` as the last column of `matrix`, which must be empty or have N rows. On false only its
+/// capacity may have changed.
 template <std::size_t N>
 [[nodiscard]] bool append_point(vector_fixed<double, N> const& point, dense2D<double>& matrix) noexcept
 {
@@ -82,7 +82,7 @@ template <std::size_t N>
     return true;
 }
 
-/// Appends the values of `source` to `target`. False leaves `target` as it was, but for its capacity.
+/// Appends the values of `source` to `target`. On false only the capacity of `target` may have changed.
 template <class T>
 [[nodiscard]] bool append_values(dense1D<T> const& source, dense1D<T>& target) noexcept
 {

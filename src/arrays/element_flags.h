@@ -6,7 +6,7 @@
 
 namespace trelk::vornik1d {
 
-/// A bit for each of `count` elements, clear at first.
+/// A bit for each element, initially clear.
 class element_flags
 {
 public:

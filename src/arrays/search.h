@@ -2,16 +2,16 @@
 
 namespace trelk::vornik1d {
 
-/// True when no value falls below the one before it. A NaN among several values fails.
+/// True if no value is below the one before it. False if one of several values is NaN.
 inline bool is_non_decreasing(double const* first, double const* last) noexcept
 {
-    bool result = true; // no early exit: the loop is then done in steps of several values
+    bool result = true; // no early exit, so that the loop is vectorised
     for (; last - first > 1; ++first) result &= first[1] >= first[0];
     return result;
 }
 
-/// The first of the sorted values from `first` to `last` that is not below `value`, or `last`. As
-/// `std::lower_bound`, but for values with a NaN or a fall among them it also ends within the range.
+/// The first of the sorted values from `first` to `last` that is not below `value`, or `last`. Unlike
+/// `std::lower_bound`, it also returns a position of the range if the values are not sorted or contain a NaN.
 inline double const* first_not_below(double const* first, double const* last, double value) noexcept
 {
     auto count = last - first;
@@ -26,8 +26,8 @@ inline double const* first_not_below(double const* first, double const* last, do
     return first;
 }
 
-/// The same step by step, for sorted values and a caller that goes on from there: all its searches together take
-/// one run along the values.
+/// The same by linear search, for a caller that starts each search where the last one ended: all searches
+/// together visit each value once.
 inline double const* advance_to(double const* first, double const* last, double value) noexcept
 {
     while (first != last && *first < value) ++first;

@@ -7,8 +7,8 @@
 
 namespace trelk::vornik1d {
 
-// The functions of this header stand in the innermost loops; compilers that leave them out of line there double
-// the cost of these.
+// The innermost loops call the functions of this header. A compiler that does not inline them doubles the
+// cost of such a loop.
 #define VORNIK1D_INLINE [[gnu::always_inline]] inline
 
 template <std::size_t N>
@@ -41,7 +41,7 @@ VORNIK1D_INLINE vector<N> operator*(double factor, vector<N> const& a)
     return a * factor;
 }
 
-/// The N coordinates at `values`, for a column of a matrix.
+/// The N coordinates at `values`, for example a column of a matrix.
 template <std::size_t N>
 VORNIK1D_INLINE vector<N> vector_at(double const* values)
 {
@@ -71,12 +71,12 @@ template <std::size_t N>
 VORNIK1D_INLINE double norm(vector<N> const& d)
 {
     if constexpr (N == 1)
-        return std::abs(d[0]); // where its square would over- or underflow too
+        return std::abs(d[0]); // exact, even if the square overflows or underflows
     else
         return std::sqrt(dot(d, d));
 }
 
-/// Brings a vector to length 1; one of length 0 stays.
+/// Scales a vector to length 1. A vector of length 0 stays as it is.
 template <std::size_t N>
 VORNIK1D_INLINE void normalize(vector<N>& v)
 {

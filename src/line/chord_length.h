@@ -1,14 +1,16 @@
 #pragma once
 
-#include <cmath>
 #include <cstddef>
 
-#include "placement/line.h"
+#include <trelk/dense1D.h>
+#include <trelk/dense2D.h>
+
+#include "arrays/vectors.h"
 
 namespace trelk::vornik1d {
 
-/// Sets `params` to the normalised chord length at the entries of a chain; returns its length. Where that is 0 or
-/// NaN there are no parameters; where it is infinite they may be NaN.
+/// Sets `params` to the normalised chord lengths at the entries of a chain; returns the chain's length. If
+/// the length is 0 or NaN, the parameters are not usable; if it is infinite, they may be NaN.
 template <std::size_t N>
 double set_chord_lengths(dense2D<double> const& coords, dense1D<unsigned> const& chain, double* params)
 {

@@ -11,9 +11,10 @@
 
 namespace trelk::vornik1d {
 
-/// Makes `bounded` the targets of `chain`, bounded so that at curvature c a size h obeys (h * c)^2 / 8 <=
-/// -`rule.deviation_tolerance`: the sagitta of a chord of length h on a circle of curvature c, relative to the
-/// circle's radius. The bound is at least `rule.min_size`. False without storage.
+/// Sets `bounded` to the targets of `chain`, limited by curvature. A size h at curvature c is limited so that
+/// (h * c)^2 / 8 <= -`rule.deviation_tolerance`. The left side is the sagitta of a chord of length h on a
+/// circle of curvature c, divided by the circle's radius. The limit is at least `rule.min_size`. False if
+/// memory runs out.
 template <class Targets>
 [[nodiscard]] bool limit_targets_by_curvature(
     line_view<Targets> const& chain, line_rule const& rule, typename Targets::list& bounded)
@@ -25,7 +26,7 @@ template <class Targets>
     for_each_curvature<Targets::dimension>(
         chain.count, [&](std::size_t k) { return chain.point(k); },
         [&](std::size_t k, double curvature) {
-            double const limit = size_at_unit_curvature / curvature; // infinite on a straight line
+            double const limit = size_at_unit_curvature / curvature; // infinite if the curvature is 0
             double* const target = bounded.data() + Targets::width * k;
             Targets::copy(chain.target(k), target);
             Targets::bound(target, rule.min_size > limit ? rule.min_size : limit);

@@ -9,7 +9,7 @@
 #include "arrays/vectors.h"
 #include "placement/line.h"
 
-// How far the interior nodes of a chain lie from a mesh of it.
+// The deviation of a mesh from its chain: the distances of the chain's interior nodes from the mesh.
 
 namespace trelk::vornik1d {
 
@@ -18,15 +18,15 @@ struct deviation_scan
     double worst = 0;
     double mean = 0;
 
-    /// The tolerance and one rounding unit at the size of the coordinates.
+    /// The tolerance plus one rounding unit of the largest coordinate.
     double threshold = 0;
 
-    /// The chain entry with the largest weighted deviation; the last one if none has any.
+    /// The chain entry with the largest weighted deviation; the last entry if all are 0.
     std::size_t split = 0;
 };
 
-/// The element of a mesh that covers parameter values which rise: it ends at the first mesh node that is not
-/// below.
+/// The mesh element that covers a parameter value: it ends at the first mesh node whose parameter is not
+/// below the value. The values are non-decreasing.
 template <class Targets>
 class covering_element
 {
@@ -40,17 +40,17 @@ public:
 
     void move_to(double param)
     {
-        // Rounding can make mesh parameters fall, or NaN; a search in the whole rest then has the say.
+        // Mesh parameters can decrease by rounding, or be NaN. Binary search then defines the element.
         double const* const found =
             is_sorted_ ? advance_to(cursor_, end_, param) : first_not_below(cursor_, end_, param);
-        // NaN or overflow can leave none at or above this one; the last element is taken then.
+        // Because of NaN or overflow there may be none; then it is the last element.
         double const* const next = std::min(found, end_ - 1);
         if (next == cursor_) return;
         cursor_ = next;
         set_edge(static_cast<std::size_t>(cursor_ - mesh_.params));
     }
 
-    /// Distance of `point` from the infinite line through the element; 0 where that has no length.
+    /// Distance of `point` from the infinite line through the element; 0 if the element has length 0.
     double distance(double const* point) const
     {
         double const area = norm(cross(edge_, vector_at<N>(point) - start_)); // of a parallelogram
@@ -77,7 +77,7 @@ private:
 };
 
 /// Measures the distance of each interior chain node from the line through the mesh element that covers its
-/// parameter value: chain and mesh are paired by parameter, not by nearest distance.
+/// parameter. The element is found by parameter, not by the nearest distance.
 template <class Targets>
 deviation_scan scan_deviation(
     line_view<Targets> const& chain, placed_line<Targets> const& mesh, double deviation_tolerance)
@@ -105,7 +105,8 @@ deviation_scan scan_deviation(
         for (std::size_t j = 0; j < Targets::dimension; ++j)
             magnitude = std::max(magnitude, std::abs(point[j]));
 
-        // 1 at the ends of the parameter range, 2 in the middle: favours a split near the middle.
+        // The weight is 1 at the ends of the parameter range and 2 in the middle, to favour a split near the
+        // middle.
         double const t = (param - first_param) * r;
         double const weighted = ((1 - t) * t * 4 + 1) * distance;
         if (weighted > best_weighted) best_weighted = weighted, scan.split = i;

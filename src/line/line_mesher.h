@@ -18,18 +18,18 @@
 
 namespace trelk::vornik1d {
 
-/// Meshes polylines, one after the other; all that the work takes is kept from line to line.
+/// The workspace that meshes polylines, one after the other. Its memory is reused from line to line.
 template <class Targets>
 class line_mesher
 {
 public:
-    /// New nodes go to `coords`. `keeps_values`: parameters and targets of the mesh are asked for too.
+    /// New nodes become columns of `coords`. `keeps_values`: the mesh has parameters and targets too.
     line_mesher(dense2D<double>& coords, bool keeps_values)
         : coords_(coords), keeps_values_(keeps_values), span_(coords, mesh_)
     {}
 
-    /// Meshes `chain`, of at least two entries that are columns of `coords`; `mesh` is then the result. Returns 0,
-    /// or `no_storage`, which leaves new columns that belong to no mesh.
+    /// Meshes `chain`: at least two nodes, columns of `coords`. `mesh` is then the result. Returns 0 or
+    /// `no_storage`; in the latter case the caller must remove the new columns of `coords`.
     int run(line_view<Targets> chain, line_rule const& rule)
     {
         mesh_.nodes.clear();
@@ -48,13 +48,13 @@ public:
 
         if (int const status = mesh_range(chain, lengths, rule, may_be_refined); status != 0) return status;
         if (!(rule.deviation_tolerance > 0 && span_.count() + 1 < rule.max_elements))
-            return take_in(chain) ? 0 : no_storage;
+            return accept(chain) ? 0 : no_storage;
         return refine(chain, lengths, rule);
     }
 
     line_mesh<Targets> const& mesh() const { return mesh_; }
 
-    /// Tells how many columns `coords` is foreseen to have in the end.
+    /// Sets how many columns `coords` is expected to have in the end.
     void expect_columns(std::size_t columns) { span_.expect_columns(columns); }
 
 private:
@@ -66,45 +66,45 @@ private:
                 edge_vector<N>(chain.point(s), chain.point(s + 1)), chain.target(s), chain.target(s + 1));
     }
 
-    /// Meshes a range of a chain, or all of it, after what has been taken in. `is_examined`: its deviation will be
-    /// asked for.
+    /// Meshes a range of a chain, or all of it, after the nodes accepted so far. `is_examined`: `examine`
+    /// will be called, which needs parameters.
     int mesh_range(
         line_view<Targets> const& range, double const* lengths, element_rule const& rule, bool is_examined)
     {
-        std::size_t const settled = mesh_.nodes.size(); // the last of them is the range's first node
+        std::size_t const settled = mesh_.nodes.size(); // the last one is the range's first node
         std::size_t const at = keeps_values_ && settled > 0 ? settled - 1 : 0;
         return span_.run(range, lengths, rule, at, {keeps_values_ || is_examined, keeps_values_});
     }
 
-    /// Examines the mesh of a range.
+    /// Decides what to do about the mesh of a range.
     refinement_step examine(line_view<Targets> const& range, span_task const& task, line_rule const& rule)
     {
         auto const scan = scan_deviation(range.over(coords_), span_.mesh_of(range), rule.deviation_tolerance);
         return decide(scan, task, span_.count() + 1, rule.force_even, stalled_elements_);
     }
 
-    /// Meshes a chain anew where its mesh strays from its interior nodes by the tolerance or more, and examines the
-    /// new meshes in the same way. The element limits of `rule` do not count here.
+    /// Does what `examine` has decided. False if memory runs out.
+    [[nodiscard]] bool carry_out(
+        refinement_step const& step, line_view<Targets> const& range, span_task const& task)
+    {
+        if (step.what == action::keep) return accept(range);
+        if (step.what == action::remesh) return pending_.push_back(step.again);
+        std::size_t const split = task.first + step.split;
+        return pending_.push_back({split, task.last}) && pending_.push_back({task.first, split});
+    }
+
+    /// Meshes parts of a chain again if the deviation of their mesh is at least the tolerance, and examines
+    /// the new meshes in the same way. The element limits of `rule` are ignored here.
     ///
-    /// The work is a list of ranges, taken from left to right, so that neither the stack nor the memory grows with
-    /// the number of splits in a row, and each mesh that is kept can stay where it was made.
+    /// The work is a list of ranges, taken from left to right. So the call stack does not grow with the
+    /// number of splits, and an accepted mesh stays where it was placed.
     int refine(line_view<Targets> const& chain, double const* lengths, line_rule const& rule)
     {
-        pending_.clear(); // the leftmost range is the last entry
+        pending_.clear(); // the next range, the leftmost one, is the last entry
         span_task task{0, chain.last()};
         auto range = chain;
         for (;;) {
-            refinement_step const step = examine(range, task, rule);
-            bool is_stored = true;
-            if (step.what == action::keep)
-                is_stored = take_in(range);
-            else if (step.what == action::remesh)
-                is_stored = pending_.push_back(step.again);
-            else {
-                std::size_t const split = task.first + step.split;
-                is_stored = pending_.push_back({split, task.last}) && pending_.push_back({task.first, split});
-            }
-            if (!is_stored) return no_storage;
+            if (!carry_out(examine(range, task, rule), range, task)) return no_storage;
             if (pending_.empty()) return 0;
 
             task = pending_[pending_.size() - 1];
@@ -116,10 +116,10 @@ private:
         }
     }
 
-    /// Adds the mesh of a range to the result, where its nodes are already. False without storage.
-    [[nodiscard]] bool take_in(line_view<Targets> const& range)
+    /// Accepts the latest mesh as that of a range. False if memory runs out.
+    [[nodiscard]] bool accept(line_view<Targets> const& range)
     {
-        return span_.take_in(range.node(0), range.node(range.last()));
+        return span_.accept(range.node(0), range.node(range.last()));
     }
 
     dense2D<double>& coords_;

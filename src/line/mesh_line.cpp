@@ -1,9 +1,11 @@
 #include <vornik1d/vornik1d.h>
 
 #include <cmath>
+#include <cstddef>
 
 #include <vornik/toolkit.h>
 
+#include "arrays/append.h"
 #include "front_door.h"
 #include "line/chord_length.h"
 #include "line/line_mesher.h"
@@ -15,12 +17,11 @@ namespace trelk::vornik1d {
 
 namespace {
 
-struct element_limits
+line_rule rule_of(bool force_even, unsigned min_elements, unsigned max_elements, double deviation_tolerance,
+    double min_size)
 {
-    bool force_even;
-    unsigned min_elements;
-    unsigned max_elements;
-};
+    return {{force_even, min_elements, max_elements}, line_tolerance(deviation_tolerance), min_size};
+}
 
 /// Meshes a chain and appends the mesh to the caller's lists. On a failure these and `coords` are as before.
 template <std::size_t N, class List>
@@ -28,15 +29,15 @@ int mesh_chain(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1
     List targets, line_rule const& rule, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
     List& out_targets)
 {
-    using carrier = targets_in<List, N>;
+    using target_type = targets_in<List, N>;
     if (!detach_from(coords, params) || !detach_from(coords, targets)) return no_storage;
 
     std::size_t const base_columns = coords.cols();
-    line_mesher<carrier> mesher(coords, true);
-    line_view<carrier> const chain{.nodes = indices.data(),
+    line_mesher<target_type> mesher(coords, true);
+    line_view<target_type> const chain{.nodes = indices.data(),
         .params = params.data(),
         .targets = targets.data(),
-        .target_ld = carrier::ld(targets),
+        .target_ld = target_type::ld(targets),
         .count = indices.size()};
     int status = mesher.run(chain, rule);
     if (status == 0 && !publish(mesher.mesh(), out_indices, out_params, out_targets)) status = no_storage;
@@ -44,23 +45,21 @@ int mesh_chain(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1
     return status;
 }
 
-/// Checks what comes after the dimension and the number of chain entries, in the order of the contract, and meshes.
-/// `targets_argument` is the position of the targets.
+/// Makes the remaining checks in the documented order, and meshes. `targets_argument` is the position of the
+/// targets.
 template <class List>
 int check_and_mesh(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& params,
-    int targets_argument, List const& targets, element_limits const& limits, double deviation_tolerance,
-    double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params, List& out_targets)
+    int targets_argument, List const& targets, line_rule const& rule, dense1D<unsigned>& out_indices,
+    dense1D<double>& out_params, List& out_targets)
 {
     std::size_t const n = indices.size();
     if (params.size() != n || !is_non_decreasing(params)) return bad_argument(3);
     if (!are_usable(targets, n) || !fit_dimension(targets, coords)) return bad_argument(targets_argument);
-    if (limits.min_elements > limits.max_elements || limits.min_elements == 0)
+    if (rule.min_elements > rule.max_elements || rule.min_elements == 0)
         return bad_argument(targets_argument + 2);
     if (!can_be_appended_to(out_targets, coords)) return bad_argument(targets_argument + 7);
     if (!vornik::check_IDs(indices, coords.cols())) return bad_argument(2);
 
-    line_rule const rule{{limits.force_even, limits.min_elements, limits.max_elements},
-        line_tolerance(deviation_tolerance), min_size};
     return by_dimension(coords, [&](auto dim) {
         return mesh_chain<dim>(coords, indices, params, targets, rule, out_indices, out_params, out_targets);
     });
@@ -68,20 +67,18 @@ int check_and_mesh(dense2D<double>& coords, dense1D<unsigned> const& indices, de
 
 template <class List>
 int mesh_by_params(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& params,
-    List const& targets, element_limits const& limits, double deviation_tolerance, double min_size,
-    dense1D<unsigned>& out_indices, dense1D<double>& out_params, List& out_targets)
+    List const& targets, line_rule const& rule, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
+    List& out_targets)
 {
     out_params.clear();
     if (!is_planar_or_spatial(coords)) return bad_argument(1);
     if (indices.size() < 2) return bad_argument(2);
-    return check_and_mesh(coords, indices, params, 4, targets, limits, deviation_tolerance, min_size,
-        out_indices, out_params, out_targets);
+    return check_and_mesh(coords, indices, params, 4, targets, rule, out_indices, out_params, out_targets);
 }
 
 template <class List>
 int mesh_by_chord_length(dense2D<double>& coords, dense1D<unsigned> const& indices, List const& targets,
-    element_limits const& limits, double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices,
-    dense1D<double>& out_params, List& out_targets)
+    line_rule const& rule, dense1D<unsigned>& out_indices, dense1D<double>& out_params, List& out_targets)
 {
     std::size_t const n = indices.size();
     if (!is_planar_or_spatial(coords)) return bad_argument(1);
@@ -94,8 +91,7 @@ int mesh_by_chord_length(dense2D<double>& coords, dense1D<unsigned> const& indic
     if (length == 0 || std::isnan(length)) return bad_argument(2);
 
     out_params.clear();
-    return check_and_mesh(coords, indices, params, 3, targets, limits, deviation_tolerance, min_size,
-        out_indices, out_params, out_targets);
+    return check_and_mesh(coords, indices, params, 3, targets, rule, out_indices, out_params, out_targets);
 }
 
 } // namespace
@@ -105,8 +101,9 @@ int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D
     double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
     dense1D<double>& out_sizes) noexcept
 {
-    return mesh_by_params(coords, indices, params, sizes, {force_even, min_elements, max_elements},
-        deviation_tolerance, min_size, out_indices, out_params, out_sizes);
+    return mesh_by_params(coords, indices, params, sizes,
+        rule_of(force_even, min_elements, max_elements, deviation_tolerance, min_size), out_indices,
+        out_params, out_sizes);
 }
 
 int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& params,
@@ -114,8 +111,9 @@ int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D
     double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
     dense2D<double>& out_metrics) noexcept
 {
-    return mesh_by_params(coords, indices, params, metrics, {force_even, min_elements, max_elements},
-        deviation_tolerance, min_size, out_indices, out_params, out_metrics);
+    return mesh_by_params(coords, indices, params, metrics,
+        rule_of(force_even, min_elements, max_elements, deviation_tolerance, min_size), out_indices,
+        out_params, out_metrics);
 }
 
 int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& sizes,
@@ -123,8 +121,9 @@ int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D
     double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
     dense1D<double>& out_sizes) noexcept
 {
-    return mesh_by_chord_length(coords, indices, sizes, {force_even, min_elements, max_elements},
-        deviation_tolerance, min_size, out_indices, out_params, out_sizes);
+    return mesh_by_chord_length(coords, indices, sizes,
+        rule_of(force_even, min_elements, max_elements, deviation_tolerance, min_size), out_indices,
+        out_params, out_sizes);
 }
 
 int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense2D<double> const& metrics,
@@ -132,8 +131,9 @@ int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense2D
     double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
     dense2D<double>& out_metrics) noexcept
 {
-    return mesh_by_chord_length(coords, indices, metrics, {force_even, min_elements, max_elements},
-        deviation_tolerance, min_size, out_indices, out_params, out_metrics);
+    return mesh_by_chord_length(coords, indices, metrics,
+        rule_of(force_even, min_elements, max_elements, deviation_tolerance, min_size), out_indices,
+        out_params, out_metrics);
 }
 
 } // namespace trelk::vornik1d

@@ -16,31 +16,39 @@ namespace trelk::vornik1d {
 
 namespace {
 
-/// Meshes segment after segment by the targets at its ends, and takes all back on a failure.
+/// Meshes segment after segment by the targets at its ends, and lists the nodes of all. False if memory runs out.
+template <class Targets>
+[[nodiscard]] bool mesh_segments(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    typename Targets::list const& targets, bool force_even, dense1D<unsigned>& nodes)
+{
+    constexpr double ends[] = {0, 1};
+    std::size_t const ld = Targets::ld(targets);
+    line_mesher<Targets> mesher(coords, false);
+    if (!nodes.push_back(indices[0])) return false;
+    for (std::size_t i = 0; i + 1 < indices.size(); ++i) {
+        line_view<Targets> const segment{.nodes = indices.data() + i,
+            .params = ends,
+            .targets = targets.data() + ld * i,
+            .target_ld = ld,
+            .count = 2};
+        if (mesher.run(segment, {{.force_even = force_even}}) != 0) return false;
+        truncate(nodes, nodes.size() - 1); // the last node of a segment is the first one of the next
+        if (!append_values(mesher.mesh().nodes, nodes)) return false;
+    }
+    return true;
+}
+
+/// Meshes a chain and appends the mesh to the caller's list. On a failure this and `coords` are as before.
 template <std::size_t N, class List>
-int mesh_segments(dense2D<double>& coords, dense1D<unsigned> const& indices, List targets, bool force_even,
+int mesh_chain(dense2D<double>& coords, dense1D<unsigned> const& indices, List targets, bool force_even,
     dense1D<unsigned>& out_indices)
 {
-    using carrier = targets_in<List, N>;
     if (!detach_from(coords, targets)) return no_storage;
 
-    constexpr double ends[] = {0, 1};
     std::size_t const base_columns = coords.cols();
     dense1D<unsigned> nodes;
-    line_mesher<carrier> mesher(coords, false);
-    bool is_done = nodes.push_back(indices[0]);
-    for (std::size_t i = 0; i + 1 < indices.size() && is_done; ++i) {
-        line_view<carrier> const segment{.nodes = indices.data() + i,
-            .params = ends,
-            .targets = targets.data() + carrier::ld(targets) * i,
-            .target_ld = carrier::ld(targets),
-            .count = 2};
-        is_done = mesher.run(segment, {{.force_even = force_even}}) == 0;
-        if (!is_done) break;
-        truncate(nodes, nodes.size() - 1); // the end node of a segment is the first one of the next
-        is_done = append_values(mesher.mesh().nodes, nodes);
-    }
-    if (is_done && (!out_indices.data() || make_room(out_indices, nodes.size())) &&
+    if (mesh_segments<targets_in<List, N>>(coords, indices, targets, force_even, nodes) &&
+        (!out_indices.data() || make_room(out_indices, nodes.size())) &&
         hand_over(nodes, out_indices, append_values))
         return 0;
 
@@ -48,7 +56,7 @@ int mesh_segments(dense2D<double>& coords, dense1D<unsigned> const& indices, Lis
     return no_storage;
 }
 
-/// Checks what sizes and tensors share, in the order of the contract, and meshes a chain of at least one entry.
+/// Checks the arguments in the documented order, and meshes. A chain without entries changes nothing.
 template <class List>
 int check_and_mesh(dense2D<double>& coords, dense1D<unsigned> const& indices, List const& targets,
     bool force_even, dense1D<unsigned>& out_indices)
@@ -60,8 +68,8 @@ int check_and_mesh(dense2D<double>& coords, dense1D<unsigned> const& indices, Li
     if (!is_planar_or_spatial(coords)) return bad_argument(1);
     if (!fit_dimension(targets, coords)) return bad_argument(3);
 
-    return by_dimension(coords,
-        [&](auto dim) { return mesh_segments<dim>(coords, indices, targets, force_even, out_indices); });
+    return by_dimension(
+        coords, [&](auto dim) { return mesh_chain<dim>(coords, indices, targets, force_even, out_indices); });
 }
 
 double distance(dense2D<double> const& coords, unsigned a, unsigned b)

@@ -14,17 +14,15 @@ struct span_task
     std::size_t last;
     std::uint64_t min_elements = 1;
 
-    // Of a range that is meshed again as a whole: the elements of the mesh that it replaces, the least of the
-    // largest deviations of its meshes so far, and how many have hardly lowered that.
-    std::size_t replaced_elements = 0;
-    double least_deviation = 0;
-    unsigned stalled = 0;
+    // For a range that is meshed again as a whole, otherwise 0:
+    std::size_t replaced_elements = 0; // of the mesh to be replaced
+    double least_deviation = 0;        // the smallest of the largest deviations of its meshes
+    unsigned stalled = 0;              // how many of its meshes have hardly lowered that
 };
 
 enum class action { keep, remesh, split };
 
-/// What is to be done about the mesh of a range: nothing, meshing the range again as a whole, or splitting
-/// it.
+/// What to do about the mesh of a range: keep it, mesh the range again as a whole, or split the range.
 struct refinement_step
 {
     action what = action::keep;
@@ -32,8 +30,8 @@ struct refinement_step
     span_task again{};     // for `remesh`
 };
 
-/// Decides on a mesh of `elements` elements, to which `task` has led. `stalled_elements` is what meshes that hardly
-/// lowered their deviation have cost so far, in the whole chain.
+/// Decides on a mesh of `elements` elements that is the result of `task`. `stalled_elements` counts, over the
+/// whole chain, the elements of meshes that hardly lowered their deviation.
 refinement_step decide(deviation_scan const& scan, span_task const& task, std::size_t elements,
     bool force_even, std::uint64_t& stalled_elements);
 

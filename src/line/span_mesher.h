@@ -1,12 +1,12 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 
 #include <trelk/dense2D.h>
 #include <vornik1d/vornik1d.h>
 
 #include "arrays/search.h"
+#include "arrays/vectors.h"
 #include "measure/chain_position.h"
 #include "placement/line.h"
 #include "placement/node_placer.h"
@@ -14,11 +14,12 @@
 
 namespace trelk::vornik1d {
 
-/// Meshes a chain by its targets alone, in passes: each places nodes along the polyline of the pass before, whose
-/// nodes have been moved back onto the chain, until the node count stops falling. (It can fall because the later
-/// polyline cuts the chain's corners and is shorter in metric length.)
+/// Meshes a chain by its targets, in passes. The first pass places nodes along the chain. Each later pass
+/// places nodes along the polyline of the pass before, whose nodes have been moved back onto the chain. The
+/// passes end when the node count no longer decreases. (It can decrease because the polyline cuts the chain's
+/// corners, so that its metric length is shorter.)
 ///
-/// The new nodes stand after the last column of `coords` as the last pass placed them, for the caller to take in.
+/// The new nodes are stored after the last column of `coords`; `accept` makes them columns.
 template <class Targets>
 class span_mesher
 {
@@ -29,15 +30,15 @@ public:
 
     void expect_columns(std::size_t columns) { placer_.expect_columns(columns); }
 
-    /// Meshes `chain`; `segment_lengths` are the metric lengths of its segments, if they are known, or null.
-    /// Parameters and targets of the mesh stand in the lists from entry `at` on, as far as they are wanted.
-    /// Returns 0, or `no_storage` also where 32-bit numbers cannot name the nodes.
+    /// Meshes `chain`. `segment_lengths` has the metric lengths of its segments, or is null. The wanted
+    /// parameters and targets of the mesh start at entry `at` of the lists. Returns 0, or `no_storage` if
+    /// memory runs out or the nodes exceed 32-bit numbers.
     int run(line_view<Targets> const& chain, double const* segment_lengths, element_rule const& rule,
         std::size_t at, wanted_values wanted)
     {
         placer_.begin(at);
-        first_ = end_of(chain, 0);
-        end_ = end_of(chain, chain.last());
+        first_point_ = point_of(chain, 0);
+        last_point_ = point_of(chain, chain.last());
         bool const is_straight = chain.count == 2; // one pass is exact
         std::size_t previous = unlimited;
         for (std::size_t pass = 0;; ++pass) {
@@ -48,32 +49,32 @@ public:
                 return is_straight || chain.count + nodes >= previous || nodes + 1 == rule.min_elements;
             };
             wanted_values const written = is_last(placer_.planned()) ? wanted : wanted_values{};
-            int const status =
-                pass == 0 ? placer_.place(chain, written) : placer_.replace(first_, end_, written);
-            bool const is_done = is_last(placer_.count()); // without storage fewer are placed than planned
+            int const status = pass == 0 ? placer_.place(chain, written)
+                                         : placer_.replace(first_point_, last_point_, written);
+            bool const is_done = is_last(placer_.count()); // if memory runs out, none are placed
             if (status != 0 || !placer_.set_ends(chain, is_done ? wanted : wanted_values{}))
                 return no_storage;
             if (is_done) return 0;
 
-            // The nodes of the first pass lie on the chain already; later ones lie on chords of the pass before.
+            // Nodes of the first pass lie on the chain already. Later ones lie on chords of the pass before.
             if (pass > 0) move_back(chain);
             previous = chain.count + placer_.count();
         }
     }
 
-    /// New nodes of the chain meshed last.
+    /// The number of new nodes of the chain meshed last.
     std::size_t count() const { return placer_.count(); }
 
-    [[nodiscard]] bool take_in(unsigned first, unsigned last) { return placer_.take_in(first, last); }
+    [[nodiscard]] bool accept(unsigned first, unsigned last) { return placer_.accept(first, last); }
 
-    /// Its mesh, with the ends where they are in `coords`.
+    /// The mesh of the chain meshed last, with the ends as they are in `coords`.
     placed_line<Targets> mesh_of(line_view<Targets> const& chain) const
     {
-        return placer_.placed(end_of(chain, 0), end_of(chain, chain.last()));
+        return placer_.placed(point_of(chain, 0), point_of(chain, chain.last()));
     }
 
 private:
-    vector<N> end_of(line_view<Targets> const& chain, std::size_t i) const
+    vector<N> point_of(line_view<Targets> const& chain, std::size_t i) const
     {
         return vector_at<N>(coords_.col(chain.node(i)));
     }
@@ -92,11 +93,11 @@ private:
     bool plan_along_mesh(element_rule const& rule)
     {
         return placer_.plan(placer_.count() + 1, rule,
-            [&](double* cum) { return measure<Targets>(placer_.placed(first_, end_), cum); });
+            [&](double* cum) { return measure<Targets>(placer_.placed(first_point_, last_point_), cum); });
     }
 
-    /// Moves the nodes of a pass, ends included, back onto the chain at their parameters. Where rounding has made
-    /// these fall they stay where they are.
+    /// Moves the nodes of a pass, ends included, back onto the chain at their parameters. If rounding has
+    /// made the parameters decrease, the nodes stay where they are.
     void move_back(line_view<Targets> const& chain)
     {
         double const* const params = placer_.params();
@@ -106,8 +107,8 @@ private:
         auto const on_coords = chain.over(coords_);
         std::size_t const last = chain.last();
         auto const chain_point = [&](std::size_t i) {
-            if (i == 0) return first_;
-            return i == last ? end_ : vector_at<N>(on_coords.point(i));
+            if (i == 0) return first_point_;
+            return i == last ? last_point_ : vector_at<N>(on_coords.point(i));
         };
         double* const points = placer_.points();
         std::size_t const ld = coords_.ld();
@@ -115,8 +116,8 @@ private:
             [&](std::size_t k, std::size_t from, std::size_t to, double r) {
                 auto const a = chain_point(from);
                 auto const b = chain_point(to);
-                double* const point = k == 0           ? first_.values
-                                      : k + 1 == count ? end_.values
+                double* const point = k == 0           ? first_point_.values
+                                      : k + 1 == count ? last_point_.values
                                                        : points + ld * (k - 1);
                 for (std::size_t i = 0; i < N; ++i) point[i] = (b[i] - a[i]) * r + a[i];
             });
@@ -124,8 +125,8 @@ private:
 
     node_placer<Targets> placer_;
     dense2D<double>& coords_;
-    vector<N> first_{}; // the ends, moved as the nodes between them are
-    vector<N> end_{};
+    vector<N> first_point_{}; // the ends; `move_back` moves them too
+    vector<N> last_point_{};
 };
 
 } // namespace trelk::vornik1d

@@ -6,7 +6,7 @@
 
 namespace trelk::vornik1d {
 
-/// A segment's length and direction; the direction of one of length 0 is zero.
+/// Length and direction of a segment. The direction is 0 if the length is 0.
 template <std::size_t N>
 struct segment_direction
 {
@@ -22,7 +22,7 @@ struct segment_direction
     }
 };
 
-/// Change of the unit tangent over the mean length of two adjacent segments; 0 beside a segment of length 0.
+/// Change of the unit tangent, divided by the mean length of two adjacent segments; 0 if a length is 0.
 template <std::size_t N>
 double turn(segment_direction<N> const& before, segment_direction<N> const& after)
 {
@@ -30,8 +30,9 @@ double turn(segment_direction<N> const& before, segment_direction<N> const& afte
     return 2 * norm(before.unit - after.unit) / (after.length + before.length);
 }
 
-/// Calls `visit(k, curvature)` for each of the `count` entries of a chain, whose entry i is at `point(i)`. Each end
-/// has the curvature of the entry next to it; a chain of fewer than 3 entries has none.
+/// Calls `visit(k, curvature)` for each of the `count` entries of a chain; `point(i)` is the position of
+/// entry i. Each end has the curvature of the entry next to it. With fewer than 3 entries all curvatures are
+/// 0.
 template <std::size_t N, class Point, class Visit>
 void for_each_curvature(std::size_t count, Point point, Visit visit)
 {

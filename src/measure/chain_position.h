@@ -6,8 +6,8 @@
 
 namespace trelk::vornik1d {
 
-/// Calls `visit(m, from, to, r)` for each of the `new_count` values of `new_params`: it falls at fraction r of the
-/// way from chain entry `from` to entry `to`. Both lists are non-decreasing.
+/// Calls `visit(m, from, to, r)` for each value m of `new_params`: the value lies at fraction r of the way
+/// from chain entry `from` to entry `to`. Both lists are non-decreasing.
 template <class Visit>
 void locate_on_chain(
     double const* params, std::size_t count, double const* new_params, std::size_t new_count, Visit visit)

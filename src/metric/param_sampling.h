@@ -16,13 +16,13 @@
 
 namespace trelk::vornik1d {
 
-/// True when there are two parameters at least, and none falls below the one before it or is a NaN.
+/// True if there are at least two parameters, none is below the one before it, and none is NaN.
 inline bool are_parameters(dense1D<double> const& params)
 {
     return params.size() >= 2 && is_non_decreasing(params.begin(), params.end());
 }
 
-/// True when the queries, of which there is one at least, rise and lie within the parameters.
+/// True if the queries are non-decreasing and lie within the parameters. There is at least one query.
 inline bool are_queries(dense1D<double> const& params, dense1D<double> const& queries)
 {
     double const first = params[0];
@@ -33,7 +33,7 @@ inline bool are_queries(dense1D<double> const& params, dense1D<double> const& qu
 
 constexpr double params_tolerance = 1e-12; // absolute, on parameter gaps and on fractions of them
 
-/// Where a query lies: at fraction t of the way from entry lo of the parameters to entry hi.
+/// Where a query lies: at fraction t of the way from parameter `lo` to parameter `hi`.
 struct param_position
 {
     std::size_t lo;
@@ -44,7 +44,7 @@ struct param_position
     bool is_at_hi() const { return std::abs(1 - t) < params_tolerance; }
 };
 
-/// Finds queries that rise, each from where the one before was found.
+/// Finds the positions of non-decreasing queries. Each search starts where the last one ended.
 class param_search
 {
 public:
@@ -62,7 +62,7 @@ public:
         return {lo, hi, p_hi > p_lo + params_tolerance ? (query - p_lo) / (p_hi - p_lo) : 0.0};
     }
 
-    /// The value at a query, linear between two that are positive; 0 beside one that is not.
+    /// The value at a query: linear between two positive values, 0 if one of the two is not positive.
     VORNIK1D_INLINE double find_value(double query, double const* values)
     {
         move_to(query);
@@ -70,8 +70,8 @@ public:
         std::size_t const lo = hi > 0 ? hi - 1 : hi;
         double const v_lo = values[lo];
         double const v_hi = values[hi];
-        bool const is_constant = v_lo > 0 && v_hi - v_lo == 0;              // two that are infinite are not
-        if (is_constant && first_[hi] - first_[lo] <= largest) return v_lo; // whatever the fraction
+        bool const is_constant = v_lo > 0 && v_hi - v_lo == 0;              // false for two infinite values
+        if (is_constant && first_[hi] - first_[lo] <= largest) return v_lo; // for every fraction
         param_position const at = find(query);
         if (at.is_at_lo()) return v_lo;
         if (at.is_at_hi()) return v_hi;
@@ -86,8 +86,8 @@ private:
     double const* end_;
 };
 
-/// Tensors at positions that rise. Where a pair of tensors cannot be reduced, the result is that of the query
-/// before.
+/// Interpolates tensors at non-decreasing positions. If a pair of tensors cannot be reduced, the result of
+/// the last query is returned again.
 template <std::size_t N>
 class tensor_sampler
 {
@@ -116,7 +116,7 @@ private:
     std::size_t ld_;
     tensor<N> result_{};
     metric_interpolator<N> interpolator_;
-    std::size_t built_hi_ = 0; // entry 0 is no upper end
+    std::size_t built_hi_ = 0; // 0: none yet; entry 0 is never an upper end
     bool is_built_ = false;
 };
 

@@ -25,19 +25,19 @@ struct subdivision
     dense1D<double> added_sizes;
 };
 
-/// Places nodes along the chain. False without storage for the chain; a lack of storage for the new nodes
-/// leaves none.
+/// Places nodes along the chain. False if memory runs out for the chain; if it runs out for the new nodes,
+/// none are placed.
 [[nodiscard]] bool subdivide_chain(element_rule const& rule, bool round_up, subdivision& line)
 {
-    using carrier = size_targets<1>;
+    using target_type = size_targets<1>;
     std::size_t const last = line.chain_params.size() - 1;
     dense1D<double> cum;
     if (!cum.resize(last + 1)) return false;
-    line_view<carrier> const chain{.points = line.chain_params.data(),
+    line_view<target_type> const chain{.points = line.chain_params.data(),
         .params = line.chain_params.data(),
         .targets = line.chain_sizes.data(),
         .count = last + 1};
-    double const length = measure<carrier>(chain, cum.data());
+    double const length = measure<target_type>(chain, cum.data());
     auto const count = static_cast<std::size_t>(element_count(length, rule, round_up) - 1);
 
     // The list of sizes has an entry for the first node, as that of a mesh has.
@@ -46,9 +46,9 @@ struct subdivision
         line.added_params.clear();
         return true;
     }
-    new_nodes<carrier> const added{line.added_params.data(), 1, nullptr, sizes.data()};
+    new_nodes<target_type> const added{line.added_params.data(), 1, nullptr, sizes.data()};
     static_cast<void>(
-        place_nodes<carrier>(lasting_line<carrier>{chain}, last, cum.data(), count, added)); // true
+        place_nodes<target_type>(separate_line<target_type>{chain}, last, cum.data(), count, added)); // true
     line.added_sizes = sizes.sub_vector(1, count);
     return true;
 }

@@ -10,15 +10,15 @@
 
 namespace trelk::vornik1d {
 
-/// A view of nodes in the order of travel, with a parameter value and a target for each: what is to be meshed.
-/// It holds bare pointers, since loops run along it; `over` renews the one that the growth of `coords` ends.
-/// `Targets` tells what a target is.
+/// The line to be meshed: a view of nodes in the order of travel, with a parameter and a target for each.
+/// `Targets` defines what a target is. The pointers are raw, for fast loops; call `over` after `coords` has
+/// grown.
 template <class Targets>
 struct line_view
 {
     double const* points = nullptr;
     std::size_t ld = Targets::dimension;
-    unsigned const* nodes = nullptr; // columns of `points`; null stands for 0, 1, 2, ...
+    unsigned const* nodes = nullptr; // columns of `points`; null means 0, 1, 2, ...
     double const* params = nullptr;
     double const* targets = nullptr;
     std::size_t target_ld = Targets::width;
@@ -30,7 +30,7 @@ struct line_view
     double const* point(std::size_t i) const { return points + ld * (nodes ? nodes[i] : i); }
     double const* target(std::size_t i) const { return targets + target_ld * i; }
 
-    /// The same line, its nodes being columns of `coords`.
+    /// The same line with the points in `coords`.
     line_view over(dense2D<double> const& coords) const
     {
         line_view result = *this;
@@ -48,7 +48,7 @@ struct line_view
         return result;
     }
 
-    /// `size` entries from `first` on.
+    /// The `size` entries that start at `first`.
     line_view part(std::size_t first, std::size_t size) const
     {
         line_view result = *this;
@@ -60,13 +60,13 @@ struct line_view
     }
 };
 
-/// The nodes that stand between the two ends of a line, as a placement leaves them: a view, in which entry 0 and
-/// the last one are the ends. Points and lists are those of `line_mesh`.
+/// A view of the nodes that have been placed on a line. Entry 0 and the last entry are the line's ends; the
+/// new nodes are between them.
 template <class Targets>
 struct placed_line
 {
-    vector<Targets::dimension> first;
-    vector<Targets::dimension> end;
+    vector<Targets::dimension> first_point;
+    vector<Targets::dimension> last_point;
     double const* points; // of the first new node
     std::size_t ld;
     double const* params;
@@ -77,14 +77,15 @@ struct placed_line
 
     double const* point(std::size_t i) const
     {
-        if (i == 0) return first.values;
-        return i > new_nodes ? end.values : points + ld * (i - 1);
+        if (i == 0) return first_point.values;
+        return i > new_nodes ? last_point.values : points + ld * (i - 1);
     }
     double const* target(std::size_t i) const { return targets + Targets::width * i; }
 };
 
-/// A mesh as it is made: the node numbers of what is settled, and parameters and targets of that and of the
-/// nodes in work. Where nobody asks for the values of the mesh, those of the nodes in work stand alone.
+/// A mesh under construction: the numbers of the accepted nodes, and parameters and targets of the accepted
+/// nodes and of the latest placement. If the caller does not ask for them, only those of the latest placement
+/// are kept.
 template <class Targets>
 struct line_mesh
 {
@@ -92,7 +93,7 @@ struct line_mesh
     dense1D<double> params;
     typename Targets::list targets;
 
-    /// Empties the lists; their storage stays for reuse.
+    /// Empties the lists; their memory is kept for reuse.
     void clear() noexcept
     {
         nodes.clear();
@@ -101,7 +102,8 @@ struct line_mesh
     }
 };
 
-/// Appends the values of a list that is not needed any more: one without storage takes over that of `source`.
+/// Appends a list that is no longer needed. If `target` has no memory of its own, it takes over that of
+/// `source`.
 template <class List>
 [[nodiscard]] bool hand_over(List const& source, List& target, bool (&append)(List const&, List&)) noexcept
 {
@@ -110,8 +112,8 @@ template <class List>
     return true;
 }
 
-/// Appends a mesh to the caller's lists, which take over its storage where they have none; on false they are as
-/// they were. Also correct when the lists share storage or are one object.
+/// Appends a mesh to the caller's lists; a list without memory takes over that of the mesh. On false the
+/// lists are as they were. Also correct if lists share memory or are one object.
 template <class Targets>
 [[nodiscard]] bool publish(line_mesh<Targets> const& mesh, dense1D<unsigned>& out_indices,
     dense1D<double>& out_params, typename Targets::list& out_targets) noexcept
@@ -126,7 +128,7 @@ template <class Targets>
         hand_over(mesh.params, out_params, append_values))
         return true;
 
-    // Once there is room for each, nothing fails but parameters that are one object with the targets.
+    // If there is room for each, this can only fail if parameters and targets are one object.
     out_indices = indices_before;
     out_targets = targets_before;
     return false;

@@ -11,22 +11,24 @@
 
 #include "arrays/append.h"
 #include "placement/line.h"
-#include "placement/overtaken_entries.h"
+#include "placement/overwritten_entries.h"
 #include "placement/place_nodes.h"
 #include "rules.h"
 
 namespace trelk::vornik1d {
 
-/// What a placement writes beside the points of new nodes.
+/// What a placement writes besides the points of new nodes.
 struct wanted_values
 {
     bool params = true;
     bool targets = true;
 };
 
-/// Places nodes in passes, each along the line that the pass before has left, straight where they will stay: in
-/// the columns after the last one of `coords`, which count when somebody takes them in, and in the lists of a
-/// mesh. All lines of a call share its tables.
+/// The workspace that places nodes. The first pass places them along a line; each later pass places them
+/// along the result of the pass before and replaces it.
+///
+/// The nodes are written to their final place: the columns after the last one of `coords`, and the lists of a
+/// mesh. `accept` makes them columns of `coords`. The memory is reused from line to line.
 template <class Targets>
 class node_placer
 {
@@ -35,19 +37,19 @@ public:
 
     node_placer(dense2D<double>& coords, line_mesh<Targets>& mesh) : coords_(coords), mesh_(mesh) {}
 
-    /// Tells how many columns `coords` is foreseen to have in the end.
+    /// Sets how many columns `coords` is expected to have in the end.
     void expect_columns(std::size_t columns) { expected_columns_ = columns; }
 
-    /// Takes up another line. Its mesh begins at entry `at` of the lists.
+    /// Starts another line. Its parameters and targets start at entry `at` of the lists.
     void begin(std::size_t at)
     {
         at_ = at;
         count_ = planned_ = 0;
     }
 
-    /// Measures a line of entries 0 to `last` by `fill(cum)`, which sets the metric lengths up to each entry, and
-    /// plans its nodes. False without memory, or where 32-bit numbers cannot name them after the columns of
-    /// `coords`.
+    /// Measures a line of entries 0 to `last` and plans its nodes. `fill(cum)` sets the metric length up to
+    /// each entry and returns that of the line. False if memory runs out, or if the columns of `coords` and the
+    /// new nodes exceed 32-bit numbers.
     template <class Fill>
     [[nodiscard]] bool plan(std::size_t last, element_rule const& rule, Fill fill)
     {
@@ -60,36 +62,38 @@ public:
 
     std::size_t planned() const { return planned_; }
 
-    /// Places the planned nodes along `line`, whose columns may be those of `coords`. Where there is no storage for
-    /// their values, or where targets cannot be used, there are none. Returns 0, or `no_storage` where `coords`
-    /// cannot grow.
+    /// Places the planned nodes along `line`. If it has node numbers, they are columns of `coords`. No nodes
+    /// are placed if memory for their values runs out or targets cannot be used. Returns 0, or `no_storage`
+    /// if `coords` cannot grow.
     int place(line_view<Targets> const& line, wanted_values wanted)
     {
         return run(wanted, [&](new_nodes<Targets> const& out) {
-            lasting_line<Targets> const source{line.nodes ? line.over(coords_) : line};
+            separate_line<Targets> const source{line.nodes ? line.over(coords_) : line};
             return place_nodes<Targets>(source, line.last(), metric_lengths_.data(), planned_, out);
         });
     }
 
-    /// The same along the nodes of the pass before, from `first` to `end`, which the new ones replace.
-    int replace(vector<N> const& first, vector<N> const& end, wanted_values wanted)
+    /// The same along the line from `first_point` over the nodes of the pass before to `last_point`. The new
+    /// nodes replace those of the pass before.
+    int replace(vector<N> const& first_point, vector<N> const& last_point, wanted_values wanted)
     {
         return run(wanted, [&](new_nodes<Targets> const& out) {
-            replaced_line<Targets> source(placed(first, end), overtaken_);
+            replaced_line<Targets> source(placed(first_point, last_point), overwritten_);
             return place_nodes<Targets>(source, count_ + 1, metric_lengths_.data(), planned_, out);
         });
     }
 
-    /// New nodes of the latest pass.
+    /// The number of new nodes of the latest pass.
     std::size_t count() const { return count_; }
 
-    /// The line from `first` over the new nodes to `end`.
-    placed_line<Targets> placed(vector<N> const& first, vector<N> const& end) const
+    /// The line from `first_point` over the new nodes to `last_point`.
+    placed_line<Targets> placed(vector<N> const& first_point, vector<N> const& last_point) const
     {
-        return {first, end, points(), coords_.ld(), params(), targets(), count_};
+        return {first_point, last_point, points(), coords_.ld(), params(), targets(), count_};
     }
 
-    /// Gives the ends of the new line the parameters and targets of the old one's. False without storage.
+    /// Copies the parameters and targets of the ends of `line` to the ends of the new line. False if memory
+    /// runs out.
     [[nodiscard]] bool set_ends(line_view<Targets> const& line, wanted_values wanted)
     {
         if (!reserve_values(count_, wanted)) return false;
@@ -101,9 +105,9 @@ public:
         return true;
     }
 
-    /// Counts the new nodes in: they join the nodes of the mesh between `first`, with which these end unless there are
-    /// none, and `last`. False without storage.
-    [[nodiscard]] bool take_in(unsigned first, unsigned last)
+    /// Makes the new nodes columns of `coords`, and appends them and the node `last` to the mesh. The mesh is
+    /// empty or ends with the node `first`. False if memory runs out.
+    [[nodiscard]] bool accept(unsigned first, unsigned last)
     {
         dense1D<unsigned>& nodes = mesh_.nodes;
         std::size_t const settled = nodes.size();
@@ -117,14 +121,14 @@ public:
         return coords_.resize(N, columns + count_); // there is room
     }
 
-    /// The new nodes' points, and the parameters and targets of the line in work from its first node on.
+    /// The points of the new nodes; the parameters and targets of the current line, its first node included.
     double* points() const { return coords_.col(coords_.cols()); }
     double* params() const { return mesh_.params.data() + at_; }
     double* targets() const { return mesh_.targets.data() + Targets::width * at_; }
 
 private:
-    /// Nodes that the second pass may have more than the first, for which it is not to move everything.
-    static std::size_t reserve_of(std::size_t count) { return count / 64; }
+    /// Spare room, since a later pass may place slightly more nodes and should not move everything.
+    static std::size_t spare_nodes(std::size_t count) { return count / 64; }
 
     template <class Walk>
     int run(wanted_values wanted, Walk walk)
@@ -144,7 +148,7 @@ private:
     [[nodiscard]] bool reserve_values(std::size_t count, wanted_values wanted)
     {
         std::size_t const needed = at_ + count + 2;
-        std::size_t const generous = needed + reserve_of(count);
+        std::size_t const generous = needed + spare_nodes(count);
         return (!wanted.params || mesh_.params.reserve(generous, 2) || mesh_.params.reserve(needed, 2)) &&
                (!wanted.targets || Targets::reserve(mesh_.targets, generous) ||
                    Targets::reserve(mesh_.targets, needed)) &&
@@ -152,24 +156,25 @@ private:
                (!wanted.targets || Targets::resize(mesh_.targets, needed));
     }
 
-    /// Makes room for `count` columns in work; those that are there stay.
+    /// Makes room for `count` new points; those of the latest pass are kept.
     [[nodiscard]] bool reserve_points(std::size_t count)
     {
         std::size_t const columns = coords_.cols();
         std::size_t const needed = columns + count;
         static_cast<void>(coords_.resize(N, columns + count_)); // there is room
         bool const has_room =
-            reserve_foreseen(coords_, N, needed, std::max(expected_columns_, needed + reserve_of(count)));
+            reserve_foreseen(coords_, N, needed, std::max(expected_columns_, needed + spare_nodes(count)));
         truncate(coords_, columns);
         return has_room;
     }
 
-    /// Room for the metric lengths of a line's entries; null without storage. What stood there goes.
+    /// Memory for the metric lengths of a line's entries; null if it runs out. Previous values are lost.
     double* table(std::size_t entries)
     {
         std::size_t const room = metric_lengths_.room();
         if (room < entries) {
-            metric_lengths_ = {}; // first, so that the two do not stand side by side
+            // Named, as Clang 14 never destroys what `{}` makes for an argument in a template.
+            metric_lengths_ = dense1D<double>(); // first, so that old and new memory are not held at the same time
             if (!metric_lengths_.reserve(std::max(entries, 2 * room)) && !metric_lengths_.reserve(entries))
                 return nullptr;
         }
@@ -179,7 +184,7 @@ private:
     dense2D<double>& coords_;
     line_mesh<Targets>& mesh_;
     dense1D<double> metric_lengths_;
-    overtaken_entries<Targets> overtaken_;
+    overwritten_entries<Targets> overwritten_;
     std::size_t expected_columns_ = 0;
     std::size_t at_ = 0;
     std::size_t count_ = 0;

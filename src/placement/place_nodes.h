@@ -1,21 +1,20 @@
 #pragma once
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 
 #include "arrays/vectors.h"
 #include "placement/line.h"
-#include "placement/overtaken_entries.h"
+#include "placement/overwritten_entries.h"
 #include "placement/size_law.h"
 #include "rules.h"
 
-// Nodes at equal steps of metric length along a line: the line is measured, and then walked once, forward only.
+// Nodes at equal steps of metric length: a line is measured, and then walked once from start to end.
 
 namespace trelk::vornik1d {
 
-/// Sets `cum` to the metric length from the first entry of a line to each entry; returns the last of them.
+/// Sets `cum` to the metric lengths from the first entry of a line to each entry; returns the last one.
 template <class Targets, class Line>
 double measure(Line const& line, double* cum)
 {
@@ -32,14 +31,14 @@ double measure(Line const& line, double* cum)
     return length;
 }
 
-/// Nodes to be placed on a line between its ends. A length that is NaN, for which there is no step, has none.
+/// The number of nodes to place between the ends of a line; 0 if the metric length is NaN.
 inline std::uint64_t new_node_count(double metric_length, element_rule const& rule)
 {
     return metric_length >= 0 ? element_count(metric_length, rule) - 1 : 0;
 }
 
-/// Where new nodes go, node k = 1, 2, ... to entry k of each list; there is room. Lists may be null: nobody asks
-/// for these values. `points` is where the first one goes.
+/// Where new nodes k = 1, 2, ... are written: node k to entry k of each list and to column k - 1 of `points`.
+/// There is room. A null list is not written.
 template <class Targets>
 struct new_nodes
 {
@@ -52,9 +51,9 @@ struct new_nodes
     double* target(std::size_t k) const { return targets + Targets::width * k; }
 };
 
-/// Reads a line that stands apart from the new nodes.
+/// Reads a line that the new nodes do not overwrite.
 template <class Targets>
-struct lasting_line
+struct separate_line
 {
     line_view<Targets> line;
 
@@ -62,21 +61,21 @@ struct lasting_line
     bool before_write(std::size_t, std::size_t) const { return true; }
 };
 
-/// Reads the line of the pass before, which stands where the new nodes go: entry k is what node k replaces.
+/// Reads the line of the pass before, which the new nodes overwrite: node k overwrites entry k.
 template <class Targets>
 class replaced_line
 {
 public:
-    replaced_line(placed_line<Targets> const& line, overtaken_entries<Targets>& overtaken)
-        : line_(line), overtaken_(overtaken)
+    replaced_line(placed_line<Targets> const& line, overwritten_entries<Targets>& overwritten)
+        : line_(line), overwritten_(overwritten)
     {}
 
-    entry_view operator[](std::size_t i) const { return i < written_end_ ? overtaken_[i] : in_place(i); }
+    entry_view operator[](std::size_t i) const { return i < written_end_ ? overwritten_[i] : in_place(i); }
 
-    /// Announces node k, at which the walk may still read the entries from `first` on.
+    /// Saves what node k overwrites, if it will still be read: the walk reads only entries from `first` on.
     bool before_write(std::size_t k, std::size_t first)
     {
-        if (k >= first && k <= line_.last() && !overtaken_.save(k, first, in_place(k))) return false;
+        if (k >= first && k <= line_.last() && !overwritten_.save(k, first, in_place(k))) return false;
         written_end_ = k + 1;
         return true;
     }
@@ -85,13 +84,13 @@ private:
     entry_view in_place(std::size_t i) const { return {line_.point(i), line_.params[i], line_.target(i)}; }
 
     placed_line<Targets> line_;
-    overtaken_entries<Targets>& overtaken_;
+    overwritten_entries<Targets>& overwritten_;
     std::size_t written_end_ = 0; // entry 0 is the line's first node: nothing replaces it
 };
 
-/// Places `count` nodes at equal steps of metric length along a line of entries 0 to `last`, whose metric
-/// lengths are `cum`. False where the targets of a segment on which a node falls cannot be used, or without
-/// storage.
+/// Places `count` nodes at equal steps of metric length along a line of entries 0 to `last`; `cum` has the
+/// metric lengths up to each entry. False if the targets of a segment that gets a node cannot be used, or if
+/// memory runs out.
 template <class Targets, class Source>
 [[nodiscard]] bool place_nodes(
     Source&& source, std::size_t last, double const* cum, std::size_t count, new_nodes<Targets> const& out)
@@ -104,11 +103,11 @@ template <class Targets, class Source>
     double param = 0;
     double param_step = 0;
 
-    std::size_t j = 1; // the first entry at or after the target
+    std::size_t j = 1; // the first entry whose metric length is at least `goal`
     std::size_t entered = 0;
     for (std::size_t k = 1; k <= count; ++k) {
-        double const target = static_cast<double>(k) * step;
-        while (cum[j] < target && j < last) ++j; // an infinite target stays on the last segment
+        double const goal = static_cast<double>(k) * step;
+        while (cum[j] < goal && j < last) ++j; // an infinite goal stays on the last segment
         if (entered != j) {
             entered = j;
             entry_view const near = source[j - 1];
@@ -120,9 +119,9 @@ template <class Targets, class Source>
             if (!segment.enter(d, near.target, far.target)) return false;
         }
 
-        // An infinite metric length has no fractions: 0 in place of NaN.
+        // If the metric length is infinite, the fraction is 0, not NaN.
         double const before = cum[j - 1];
-        double const t = cum[j] > before ? std::max(0.0, (target - before) / (cum[j] - before)) : 0;
+        double const t = cum[j] > before ? std::max(0.0, (goal - before) / (cum[j] - before)) : 0;
         double const u = segment.position(t);
         if (!source.before_write(k, j)) return false;
         double* const point = out.point(k);

@@ -45,7 +45,7 @@ VORNIK1D_INLINE double mean_inverse_size(double h0, double h1)
 }
 
 /// Position along a segment as a function of the fraction t of its metric length, counted from the end with
-/// size h0: u = ((h1/h0)^t - 1) / (h1/h0 - 1). What depends on the sizes alone is computed once.
+/// size h0: u = ((h1/h0)^t - 1) / (h1/h0 - 1). Values that depend only on the sizes are computed once.
 class size_law
 {
 public:
@@ -79,7 +79,7 @@ public:
                 (1 + (s - 1) * x_ / 2 + (s - 2) * (s - 1) * xx / 6 + (s - 3) * (s - 2) * (s - 1) * xxx / 24);
         }
         if (mirrored_) v = 1 - v;
-        return v >= 0 ? std::min(v, 1.0) : 0.0; // a NaN gives 0
+        return v >= 0 ? std::min(v, 1.0) : 0.0; // 0 for a NaN
     }
 
 private:
@@ -91,11 +91,9 @@ private:
     double log_ratio_ = 0;
 };
 
-inline double size_law_position(double t, double h0, double h1) { return size_law(h0, h1).position(t); }
-
-/// The multiple of `step` (1 or more) nearest to `length` on a geometric scale: the boundary between k and
-/// k + step is sqrt(k * (k + step)), and the tie goes up. Never 0; NaN and negative lengths count as 0, and
-/// what 64 bits do not hold gives the largest multiple that they do.
+/// The multiple of `step` (1 or more) nearest to `length` on a geometric scale: the boundary between k
+/// and k + step is sqrt(k * (k + step)), and a tie is rounded up. At least `step`, also for NaN and negative
+/// lengths; at most the largest multiple that 64 bits hold.
 inline std::uint64_t round_to_multiple(double length, std::uint64_t step)
 {
     constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
@@ -109,14 +107,15 @@ inline std::uint64_t round_to_multiple(double length, std::uint64_t step)
     if (whole >= most / step) return largest_multiple;
 
     std::uint64_t const k = whole * step;
-    // From k = 2^32 on the product wraps and the comparison always rounds up: no element count is that large.
+    // From k = 2^32 on the product wraps, and the length is always rounded up. No element count is that
+    // large.
     std::uint64_t const boundary = k * (k + step);
     return length * length >= static_cast<double>(boundary) ? k + step : k;
 }
 
-/// Elements of a line of the given metric length: rounded, then clamped, `max_elements` winning over
-/// `min_elements`, a count not below the length, if `round_up` asks for that, over both, and an even count
-/// over all.
+/// The number of elements of a line of the given metric length: the length rounded, then adjusted by these
+/// rules in this order; a later rule overrides an earlier one: `min_elements`, `max_elements`, `round_up`
+/// (the count is not below the length), `force_even`.
 inline std::uint64_t element_count(double metric_length, element_rule const& rule, bool round_up = false)
 {
     constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();

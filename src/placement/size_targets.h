@@ -12,7 +12,7 @@
 
 namespace trelk::vornik1d {
 
-/// Targets of a line in N dimensions that are sizes, one number per entry, linear along each segment.
+/// The targets of a line in N dimensions are sizes: one number per entry, linear along each segment.
 template <std::size_t N>
 struct size_targets
 {
@@ -44,17 +44,17 @@ struct size_targets
 
     static void copy(double const* source, double* target) noexcept { *target = *source; }
 
-    /// Lowers a target to `limit`; a NaN is no limit.
+    /// Lowers a target to at most `limit`; NaN means no limit.
     static void bound(double* target, double limit) noexcept { *target = std::min(*target, limit); }
 
-    /// Lowers a target to what `from`, at the other end of an edge of the given length, lets it grow to.
+    /// Lowers a target to the size that gradation allows at distance `length` from a target `from`.
     static void bound_growth(
         double const* from, vector<N> const&, double length, double max_gradation, double* target) noexcept
     {
         *target = std::min(*target, *from + max_gradation * length);
     }
 
-    /// Finds targets between given ones, at queries that rise.
+    /// Interpolates targets at non-decreasing queries.
     class sampler
     {
     public:
@@ -74,11 +74,11 @@ struct size_targets
         return norm(d) * mean_inverse_size(*from, *to);
     }
 
-    /// A segment on which nodes are placed. What depends on it alone is computed once.
+    /// A segment on which nodes are placed. Values that depend only on the segment are computed once.
     class segment
     {
     public:
-        /// Turns to the segment along d, with the targets at its ends.
+        /// Selects the segment along d with the given targets at its ends. Cannot fail.
         bool enter(vector<N> const&, double const* from, double const* to)
         {
             law_ = size_law(*from, *to);
@@ -87,7 +87,7 @@ struct size_targets
             return true;
         }
 
-        /// Position of the fraction t of the segment's metric length.
+        /// Position at fraction t of the segment's metric length.
         double position(double t) const { return law_.position(t); }
 
         /// The target at position u.

@@ -10,7 +10,7 @@
 #include "placement/size_targets.h"
 #include "placement/tensor_targets.h"
 
-// What exported functions need to know of the two kinds of targets: sizes and metric tensors.
+// How exported functions handle the two kinds of targets: sizes and metric tensors.
 
 namespace trelk::vornik1d {
 
@@ -29,11 +29,11 @@ struct targets_of_list<dense2D<double>, N>
     using type = tensor_targets<N>;
 };
 
-/// How targets in N dimensions are worked on that are kept in a `List`.
+/// The type that handles the targets of a `List` in N dimensions: `size_targets` or `tensor_targets`.
 template <class List, std::size_t N>
 using targets_in = typename targets_of_list<List, N>::type;
 
-/// True when the first n targets are usable.
+/// True if there are at least n targets and the first n are valid.
 inline bool are_usable(dense1D<double> const& sizes, std::size_t n)
 {
     return sizes.size() >= n && vornik::are_valid_metrics(sizes.sub_vector(0, n));
@@ -44,7 +44,7 @@ inline bool are_usable(dense2D<double> const& metrics, std::size_t n)
     return metrics.cols() >= n && vornik::are_valid_metrics(metrics.sub_matrix(0, 0, metrics.rows(), n));
 }
 
-/// True when targets have the row count that goes with `coords`.
+/// True if the targets have the row count that `coords` requires.
 inline bool fit_dimension(dense1D<double> const&, dense2D<double> const&) { return true; }
 
 inline bool fit_dimension(dense2D<double> const& metrics, dense2D<double> const& coords)
@@ -52,7 +52,7 @@ inline bool fit_dimension(dense2D<double> const& metrics, dense2D<double> const&
     return metrics.rows() == metric_rows(coords);
 }
 
-/// True when targets for `coords` can be appended to a list.
+/// True if targets for `coords` can be appended to the list.
 inline bool can_be_appended_to(dense1D<double> const&, dense2D<double> const&) { return true; }
 
 inline bool can_be_appended_to(dense2D<double> const& metrics, dense2D<double> const& coords)
@@ -60,8 +60,8 @@ inline bool can_be_appended_to(dense2D<double> const& metrics, dense2D<double> c
     return metrics.empty() || fit_dimension(metrics, coords);
 }
 
-/// Gives an input list storage of its own if it has that of `coords`, which moves when `coords` grows. False
-/// without storage.
+/// Copies an input list that shares the memory of `coords`, since that memory moves when `coords` grows.
+/// False if memory runs out.
 template <class List>
 [[nodiscard]] bool detach_from(dense2D<double> const& coords, List& list)
 {

@@ -17,11 +17,11 @@
 
 namespace trelk::vornik1d {
 
-/// Targets of a line in N dimensions that are metric tensors, one column per entry. Along a segment the size in
-/// its own direction runs linearly; across it the tensors are interpolated.
+/// The targets of a line in N dimensions are metric tensors: one column per entry. The size along a segment
+/// is linear; the tensors at new nodes are interpolated.
 ///
-/// A segment's metric length follows from its lengths in the two end tensors alone. Where a tensor does not
-/// measure the segment positively, it counts nothing.
+/// The metric length of a segment follows from its lengths in the two end tensors. It is 0 unless both are
+/// positive.
 template <std::size_t N>
 struct tensor_targets
 {
@@ -61,8 +61,8 @@ struct tensor_targets
 
     static void copy(double const* source, double* target) noexcept { std::copy_n(source, width, target); }
 
-    /// Lowers the sizes of a target to `limit` along its axes; a NaN is no limit. A tensor that cannot be
-    /// decomposed stays.
+    /// Lowers the sizes of a target along its axes to at most `limit`; NaN means no limit. A tensor that
+    /// cannot be decomposed stays as it is.
     static void bound(double* target, double limit) noexcept
     {
         auto metric = tensor_at<N>(target);
@@ -70,7 +70,7 @@ struct tensor_targets
         copy(metric.values, target);
     }
 
-    /// Lowers the sizes of a target to what `from`, at the other end of the edge d, lets them grow to.
+    /// Lowers the sizes of a target to those that gradation allows along the edge d from a target `from`.
     static void bound_growth(
         double const* from, vector<N> const& d, double, double max_gradation, double* target) noexcept
     {
@@ -79,7 +79,7 @@ struct tensor_targets
         copy(metric.values, target);
     }
 
-    /// Finds targets between given ones, at queries that rise.
+    /// Interpolates targets at non-decreasing queries.
     class sampler
     {
     public:
@@ -100,21 +100,22 @@ struct tensor_targets
         return l0 > 0 ? l0 * l1 * mean_inverse_size(l0, l1) : 0;
     }
 
-    /// A segment on which nodes are placed. What depends on it alone is computed once.
+    /// A segment on which nodes are placed. Values that depend only on the segment are computed once.
     class segment
     {
     public:
-        /// Turns to the segment along d, with the targets at its ends. False where these cannot be reduced.
+        /// Selects the segment along d with the given targets at its ends. False if the targets cannot be
+        /// reduced.
         bool enter(vector<N> const& d, double const* from, double const* to)
         {
-            // The size along d is the inverse of d's length: it is proportional to l1 at the near end.
+            // The size along d is inversely proportional to d's length: h0 : h1 = l1 : l0.
             auto const [l0, l1] = end_lengths(d, from, to);
             is_measured_ = l0 > 0;
             law_ = size_law(l1, l0);
             return interpolator_.build(tensor_at<N>(from), tensor_at<N>(to));
         }
 
-        /// Position of the fraction t of the segment's metric length.
+        /// Position at fraction t of the segment's metric length.
         double position(double t) const { return is_measured_ ? law_.position(t) : 0; }
 
         /// The target at position u.
@@ -133,7 +134,7 @@ private:
         double l1;
     };
 
-    /// Of d in two tensors; 0 unless both are positive.
+    /// The lengths of d in two tensors; both are 0 unless both are positive.
     static lengths end_lengths(vector<N> const& d, double const* from, double const* to)
     {
         double const q0 = quadratic_form(from, d);

@@ -11,8 +11,8 @@ namespace trelk::vornik1d {
 
 namespace {
 
-/// The square of the cosine up to which a change of direction counts as smooth. The cap, about 1e-6 radians,
-/// lets straight lines be smooth in spite of rounding.
+/// The square of the smallest cosine that counts as smooth. The cap corresponds to about 1e-6 radians;
+/// because of it straight lines are smooth in spite of rounding.
 double smooth_limit(double max_angle)
 {
     constexpr double degree = 0.017453292519943295;
@@ -41,8 +41,8 @@ void find_break_nodes(dense2D<double> const& coords, dense2D<unsigned> const& co
 
         unsigned const c = connect(0, next);
         unsigned const d = connect(1, next);
-        if (c == a) break_nodes.insert(a); // the two begin and end together
-        if (d == b) {                      // head to head
+        if (c == a) break_nodes.insert(a); // both start at a
+        if (d == b) {                      // both end at b
             break_nodes.insert(b);
             continue;
         }

@@ -10,36 +10,38 @@
 
 namespace trelk::vornik1d {
 
-/// The elements of a mesh in chains: runs in which each element starts at the end node of the one before.
-/// They reach from break node to break node or around a loop, but begin too where two elements start at one
-/// node, and end where they meet an earlier chain. Chain c has the entries from `chain_starts[c]` to
-/// `chain_starts[c + 1]` of `chain_elements`, in the order of travel.
+/// The elements of a mesh in chains. In a chain each element starts at the end node of the one before. A
+/// chain reaches from break node to break node, or around a loop. A chain can also start where two elements
+/// start at one node, and end where it meets an earlier chain.
+///
+/// The elements of chain c are `chain_elements` from `chain_starts[c]` up to, not including,
+/// `chain_starts[c + 1]`, in the order of travel.
 struct line_chains
 {
     dense1D<unsigned> chain_starts;
     dense1D<unsigned> chain_elements;
 
     std::size_t size() const noexcept { return chain_starts.size() - 1; }
-    std::size_t elements_of(std::size_t c) const noexcept { return chain_starts[c + 1] - chain_starts[c]; }
+    std::size_t element_count(std::size_t c) const noexcept { return chain_starts[c + 1] - chain_starts[c]; }
 
-    /// Elements of the longest chain.
+    /// The number of elements of the longest chain.
     std::size_t longest() const noexcept
     {
         std::size_t result = 0;
-        for (std::size_t c = 0; c < size(); ++c) result = std::max(result, elements_of(c));
+        for (std::size_t c = 0; c < size(); ++c) result = std::max(result, element_count(c));
         return result;
     }
 
     /// The elements of chain c, a view.
     dense1D<unsigned> chain(std::size_t c) const noexcept
     {
-        return chain_elements.sub_vector(chain_starts[c], elements_of(c));
+        return chain_elements.sub_vector(chain_starts[c], element_count(c));
     }
 };
 
-/// Puts every element into a chain: first the chains that begin at a break node, by rising first element,
-/// then the others, each from the lowest element that is left. Node numbers, those of `break_nodes` too, are below
-/// `node_count`. False without storage.
+/// Puts every element into a chain: first the chains that start at a break node, in the order of their first
+/// elements; then the others, each from the lowest remaining element. All node numbers are below
+/// `node_count`. False if memory runs out.
 [[nodiscard]] bool extract_chains(dense2D<unsigned> const& connect, dense2D<unsigned> const& neighbors,
     hbuckets_set const& break_nodes, std::size_t node_count, line_chains& chains);
 

@@ -4,9 +4,9 @@
 #include <cstddef>
 
 #include <vornik/toolkit.h>
+#include <vornik1d/vornik1d.h>
 
 #include "arrays/vectors.h"
-#include "front_door.h"
 #include "remesh/break_nodes.h"
 
 namespace trelk::vornik1d {
@@ -15,19 +15,18 @@ namespace {
 
 constexpr auto edge = vornik::element_type::edge;
 
-/// Brings an empty set to life, for about `keys` keys.
+/// Initialises a set for about `keys` keys.
 [[nodiscard]] bool prepare(hbuckets_set& set, std::size_t keys)
 {
     constexpr std::size_t start = 23;
     return set.init(start, start, 1.0) && (keys <= set.buckets() || set.rehash(keys));
 }
 
+template <std::size_t N>
 int add_break_nodes(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule,
     dense2D<unsigned> const& neighbors, hbuckets_set& break_nodes)
 {
-    by_dimension(coords, [&](auto dim) {
-        find_break_nodes<dim>(coords, old.connect, neighbors, rule.max_angle, rule.min_size, break_nodes);
-    });
+    find_break_nodes<N>(coords, old.connect, neighbors, rule.max_angle, rule.min_size, break_nodes);
     for (unsigned const e : old.hard_edges) {
         break_nodes.insert(old.connect(0, e));
         break_nodes.insert(old.connect(1, e));
@@ -52,7 +51,7 @@ int add_break_nodes(dense2D<double> const& coords, old_mesh const& old, remesh_r
     return true;
 }
 
-/// Lowers the sizes at the ends of a chain to its length, and sets those that are given along it.
+/// Lowers the sizes at the ends of a chain to its length; then sets the sizes that are given along it.
 template <std::size_t N>
 void set_sizes_along(dense2D<double> const& coords, old_mesh const& old, double min_size,
     dense1D<unsigned> const& elements, dense1D<double>& node_sizes)
@@ -78,12 +77,13 @@ void set_sizes_along(dense2D<double> const& coords, old_mesh const& old, double 
 
 } // namespace
 
-int cut(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule, bool lists_break_nodes,
-    cut_lines& lines)
+template <std::size_t N>
+int cut_into_chains(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule,
+    bool lists_break_nodes, cut_lines& lines)
 {
-    constexpr std::size_t elements_a_break = 100; // a guess: a break in as many
+    constexpr std::size_t elements_per_break = 100; // a guess
     std::size_t const hard = old.hard_edges.size();
-    std::size_t const breaks = old.connect.cols() / elements_a_break + old.hard_nodes.size() + hard;
+    std::size_t const breaks = old.connect.cols() / elements_per_break + old.hard_nodes.size() + hard;
     hbuckets_set break_nodes;
     if (!prepare(break_nodes, breaks) || !prepare(lines.hard_edges, hard)) return no_storage;
     lines.hard_edges.insert_range(old.hard_edges.begin(), old.hard_edges.end());
@@ -91,21 +91,20 @@ int cut(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& r
 
     dense2D<unsigned> neighbors;
     int status = vornik::get_neighbors(old.connect, edge, false, neighbors);
-    if (status >= 0) status = add_break_nodes(coords, old, rule, neighbors, break_nodes);
+    if (status >= 0) status = add_break_nodes<N>(coords, old, rule, neighbors, break_nodes);
     if (status < 0) return status;
     if (lists_break_nodes && !list_keys(break_nodes, lines.break_nodes)) return no_storage;
     std::size_t const nodes = std::size_t{old.max_node} + 1;
     return extract_chains(old.connect, neighbors, break_nodes, nodes, lines.chains) ? 0 : no_storage;
 }
 
+template <std::size_t N>
 bool set_node_sizes(
     dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule, cut_lines& lines)
 {
     if (!lines.node_sizes.resize(std::size_t{old.max_node} + 1, rule.default_size)) return false;
-    by_dimension(coords, [&](auto dim) {
-        for (std::size_t c = 0; c < lines.chains.size(); ++c)
-            set_sizes_along<dim>(coords, old, rule.min_size, lines.chains.chain(c), lines.node_sizes);
-    });
+    for (std::size_t c = 0; c < lines.chains.size(); ++c)
+        set_sizes_along<N>(coords, old, rule.min_size, lines.chains.chain(c), lines.node_sizes);
     return true;
 }
 
@@ -123,5 +122,12 @@ bool set_chain_colors(old_mesh const& old, cut_lines& lines)
     }
     return true;
 }
+
+template int cut_into_chains<2>(
+    dense2D<double> const&, old_mesh const&, remesh_rule const&, bool, cut_lines&);
+template int cut_into_chains<3>(
+    dense2D<double> const&, old_mesh const&, remesh_rule const&, bool, cut_lines&);
+template bool set_node_sizes<2>(dense2D<double> const&, old_mesh const&, remesh_rule const&, cut_lines&);
+template bool set_node_sizes<3>(dense2D<double> const&, old_mesh const&, remesh_rule const&, cut_lines&);
 
 } // namespace trelk::vornik1d

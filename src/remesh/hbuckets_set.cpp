@@ -10,7 +10,7 @@ namespace trelk::vornik1d {
 namespace {
 
 constexpr std::size_t fewest_buckets = 23;
-constexpr std::size_t most_keys_a_bucket = 2; // on average
+constexpr std::size_t most_keys_per_bucket = 2; // on average
 constexpr std::size_t most_nodes = 4294967294;
 constexpr std::size_t longest_link = 2147483647;
 
@@ -29,8 +29,8 @@ bool hbuckets_set::init(std::size_t key_hint, std::size_t bucket_hint, double lo
 {
     buckets_ = std::max(bucket_hint, fewest_buckets);
     auto const m = static_cast<double>(buckets_);
-    // The share of buckets to stay empty under that many keys thrown at random: they cost nodes beside those
-    // of the keys. The margin is for keys that are not random.
+    // The expected share of empty buckets if the keys are random. Empty buckets need nodes in addition to
+    // those of the keys. The factor 1.3 is a margin for keys that are not random.
     double const empty = std::exp(static_cast<double>(key_hint) * std::log1p(-1 / m));
     double const spare = std::clamp((1 - (1 - empty) / load) * 1.3, 0.0, 1.0) * m;
 
@@ -48,7 +48,7 @@ bool hbuckets_set::init(std::size_t key_hint, std::size_t bucket_hint, double lo
 
 void hbuckets_set::insert(unsigned key) noexcept
 {
-    bool const is_full = keys_ + 1 > most_keys_a_bucket * buckets_;
+    bool const is_full = keys_ + 1 > most_keys_per_bucket * buckets_;
     bool const is_stored = (!is_full || rehash(2 * keys_)) && add(key);
     if (!is_stored) is_complete_ = false;
 }
@@ -56,7 +56,7 @@ void hbuckets_set::insert(unsigned key) noexcept
 unsigned hbuckets_set::insert_range(unsigned const* first_key, unsigned const* last_key) noexcept
 {
     auto const added = static_cast<std::size_t>(last_key - first_key);
-    bool const is_full = keys_ + added > most_keys_a_bucket * buckets_;
+    bool const is_full = keys_ + added > most_keys_per_bucket * buckets_;
     if (is_full && !rehash(std::max(2 * keys_, keys_ + added))) {
         is_complete_ = false;
         return 0;
@@ -69,7 +69,7 @@ unsigned hbuckets_set::insert_range(unsigned const* first_key, unsigned const* l
 
 bool hbuckets_set::add(unsigned key) noexcept
 {
-    if (used_ < buckets_) return false; // not even the heads have storage
+    if (used_ < buckets_) return false; // `init` has failed
     std::size_t at = key % buckets_;
     std::size_t vacant = used_;
     for (;;) {

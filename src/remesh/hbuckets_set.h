@@ -7,8 +7,8 @@
 
 namespace trelk::vornik1d {
 
-/// A node of the set: a key, and in `link` whether there is one (bit 0) and how many nodes farther on the
-/// next one of the bucket's list stands (the other bits; 0 at its end).
+/// A node of the set. Bit 0 of `link` tells whether the node has a key. The other bits are the distance, in
+/// nodes, to the next node of the bucket's list; 0 at the end of the list.
 template <class Key, class Link>
 struct __hbuckets_node_type
 {
@@ -16,14 +16,14 @@ struct __hbuckets_node_type
     Link link;
 };
 
-/// The number of buckets to take where `wanted` are: the next prime of a table in which each is about twice
-/// the one before; its last one where there is none.
+/// The smallest prime of a table that is at least `wanted`, or the last prime of the table. Each prime of the
+/// table is about twice the one before.
 std::size_t next_prime_size(std::size_t wanted);
 
-/// A set of keys that only grows. Key k is on the list of bucket k modulo `buckets()`. All nodes stand in one
+/// A hash set without removal. Key k is on the list of bucket k modulo `buckets()`. All nodes are in one
 /// block: first the heads of the buckets, which may be unoccupied, then the overflow, in order of creation.
 ///
-/// It is brought to life by `init`. Once a key has been left out for want of storage, `is_complete` is false.
+/// Call `init` first. If memory runs out, keys are left out and `is_complete` is false.
 class hbuckets_set : private __vector_view<__hbuckets_node_type<std::uint32_t, std::uint32_t>, 8>
 {
 public:
@@ -32,11 +32,11 @@ public:
     hbuckets_set& operator=(hbuckets_set&&) noexcept = default;
     ~hbuckets_set() = default;
 
-    /// Empties the set, with `bucket_hint` buckets, or 23 if that is more, and storage for `key_hint` keys at
-    /// `load` keys a bucket. On false it may have fewer buckets, and no room for keys.
+    /// Empties the set. It gets at least 23 and at least `bucket_hint` buckets, and memory for `key_hint`
+    /// keys at `load` keys per bucket. On false it may have fewer buckets and no room for keys.
     [[nodiscard]] bool init(std::size_t key_hint, std::size_t bucket_hint, double load) noexcept;
 
-    /// Adds a key, if there is storage for it: `is_complete` tells.
+    /// Adds a key. If memory runs out, the key is left out and `is_complete` is false.
     void insert(unsigned key) noexcept;
 
     /// Adds keys; returns how many were new.
@@ -54,7 +54,7 @@ public:
     /// Nodes in use, heads included.
     std::size_t used() const noexcept { return used_; }
 
-    /// Calls `visit(key)` for all keys, in the order of their nodes.
+    /// Calls `visit(key)` for each key, in the order of the nodes.
     template <class Visit>
     void for_each(Visit visit) const
     {
@@ -67,7 +67,7 @@ private:
 
     static bool is_occupied(node const& n) { return (n.link & 1) != 0; }
 
-    /// Without a test of the load.
+    /// Adds a key without rehashing. False if memory runs out.
     bool add(unsigned key) noexcept;
 
     std::size_t used_ = 0;

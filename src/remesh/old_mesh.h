@@ -10,7 +10,7 @@ namespace trelk::vornik1d {
 
 constexpr unsigned no_color = vornik::none;
 
-/// The mesh to be replaced, and what is known of its nodes and elements. Lists may be empty or too short.
+/// The mesh to be replaced, with data of its nodes and elements. Lists may be empty or too short.
 struct old_mesh
 {
     dense2D<unsigned> connect; // 2 rows

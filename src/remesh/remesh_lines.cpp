@@ -9,7 +9,7 @@
 #include "arrays/columns.h"
 #include "front_door.h"
 #include "remesh/cut_lines.h"
-#include "remesh/network_mesher.h"
+#include "remesh/mesh_network.h"
 #include "remesh/old_mesh.h"
 
 namespace trelk::vornik1d {
@@ -24,7 +24,7 @@ remesh_rule rule_of(double default_size, bool force_even, double max_angle, doub
         max_angle};
 }
 
-/// Lists that a caller may leave out, as inputs or as results; hard nodes only with colours.
+/// Lists that an overload may not have. `hard_nodes` is null if `colors` is.
 struct network_lists
 {
     dense1D<double> const& sizes;
@@ -33,7 +33,7 @@ struct network_lists
     dense1D<unsigned>* hard_nodes;
 };
 
-/// Replaces the lists of a mesh; on false all are as they were.
+/// Replaces the caller's mesh; on false all lists are as they were.
 [[nodiscard]] bool publish(new_mesh const& mesh, dense1D<unsigned> const& break_nodes,
     dense2D<unsigned>& connect, network_lists const& lists)
 {
@@ -51,8 +51,31 @@ struct network_lists
     return true;
 }
 
-/// Remeshes lines with arguments of the fullest overload, whose statuses it returns.
-int remesh(
+/// Remeshes lines whose arguments have been checked. On a failure the caller's objects are as they were.
+template <std::size_t N>
+int remesh_network(
+    dense2D<double>& coords, dense2D<unsigned>& connect, remesh_rule const& rule, network_lists const& lists)
+{
+    dense2D<unsigned> const elements = connect.sub_matrix(0, 0, 2, connect.cols());
+    dense1D<unsigned> const none;
+    old_mesh const old{elements, lists.sizes, lists.colors ? *lists.colors : none,
+        lists.hard_nodes ? *lists.hard_nodes : none, lists.hard_edges, largest_entry(elements)};
+    cut_lines lines;
+    int status = cut_into_chains<N>(coords, old, rule, lists.hard_nodes != nullptr, lines);
+    if (status < 0) return status;
+    if (!set_node_sizes<N>(coords, old, rule, lines)) return no_storage;
+    if (lists.colors && !set_chain_colors(old, lines)) return no_storage;
+
+    std::size_t const base_columns = coords.cols();
+    new_mesh mesh;
+    status = mesh_network<N>(coords, old, rule, lines, mesh);
+    if (status == 0 && !publish(mesh, lines.break_nodes, connect, lists)) status = no_storage;
+    if (status != 0) truncate(coords, base_columns);
+    return status;
+}
+
+/// Checks the arguments of the fullest overload in the documented order, and remeshes.
+int check_and_remesh(
     dense2D<double>& coords, dense2D<unsigned>& connect, remesh_rule const& rule, network_lists const& lists)
 {
     if (connect.empty()) return 0;
@@ -65,22 +88,7 @@ int remesh(
     if (!(rule.min_size >= 0)) return bad_argument(12);
     if (rule.min_elements > rule.max_elements) return bad_argument(13);
 
-    dense2D<unsigned> const elements = connect.sub_matrix(0, 0, 2, connect.cols());
-    dense1D<unsigned> const none;
-    old_mesh const old{elements, lists.sizes, lists.colors ? *lists.colors : none,
-        lists.hard_nodes ? *lists.hard_nodes : none, lists.hard_edges, largest_entry(elements)};
-    cut_lines lines;
-    if (int const status = cut(coords, old, rule, lists.hard_nodes != nullptr, lines); status < 0)
-        return status;
-    if (!set_node_sizes(coords, old, rule, lines)) return no_storage;
-    if (lists.colors && !set_chain_colors(old, lines)) return no_storage;
-
-    std::size_t const base_columns = coords.cols();
-    new_mesh mesh;
-    int status = mesh_network(coords, old, rule, lines, mesh);
-    if (status == 0 && !publish(mesh, lines.break_nodes, connect, lists)) status = no_storage;
-    if (status != 0) truncate(coords, base_columns);
-    return status;
+    return by_dimension(coords, [&](auto dim) { return remesh_network<dim>(coords, connect, rule, lists); });
 }
 
 } // namespace
@@ -90,7 +98,7 @@ int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect, double def
     dense1D<unsigned> const& hard_edges, bool force_even, double max_angle, double deviation_tolerance,
     double max_gradation, double min_size, unsigned min_elements, unsigned max_elements) noexcept
 {
-    return remesh(coords, connect,
+    return check_and_remesh(coords, connect,
         rule_of(default_size, force_even, max_angle, deviation_tolerance, max_gradation, min_size,
             min_elements, max_elements),
         {sizes, hard_edges, &colors, &hard_nodes});
@@ -100,22 +108,22 @@ int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect, double def
     dense1D<unsigned>& colors, bool force_even, double max_angle, double deviation_tolerance,
     double max_gradation, double min_size, unsigned min_elements, unsigned max_elements) noexcept
 {
-    int const status = remesh(coords, connect,
+    int const status = check_and_remesh(coords, connect,
         rule_of(default_size, force_even, max_angle, deviation_tolerance, max_gradation, min_size,
             min_elements, max_elements),
         {{}, {}, &colors, nullptr});
-    return status < -4 ? status + 3 : status; // there are three arguments less
+    return status < -4 ? status + 3 : status; // three arguments less before the one at fault
 }
 
 int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect, double default_size, bool force_even,
     double max_angle, double deviation_tolerance, double max_gradation, double min_size,
     unsigned min_elements, unsigned max_elements) noexcept
 {
-    int const status = remesh(coords, connect,
+    int const status = check_and_remesh(coords, connect,
         rule_of(default_size, force_even, max_angle, deviation_tolerance, max_gradation, min_size,
             min_elements, max_elements),
         {{}, {}, nullptr, nullptr});
-    return status < -7 ? status + 4 : status; // there are four arguments less
+    return status < -7 ? status + 4 : status; // four arguments less before the one at fault
 }
 
 } // namespace trelk::vornik1d

@@ -6,10 +6,10 @@
 namespace trelk::vornik1d {
 
 template <std::size_t N>
-bool bend_nodes(guided_chain<N> const& chain, dense1D<unsigned>& bends, dense1D<double>& bend_params)
+bool find_bend_nodes(guided_chain<N> const& chain, dense1D<unsigned>& bends, dense1D<double>& bend_params)
 {
-    // On a squared area over a squared length: what counts is how far, in length units of the model, one
-    // chord strays from the direction of the other.
+    // On a squared area over a squared length: the distance, in length units of the model, of the end of the
+    // shorter chord from the line along the longer one.
     constexpr double straight_limit = 1e-24;
 
     bends.clear();
@@ -48,7 +48,7 @@ bool bend_nodes(guided_chain<N> const& chain, dense1D<unsigned>& bends, dense1D<
     return bends.resize(kept) && bend_params.resize(kept); // there is room
 }
 
-template bool bend_nodes(guided_chain<2> const&, dense1D<unsigned>&, dense1D<double>&);
-template bool bend_nodes(guided_chain<3> const&, dense1D<unsigned>&, dense1D<double>&);
+template bool find_bend_nodes(guided_chain<2> const&, dense1D<unsigned>&, dense1D<double>&);
+template bool find_bend_nodes(guided_chain<3> const&, dense1D<unsigned>&, dense1D<double>&);
 
 } // namespace trelk::vornik1d

@@ -8,12 +8,12 @@
 
 namespace trelk::vornik1d {
 
-/// Keeps those of a spline's nodes at which its chain bends, with both ends and both guide nodes, and finds
-/// their normalised chord length along the chain: 0 at the first two, 1 at the last two.
+/// Lists the nodes at which a spline's chain bends, with both ends and both guide nodes, and their normalised
+/// chord lengths along the chain: 0 for the first two, 1 for the last two.
 ///
-/// Both lists are replaced. False without storage for them.
+/// Both lists are replaced. False if memory runs out.
 template <std::size_t N>
-[[nodiscard]] bool bend_nodes(
+[[nodiscard]] bool find_bend_nodes(
     guided_chain<N> const& chain, dense1D<unsigned>& bends, dense1D<double>& bend_params);
 
 } // namespace trelk::vornik1d

@@ -9,16 +9,18 @@
 
 namespace trelk::vornik1d {
 
-/// The element sizes at the nodes of a chain of 4 or more that keep chords within a tolerance of the spline through
-/// it, as `chordal_size` reads it: the size by the mean curvature of the spans on either side, weighted by their
-/// chords. `largest` beside a span without curvature. Spans are added in order.
+/// Computes element sizes at the nodes of a spline, guide nodes included, that keep chords within a
+/// tolerance, as `chordal_size` defines it. Spans are added in order.
+///
+/// The size at a node is the mean of the sizes of the two spans that meet there, weighted by their chords. A
+/// span's size follows from its mean curvature. The size is `largest` if that of one span is.
 template <std::size_t N>
 class curvature_sizes
 {
 public:
     explicit curvature_sizes(dense1D<double>& sizes) : sizes_(sizes) {}
 
-    /// Begins with a chain of `nodes` nodes. False without storage.
+    /// Starts a chain of `nodes` nodes. False if memory runs out.
     [[nodiscard]] bool begin(std::size_t nodes, double tolerance)
     {
         tolerance_ = tolerance;
@@ -41,13 +43,14 @@ public:
         chord_before_ = span.chord;
     }
 
+    /// Sets the last two sizes, after the last span.
     void finish()
     {
         sizes_[at_++] = size_before_;
         sizes_[at_++] = size_before_;
     }
 
-    /// Adds all spans of a chain. False without storage.
+    /// Adds all spans of a chain. False if memory runs out.
     [[nodiscard]] bool build(guided_chain<N> const& chain, double tolerance)
     {
         if (!begin(chain.count, tolerance)) return false;

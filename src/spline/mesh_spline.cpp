@@ -4,6 +4,7 @@
 
 #include <vornik/toolkit.h>
 
+#include "arrays/append.h"
 #include "front_door.h"
 #include "placement/line.h"
 #include "placement/target_lists.h"
@@ -14,21 +15,28 @@ namespace trelk::vornik1d {
 
 namespace {
 
+spline_rule rule_of(bool force_even, unsigned min_elements, unsigned max_elements, double deviation_tolerance,
+    double min_size, double default_size, double max_gradation)
+{
+    return {{{force_even, min_elements, max_elements}, spline_tolerance(deviation_tolerance), min_size},
+        default_size, max_gradation};
+}
+
 /// Meshes a spline and appends the mesh to the caller's lists. On a failure all is as before.
 template <std::size_t N, class List>
 int mesh_curve(dense2D<double>& coords, dense1D<unsigned> const& indices, List targets,
     spline_rule const& rule, dense1D<unsigned>& out_indices, dense1D<double>& out_params, List& out_targets,
     double& deviation)
 {
-    using carrier = targets_in<List, N>;
+    using target_type = targets_in<List, N>;
     if (!detach_from(coords, targets)) return no_storage;
 
     std::size_t const base_columns = coords.cols();
     bool const deviation_may_move =
         coords.holds(deviation) || out_params.holds(deviation) || out_targets.holds(deviation);
-    std::size_t const ld = carrier::ld(targets);
-    line_view<carrier> const node_targets{.targets = targets.data() + ld, .target_ld = ld};
-    spline_mesher<carrier> mesher(coords, true);
+    std::size_t const ld = target_type::ld(targets);
+    line_view<target_type> const node_targets{.targets = targets.data() + ld, .target_ld = ld};
+    spline_mesher<target_type> mesher(coords, true);
     int status = mesher.sample(indices, rule);
     if (status == 0) status = mesher.mesh_sampled(indices, node_targets, rule);
     if (status == 0 && !publish(mesher.mesh(), out_indices, out_params, out_targets)) status = no_storage;
@@ -36,11 +44,11 @@ int mesh_curve(dense2D<double>& coords, dense1D<unsigned> const& indices, List t
         truncate(coords, base_columns);
         return status;
     }
-    if (!deviation_may_move) deviation = mesher.deviation(); // an entry of what has grown may be gone
+    if (!deviation_may_move) deviation = mesher.deviation(); // otherwise its memory may be gone
     return 0;
 }
 
-/// Checks the arguments in the order of the contract, and meshes.
+/// Checks the arguments in the documented order, and meshes.
 template <class List>
 int check_and_mesh(dense2D<double>& coords, dense1D<unsigned> const& indices, List const& targets,
     spline_rule const& rule, dense1D<unsigned>& out_indices, dense1D<double>& out_params, List& out_targets,
@@ -68,10 +76,10 @@ int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices, dense
     double min_size, double default_size, double max_gradation, dense1D<unsigned>& out_indices,
     dense1D<double>& out_params, dense1D<double>& out_sizes, double& deviation) noexcept
 {
-    spline_rule const rule{
-        {{force_even, min_elements, max_elements}, spline_tolerance(deviation_tolerance), min_size},
-        default_size, max_gradation};
-    return check_and_mesh(coords, indices, sizes, rule, out_indices, out_params, out_sizes, deviation);
+    return check_and_mesh(coords, indices, sizes,
+        rule_of(force_even, min_elements, max_elements, deviation_tolerance, min_size, default_size,
+            max_gradation),
+        out_indices, out_params, out_sizes, deviation);
 }
 
 int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices, dense2D<double> const& metrics,
@@ -79,10 +87,10 @@ int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices, dense
     double min_size, double default_size, double max_gradation, dense1D<unsigned>& out_indices,
     dense1D<double>& out_params, dense2D<double>& out_metrics, double& deviation) noexcept
 {
-    spline_rule const rule{
-        {{force_even, min_elements, max_elements}, spline_tolerance(deviation_tolerance), min_size},
-        default_size, max_gradation};
-    return check_and_mesh(coords, indices, metrics, rule, out_indices, out_params, out_metrics, deviation);
+    return check_and_mesh(coords, indices, metrics,
+        rule_of(force_even, min_elements, max_elements, deviation_tolerance, min_size, default_size,
+            max_gradation),
+        out_indices, out_params, out_metrics, deviation);
 }
 
 } // namespace trelk::vornik1d

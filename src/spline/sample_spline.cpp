@@ -12,7 +12,7 @@ namespace trelk::vornik1d {
 
 namespace {
 
-/// How long the steps along a span may be: the smallest of the sizes at five places.
+/// The longest step allowed along a span: the smallest chordal size at five places, at least `min_step`.
 template <std::size_t N>
 double sampling_step(spline_span<N> const& span, double sample_tolerance, double min_step)
 {
@@ -22,7 +22,7 @@ double sampling_step(spline_span<N> const& span, double sample_tolerance, double
     return std::max(least_chordal_size(curvature, sample_tolerance), min_step);
 }
 
-/// Into how many steps of t a span is cut: 2 at least, also where the ratio is no number.
+/// The number of steps of t in a span: at least 2, also if the ratio is NaN.
 std::uint64_t count_steps(double length, double step)
 {
     constexpr std::uint64_t too_many = unlimited + 1;
@@ -33,7 +33,7 @@ std::uint64_t count_steps(double length, double step)
     return count < static_cast<double>(too_many) ? static_cast<std::uint64_t>(count) : too_many;
 }
 
-/// Makes room for `count` samples.
+/// Makes room for `count` samples in all.
 template <std::size_t N>
 [[nodiscard]] bool make_samples(std::size_t count, spline_samples& curve)
 {
@@ -42,8 +42,7 @@ template <std::size_t N>
 }
 
 /// Appends a span's first node and the `steps` - 1 samples after it; there is room for them. `start` is the
-/// parameter of the node, not normalised yet. Returns the largest square of a sample's distance from the
-/// chord.
+/// node's parameter before normalisation. Returns the largest squared distance of a sample from the chord.
 template <std::size_t N>
 double append_span(spline_span<N> const& span, std::uint64_t steps, double start, spline_samples& curve)
 {
@@ -70,8 +69,8 @@ double append_span(spline_span<N> const& span, std::uint64_t steps, double start
         append(speed * t + start, span.a0 + offset);
         largest_square = std::max(largest_square, dot(area, area));
     }
-    // Division by one number keeps the order of values, and the largest in its place.
-    return largest_square != 0 ? largest_square / chord_square : 0; // of the distance from the chord
+    // One division at the end: dividing all values by the same number keeps their order.
+    return largest_square != 0 ? largest_square / chord_square : 0;
 }
 
 void scale(dense1D<double>& values, double factor)
@@ -100,12 +99,13 @@ bool sample_spline(guided_chain<N> const& chain, double sample_tolerance, double
     double largest_square = 0;
     double& length = curve.spline_length;
     bool has_room = true;
-    bool is_of_use = true;
+    bool is_usable = true;
     spline_spans<N> spans(chain);
     for (std::size_t k = 0; k + 1 < nodes; ++k) {
         auto const span = spans.next();
-        // The length goes on without samples: it tells whether the chain is at fault, or storage.
-        if (is_of_use && has_room) {
+        // The length is completed without samples: the caller needs it to tell a bad chain from lack of
+        // memory.
+        if (is_usable && has_room) {
             std::uint64_t const steps =
                 count_steps(span_arc_length(span), sampling_step(span, sample_tolerance, min_step));
             std::size_t const first = curve.sample_params.size();
@@ -117,14 +117,14 @@ bool sample_spline(guided_chain<N> const& chain, double sample_tolerance, double
                 if (square > largest_square) {
                     largest_square = square;
                     curve.deviation = std::sqrt(square);
-                    is_of_use = !(curve.deviation > most_deviation);
+                    is_usable = !(curve.deviation > most_deviation);
                 }
-                if (is_of_use && sizes) sizes->add(span);
+                if (is_usable && sizes) sizes->add(span);
             }
         }
         length += norm(span.a1);
     }
-    if (!has_room || !is_of_use) return has_room;
+    if (!has_room || !is_usable) return has_room;
 
     if (length > 0) {
         scale(curve.sample_params, 1 / length);

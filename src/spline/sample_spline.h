@@ -11,12 +11,12 @@
 
 namespace trelk::vornik1d {
 
-/// A polyline that stands for a spline. The parameter runs from 0 to 1 along it, in each span in proportion
-/// to the span's own parameter and by its speed |a1| at the first node, which is the chord unless the span
-/// lacks a tangent there alone.
+/// A polyline that approximates a spline. Its parameter runs from 0 to 1. Over a span it grows in proportion
+/// to the span's parameter t, by the speed |a1| at the span's first node. The speed equals the chord's
+/// length, unless the span has a tangent at its second node only.
 struct spline_samples
 {
-    dense2D<double> samples; // a point per column; the curve nodes are among them
+    dense2D<double> samples; // a point per column, curve nodes included
     dense1D<double> sample_params;
     dense1D<double> node_params;
     dense1D<unsigned> node_samples; // the column of each curve node
@@ -24,14 +24,15 @@ struct spline_samples
     double deviation = 0;           // the largest distance of a sample from its span's chord
 };
 
-/// Samples the spline through a chain at equal steps of t in each span: so finely that the chords stay within
-/// `sample_tolerance`, as `chordal_size` reads it, but no finer than `min_step`, and with one point between the
-/// nodes at least. Once the deviation is above `most_deviation` the curve is of no use: only its length goes on.
+/// Samples the spline through a chain at equal steps of t in each span. The step is chosen so that chords
+/// stay within `sample_tolerance`, as `chordal_size` defines it; it is at least `min_step`. Each span has at
+/// least one sample between its nodes. Sampling ends as soon as the deviation exceeds `most_deviation`; only
+/// the length is then completed.
 ///
-/// The spans are handed to `sizes` too, unless it is null.
+/// Each span is added to `sizes`, unless `sizes` is null.
 ///
-/// `curve` is replaced. False without storage, or without 32-bit numbers for the samples; it has its
-/// `spline_length` then too, unless there is not even storage for the nodes.
+/// `curve` is replaced. False if memory runs out, or if the samples exceed 32-bit numbers; `spline_length` is
+/// then complete too, unless memory has run out for the nodes already.
 template <std::size_t N>
 [[nodiscard]] bool sample_spline(guided_chain<N> const& chain, double sample_tolerance, double min_step,
     double most_deviation, std::type_identity_t<curvature_sizes<N>>* sizes, spline_samples& curve);

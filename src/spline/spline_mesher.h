@@ -21,32 +21,32 @@
 
 namespace trelk::vornik1d {
 
-/// Meshes splines, one after the other; all that the work takes is kept from one to the next.
+/// The workspace that meshes splines, one after the other. Its memory is reused from one spline to the next.
 template <class Targets>
 class spline_mesher
 {
 public:
     static constexpr std::size_t N = Targets::dimension;
 
-    /// New nodes go to `coords`. `keeps_values`: parameters and targets of the mesh are asked for too.
+    /// New nodes become columns of `coords`. `keeps_values`: the mesh has parameters and targets too.
     spline_mesher(dense2D<double>& coords, bool keeps_values)
         : coords_(coords), keeps_values_(keeps_values), placer_(coords, mesh_)
     {}
 
-    /// Samples the spline through `chain`, whose entries are columns of `coords`, the first and the last being guide
-    /// nodes. Returns 0, -1 where a node or the curve's length is not finite, or `no_storage`. Once its deviation is
-    /// above `most_deviation` there is no mesh of it, only that deviation.
+    /// Samples the spline through `chain`: columns of `coords`, the first and the last being guide nodes. If
+    /// its deviation exceeds `most_deviation`, the spline cannot be meshed afterwards. Returns 0,
+    /// `no_storage`, or -1 if a node or the curve's length is not finite.
     int sample(dense1D<unsigned> const& chain, spline_rule const& rule,
         double most_deviation = std::numeric_limits<double>::infinity())
     {
         guided_chain<N> const nodes(coords_, chain.data(), chain.size());
         if (!are_finite(nodes)) return -1;
-        if (!bend_nodes(nodes, bends_, bend_params_) ||
+        if (!find_bend_nodes(nodes, bends_, bend_params_) ||
             !bend_sizes_.begin(nodes.count, rule.deviation_tolerance))
             return no_storage;
-        // Where all nodes are bends their spans are those that are sampled.
+        // If all nodes are bends, the sampled spans are also those of the bends.
         all_bend_ = bends_.size() == nodes.count;
-        // Ten times closer to the curve than the mesh is to be.
+        // The samples are ten times closer to the curve than the mesh must be.
         bool const is_sampled = sample_spline(nodes, 0.1 * rule.deviation_tolerance, 0.5 * rule.min_size,
             most_deviation, all_bend_ ? &bend_sizes_ : nullptr, curve_);
         if (!std::isfinite(curve_.spline_length)) return -1;
@@ -56,7 +56,7 @@ public:
     /// The largest distance of the sampled spline from the polyline through its nodes.
     double deviation() const { return curve_.deviation; }
 
-    /// Meshes the spline sampled last, by the targets at its nodes, guide nodes not among them; `mesh` is then the
+    /// Meshes the spline sampled last by the targets at its nodes, guide nodes excluded. `mesh` is then the
     /// result. Returns 0 or `no_storage`.
     int mesh_sampled(
         dense1D<unsigned> const& chain, line_view<Targets> const& targets, spline_rule const& rule)
@@ -75,12 +75,12 @@ public:
         if (!is_planned || placer_.place(polyline, wanted) != 0 || !placer_.set_ends(polyline, wanted))
             return no_storage;
         mesh_.nodes.clear();
-        return placer_.take_in(chain[1], chain[chain.size() - 2]) ? 0 : no_storage;
+        return placer_.accept(chain[1], chain[chain.size() - 2]) ? 0 : no_storage;
     }
 
     line_mesh<Targets> const& mesh() const { return mesh_; }
 
-    /// Tells how many columns `coords` is foreseen to have in the end.
+    /// Sets how many columns `coords` is expected to have in the end.
     void expect_columns(std::size_t columns) { placer_.expect_columns(columns); }
 
 private:
@@ -94,7 +94,8 @@ private:
 
     double* target(std::size_t k) { return targets_.data() + Targets::width * k; }
 
-    /// Targets at the samples from those at the curve nodes: between these by interpolation, or of default size.
+    /// Sets the targets at the samples: those of the curve nodes, and between them interpolated ones or the
+    /// default.
     [[nodiscard]] bool carry_targets(line_view<Targets> const& node_targets, spline_rule const& rule)
     {
         std::size_t const samples = curve_.samples.cols();
@@ -106,7 +107,7 @@ private:
                 Targets::copy(node_targets.target(k), target(curve_.node_samples[k]));
             return true;
         }
-        if (!are_parameters(curve_.node_params)) return false; // the samples are looked at with the bends
+        if (!are_parameters(curve_.node_params)) return false; // `bound_by_curvature` checks the samples
         typename Targets::sampler sampler(curve_.node_params, node_targets.targets, node_targets.target_ld);
         for (std::size_t k = 0; k < samples; ++k) sampler.find(curve_.sample_params[k], target(k));
         return true;
@@ -126,7 +127,8 @@ private:
         return true;
     }
 
-    /// Lowers the targets so that they do not grow too fast from sample to sample, in a sweep forth and one back.
+    /// Lowers the targets so that they do not grow too fast from sample to sample, in a forward and a
+    /// backward sweep.
     [[nodiscard]] bool bound_by_gradation(spline_rule const& rule)
     {
         if (!(rule.max_gradation > 0 && rule.max_gradation < largest)) return true;

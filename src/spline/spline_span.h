@@ -25,7 +25,7 @@ struct spline_span
     double chord = 0; // distance between the two nodes
 };
 
-/// The way from one node to the next.
+/// The straight line from one node to the next.
 template <std::size_t N>
 struct spline_chord
 {
@@ -42,11 +42,12 @@ struct spline_chord
     }
 };
 
-/// The tangent at the end that a span shares with a neighbour chord. It has the direction of q u + p v, where u and
-/// v are the unit vectors along the chords before and after the node, p and q the lengths of these; where the
-/// neighbour chord is no longer than a hundredth of the span's, r u + v takes its place, with the bare length r
-/// and u along the neighbour. Its length is that of the span's chord. There is none, and the result is false,
-/// where it would point across the chord or against it.
+/// The tangent at the end that a span shares with a neighbour chord. Its length is that of the span's chord.
+///
+/// The direction is q u + p v: u and v are the unit vectors along the chords before and after the node, p and
+/// q their lengths. If the neighbour is at most 1 % as long as the span's own chord, the direction is r u +
+/// v: r is the neighbour's length, u its unit vector, and v that of the own chord. False if the tangent does
+/// not point along the own chord.
 template <std::size_t N>
 VORNIK1D_INLINE bool find_tangent(
     spline_chord<N> const& neighbour, spline_chord<N> const& own, vector<N>& tangent)
@@ -54,8 +55,6 @@ VORNIK1D_INLINE bool find_tangent(
     constexpr double least_neighbour = 0.01; // in lengths of the span's chord
     constexpr double least_cosine = 0.0001;  // times the length of the tangent, which is at most 1
 
-    // Beside a very short neighbour its bare length stands for the ratio: the own direction has weight 1 / (1
-    // + length).
     bool const is_ratio = neighbour.length > least_neighbour * own.length;
     double const r = is_ratio ? own.length / neighbour.length : neighbour.length;
     double const w = 1 / (1 + r);
@@ -67,8 +66,8 @@ VORNIK1D_INLINE bool find_tangent(
     return true;
 }
 
-/// The span along the chord `own`, from the node at `start`. A span without the tangent at one end is quadratic,
-/// without both straight; at a free end there is no tangent.
+/// The span along the chord `own`, from the node at `start`. A free end has no tangent. With one tangent the
+/// span is quadratic, with none it is straight.
 template <std::size_t N>
 VORNIK1D_INLINE spline_span<N> build_span(double const* start, bool is_start_free, bool is_end_free,
     spline_chord<N> const& before, spline_chord<N> const& own, spline_chord<N> const& after)
@@ -96,8 +95,8 @@ VORNIK1D_INLINE spline_span<N> build_span(double const* start, bool is_start_fre
     return span;
 }
 
-/// A chain of 4 nodes or more, columns of `coords`: the spline's nodes, with a guide node before and after them.
-/// An end is free where its guide node repeats it.
+/// A chain of at least 4 nodes, columns of `coords`: the spline's nodes, with a guide node before and after
+/// them. An end is free if its guide node is the same node.
 template <std::size_t N>
 struct guided_chain
 {
@@ -124,7 +123,7 @@ public:
         : chain_(chain), before_(chain.chord(0)), own_(chain.chord(1))
     {}
 
-    /// The next one; call it `spans()` times at most.
+    /// The next span; call it at most `spans()` times.
     spline_span<N> next()
     {
         unsigned const* const i = chain_.nodes + at_;
@@ -166,8 +165,8 @@ VORNIK1D_INLINE vector<N> span_derivative(spline_span<N> const& span, double t)
     return (span.a3 * (3 * t) + 2 * span.a2) * t + span.a1;
 }
 
-/// Curvature along a span at M values of t: |x' x x''| / |x'|^3 in 1/length. `largest` where the derivative vanishes.
-/// The values stand side by side in loops without branches, for the compiler to take several at a time.
+/// Curvature along a span at M values of t: |x' x x''| / |x'|^3 in 1/length; `largest` if x' is 0.
+/// The loops have no branches, so that the compiler can vectorise them.
 template <std::size_t N, std::size_t M>
 void find_curvatures(spline_span<N> const& span, double const (&t)[M], double (&curvature)[M])
 {
@@ -186,7 +185,8 @@ void find_curvatures(spline_span<N> const& span, double const (&t)[M], double (&
     }
 }
 
-/// Mean of the curvature over t, by three Gauss points; `largest` if it is so at one of them.
+/// Mean of the curvature over t, by three Gauss points; `largest` if the curvature is `largest` at one of
+/// them.
 template <std::size_t N>
 double span_mean_curvature(spline_span<N> const& span)
 {
@@ -210,24 +210,24 @@ double span_arc_length(spline_span<N> const& span)
     return 0.5 * sum;
 }
 
-/// The length of chord that stays within a tolerance of an arc of the given curvature: 2 sqrt(e (2 - e))
-/// times its radius, with e the sagitta in units of the radius. A tolerance that is not negative is the
-/// sagitta, a negative one is -e. `largest` where the curvature is not positive, or e is 1 or more.
+/// The longest chord of an arc whose sagitta is within a tolerance: 2 sqrt(e (2 - e)) times the radius, where
+/// e is the sagitta in units of the radius. A tolerance of at least 0 is the sagitta; a negative one is -e.
+/// `largest` if the curvature is not positive or e is at least 1.
 inline double chordal_size(double curvature, double tolerance)
 {
     double const e = tolerance >= 0 ? curvature * tolerance : -tolerance;
     double const size = std::sqrt((2 - e) * e * 4) * (1 / curvature);
-    return curvature > 0 && !(e >= 1) ? size : largest; // chosen at the end: no branch in a loop
+    return curvature > 0 && !(e >= 1) ? size : largest; // no branch, so that loops are vectorised
 }
 
-/// The least of them at M curvatures.
+/// The smallest chordal size at M curvatures.
 template <std::size_t M>
 double least_chordal_size(double const (&curvature)[M], double tolerance)
 {
     double size[M];
     for (std::size_t i = 0; i < M; ++i) size[i] = chordal_size(curvature[i], tolerance);
     double least = largest;
-    for (double const s : size) least = std::min(least, s); // a NaN is none
+    for (double const s : size) least = std::min(least, s); // ignores a NaN
     return least;
 }
 

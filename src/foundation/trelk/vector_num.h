@@ -13,18 +13,18 @@
 
 namespace trelk {
 
-/// Storage of at least `bytes` bytes, aligned for every scalar type; null when there is none.
+/// Allocates at least `bytes` bytes, aligned for every scalar type. Null if memory runs out.
 TRELK_API void* __vector_num_alloc(std::size_t bytes) noexcept;
 
-/// Storage of at least `bytes` bytes that begins with what `pointer` held, which came from here and is given
-/// back; null, with `pointer` as it was, when there is none. Large storage moves without being copied.
+/// Resizes an allocation of `__vector_num_alloc` to at least `bytes` bytes and keeps its contents. Null if
+/// memory runs out; the allocation is then as it was. Large allocations can move without a copy.
 TRELK_API void* __vector_num_realloc(void* pointer, std::size_t bytes) noexcept;
 
-/// Gives back what `__vector_num_alloc` returned; null is allowed.
+/// Frees an allocation of these two functions; null is allowed.
 TRELK_API void __vector_num_free(void* pointer) noexcept;
 
-/// The storage block that views share: a data pointer and a capacity in values. It grows and never shrinks,
-/// so a view that once fitted always fits. Values behind the views' ends are indeterminate.
+/// The memory block that views share: a data pointer and a capacity in values. It never shrinks, so a view
+/// that fits once fits always. Values after the ends of the views are indeterminate.
 template <class T, int Alignment = 8>
 class vector_num final : public sumvane::ref_counted
 {
@@ -32,11 +32,11 @@ class vector_num final : public sumvane::ref_counted
     static_assert(Alignment <= alignof(std::max_align_t) && alignof(T) <= alignof(std::max_align_t));
 
 public:
-    /// An empty block that owns what it will hold; null when there is no storage for it.
+    /// An empty block that owns its values. Null if memory runs out.
     [[nodiscard]] static vector_num* create() noexcept { return new (std::nothrow) vector_num(); }
 
-    /// A block over n values of somebody else, who keeps them alive; null when there is no storage for it.
-    /// Should it have to grow, it moves to storage of its own and leaves the foreign values behind.
+    /// A block over n values that the caller owns and keeps alive. Null if memory runs out. If the block must
+    /// grow, it moves to memory of its own; the caller's values stay as they are.
     [[nodiscard]] static vector_num* over(std::size_t n, T* data) noexcept
     {
         auto* block = create();
@@ -52,10 +52,10 @@ public:
     T* data() const noexcept { return data_; }
     std::size_t capacity() const noexcept { return capacity_; }
 
-    /// Makes room for `needed` values, keeping the first `keep`. A block that must grow grows to at least
-    /// `factor` times its capacity. Where storage does not allow that, a factor above 1 becomes 5/4, then 17/16,
-    /// so that near a limit of memory too a list does not move with every value; then just what is needed is
-    /// asked for. False when storage cannot be had; the block is then as it was.
+    /// Makes room for `needed` values and keeps the first `keep`. A block that must grow becomes at least
+    /// `factor` times as large. If memory does not suffice and `factor` is above 1, it tries 5/4, then 17/16,
+    /// and at last exactly `needed`. So a list does not move with every new value, even near a memory limit.
+    /// False if all attempts fail; the block is then as it was.
     [[nodiscard]] bool __grow(std::size_t needed, std::size_t keep, unsigned factor) noexcept
     {
         if (needed <= capacity_) return true;
@@ -97,7 +97,7 @@ private:
     bool owned_ = true;
 };
 
-// Made once, in the shared library, for the two value types that its functions take.
+// Instantiated once, in the shared library, for the value types of its functions.
 extern template class TRELK_API vector_num<double>;
 extern template class TRELK_API vector_num<unsigned>;
 

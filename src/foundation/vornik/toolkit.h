@@ -41,7 +41,7 @@ template <std::size_t N>
 void minimum_metric(symmetric_fixed<double, N> const& first, symmetric_fixed<double, N> const& second,
     symmetric_fixed<double, N>& result) noexcept;
 
-/// `metrics` becomes one isotropic tensor of 3 or 6 rows per size. False without storage, with it as it was.
+/// `metrics` becomes one isotropic tensor of 3 or 6 rows per size. False if memory runs out; it is then as it was.
 bool metrics_iso_to_aniso2d(dense1D<double> const& sizes, dense2D<double>& metrics) noexcept;
 bool metrics_iso_to_aniso3d(dense1D<double> const& sizes, dense2D<double>& metrics) noexcept;
 

@@ -1,44 +1,24 @@
-#include "remesh/network_mesher.h"
+#pragma once
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <limits>
 
+#include <trelk/dense1D.h>
+#include <trelk/dense2D.h>
 #include <vornik/toolkit.h>
 
-#include "arrays/append.h"
-#include "arrays/search.h"
 #include "front_door.h"
 #include "line/chord_length.h"
 #include "line/line_mesher.h"
 #include "placement/line.h"
 #include "placement/size_targets.h"
+#include "rules.h"
 #include "spline/spline_mesher.h"
 
 namespace trelk::vornik1d {
 
-namespace {
-
-constexpr double infinite = std::numeric_limits<double>::infinity();
-
-/// How far a call has come, to tell how long the lists of its result will be.
-struct progress
-{
-    std::size_t all_elements;
-    std::size_t done_elements = 0;
-
-    /// What a list that has `present` values of the elements done will have in the end, a little more than that.
-    std::size_t forecast(std::size_t present) const
-    {
-        constexpr double least_share = 0.01;
-        constexpr double margin = 1.02;
-        double const share = static_cast<double>(done_elements) / static_cast<double>(all_elements);
-        return static_cast<std::size_t>(margin * static_cast<double>(present) / std::max(share, least_share));
-    }
-};
-
-/// Meshes chains, one after the other.
+/// The workspace that meshes chains, one after the other. Its memory is reused from chain to chain.
 template <std::size_t N>
 class chain_mesher
 {
@@ -53,17 +33,18 @@ public:
         return nodes_.reserve(elements + 3) && sizes_.reserve(elements + 1) && params_.reserve(elements + 1);
     }
 
-    /// Tells how many columns `coords` will have in the end.
+    /// Sets how many columns `coords` is expected to have in the end.
     void expect_columns(std::size_t columns)
     {
         lines_.expect_columns(columns);
         splines_.expect_columns(columns);
     }
 
-    /// Turns to a chain of elements.
+    /// Selects a chain of elements.
     void set_chain(dense2D<unsigned> const& connect, dense1D<unsigned> const& elements)
     {
-        // With a guide node before and after the nodes: around the joint of a closed chain, free ends of an open one.
+        // Guide nodes come before and after: those of a closed chain are neighbours of its joint, those of an
+        // open chain repeat the ends, which are thus free.
         std::size_t const last = elements.size() + 1;
         static_cast<void>(nodes_.resize(last + 2)); // there is room
         unsigned* const nodes = nodes_.data();
@@ -77,7 +58,7 @@ public:
     /// The chain's nodes, a view.
     dense1D<unsigned> chain_nodes() const { return nodes_.sub_vector(1, nodes_.size() - 2); }
 
-    /// Meshes the chain with the sizes that `node_sizes` has at its nodes; `mesh` is then the result. Returns 0 or
+    /// Meshes the chain with the sizes of its nodes in `node_sizes`. `mesh` is then the result. Returns 0 or
     /// the status of the exported function.
     int run(dense1D<double> const& node_sizes)
     {
@@ -91,7 +72,7 @@ public:
         return tolerance > 0 && splines_.deviation() > tolerance ? run_line() : run_spline();
     }
 
-    /// The nodes of the mesh made last, in the order of travel.
+    /// The nodes of the latest mesh, in the order of travel.
     dense1D<unsigned> const& mesh() const { return *mesh_; }
 
 private:
@@ -105,7 +86,7 @@ private:
             .count = sizes_.size()};
     }
 
-    /// Checks what is not known of a chain before its turn.
+    /// Checks that are due only if the chain is meshed: a hard edge is not meshed.
     int check_rule() const
     {
         if (!vornik::are_valid_metrics(sizes_)) return bad_argument(3);
@@ -115,6 +96,7 @@ private:
     int sample_spline()
     {
         if (int const status = check_rule(); status != 0) return status;
+        constexpr double infinite = std::numeric_limits<double>::infinity();
         double const tolerance = rule_.deviation_tolerance;
         return splines_.sample(nodes_, spline(), tolerance > 0 ? tolerance : infinite);
     }
@@ -127,7 +109,7 @@ private:
 
     int run_line()
     {
-        constexpr double exact = 1e-12; // of the chain's length: holds the mesh to the polyline
+        constexpr double exact = 1e-12; // times the chain's length: keeps the mesh on the polyline
         static_cast<void>(params_.resize(sizes_.size())); // there is room
         double const length = set_chord_lengths<N>(coords_, chain_nodes(), params_.data());
         if (length == 0 || std::isnan(length)) return bad_argument(2);
@@ -157,61 +139,5 @@ private:
     dense1D<double> params_;
     dense1D<unsigned> const* mesh_ = nullptr;
 };
-
-/// Appends an element between each pair of consecutive nodes. False without storage.
-[[nodiscard]] bool append_elements(
-    dense1D<unsigned> const& nodes, progress const& done, dense2D<unsigned>& connect)
-{
-    std::size_t const present = filled_columns(connect);
-    std::size_t const needed = present + nodes.size() - 1;
-    if (!reserve_foreseen(connect, 2, needed, done.forecast(needed))) return false;
-    static_cast<void>(connect.resize(2, needed)); // there is room
-    unsigned* column = connect.col(present);
-    for (std::size_t k = 1; k < nodes.size(); ++k) *column++ = nodes[k - 1], *column++ = nodes[k];
-    return true;
-}
-
-/// Gives the elements that have none yet a colour. False without storage.
-[[nodiscard]] bool append_colors(unsigned color, progress const& done, new_mesh& mesh)
-{
-    std::size_t const needed = mesh.connect.cols();
-    return reserve_foreseen(mesh.colors, needed, done.forecast(needed)) && mesh.colors.resize(needed, color);
-}
-
-template <std::size_t N>
-int mesh_chains(dense2D<double>& coords, old_mesh const& old, remesh_rule const& rule, cut_lines const& lines,
-    new_mesh& mesh)
-{
-    chain_mesher<N> mesher(coords, rule);
-    if (!mesher.reserve(lines.chains.longest())) return no_storage;
-
-    std::size_t const base_columns = coords.cols();
-    bool const has_colors = !lines.chain_colors.empty();
-    bool const has_hard_edges = lines.hard_edges.keys() > 0;
-    progress done{old.connect.cols()};
-    for (std::size_t c = 0; c < lines.chains.size(); ++c) {
-        auto const elements = lines.chains.chain(c);
-        done.done_elements += elements.size();
-        mesher.set_chain(old.connect, elements);
-        // Both nodes of a hard edge are break nodes, so it is a chain of its own.
-        bool const is_hard = has_hard_edges && lines.hard_edges.contains(elements[0]);
-        if (!is_hard) {
-            mesher.expect_columns(base_columns + done.forecast(coords.cols() - base_columns));
-            if (int const status = mesher.run(lines.node_sizes); status != 0) return status;
-        }
-        if (!append_elements(is_hard ? mesher.chain_nodes() : mesher.mesh(), done, mesh.connect) ||
-            (has_colors && !append_colors(lines.chain_colors[c], done, mesh)))
-            return no_storage;
-    }
-    return 0;
-}
-
-} // namespace
-
-int mesh_network(dense2D<double>& coords, old_mesh const& old, remesh_rule const& rule,
-    cut_lines const& lines, new_mesh& mesh)
-{
-    return by_dimension(coords, [&](auto dim) { return mesh_chains<dim>(coords, old, rule, lines, mesh); });
-}
 
 } // namespace trelk::vornik1d

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 
@@ -9,15 +11,17 @@
 
 namespace trelk::vornik1d {
 
-/// A mesh of two-node elements; `colors` has one per element, or stays empty.
+/// A mesh of two-node elements; `colors` has one entry per element, or is empty.
 struct new_mesh
 {
     dense2D<unsigned> connect;
     dense1D<unsigned> colors;
 };
 
-/// Meshes all chains but the hard edges, which pass as they are. The elements have colours if the chains have.
-/// Returns 0 or the status of the exported function; new nodes stand in `coords` then too.
+/// Meshes all chains except hard edges, which stay as they are. The elements have colours if the chains do.
+/// Returns 0 or the status of the exported function; on a failure the caller must remove the new columns of
+/// `coords`.
+template <std::size_t N>
 int mesh_network(dense2D<double>& coords, old_mesh const& old, remesh_rule const& rule,
     cut_lines const& lines, new_mesh& mesh);
 

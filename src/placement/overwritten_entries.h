@@ -5,11 +5,9 @@
 
 #include <trelk/dense1D.h>
 
-#include "arrays/vectors.h"
-
 namespace trelk::vornik1d {
 
-/// An entry of a line, wherever it stands.
+/// One entry of a line, wherever its values are stored.
 struct entry_view
 {
     double const* point;
@@ -17,14 +15,14 @@ struct entry_view
     double const* target;
 };
 
-/// The entries of a line that have been written over and not read yet: a ring, in which entry i has the place
-/// i modulo the capacity. It grows when the writer runs farther ahead of the reader than ever before.
+/// The entries of a line that have been overwritten before they were read. They are kept in a ring buffer:
+/// entry i is at position i modulo the capacity. The buffer grows if the writer is farther ahead of the
+/// reader than before.
 template <class Targets>
-class overtaken_entries
+class overwritten_entries
 {
 public:
-    /// Keeps entry `i`; of those before it, the entries from `first` on are still to be read. False without
-    /// storage.
+    /// Saves entry `i`. Saved entries before `first` are no longer needed. False if memory runs out.
     [[nodiscard]] bool save(std::size_t i, std::size_t first, entry_view const& entry)
     {
         if (i - first >= capacity_ && !grow(i, first)) return false;
@@ -51,7 +49,7 @@ private:
 
     bool grow(std::size_t end, std::size_t first)
     {
-        overtaken_entries wider;
+        overwritten_entries wider;
         wider.capacity_ = std::max(2 * capacity_, least_capacity);
         if (!wider.ring_.resize(wider.capacity_ * entry_size)) return false;
         for (std::size_t i = first; i < end; ++i) std::copy_n(place_of(i), entry_size, wider.place_of(i));
