@@ -51,6 +51,7 @@ double append_span(spline_span<N> const& span, std::uint64_t steps, double start
     if (!curve.samples.resize(N, end) || !curve.sample_params.resize(end)) return 0; // there is room
     double* point = curve.samples.col(first);
     double* param = curve.sample_params.data() + first;
+    if (!point || !param) return 0;
     auto const append = [&](double at, vector<N> const& position) {
         *param++ = at;
         point = std::copy_n(position.values, N, point);
