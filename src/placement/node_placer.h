@@ -173,8 +173,7 @@ private:
     {
         std::size_t const room = metric_lengths_.room();
         if (room < entries) {
-            // Named, as Clang 14 never destroys what `{}` makes for an argument in a template.
-            metric_lengths_ = dense1D<double>(); // first, so that old and new memory are not held at the same time
+            metric_lengths_ = {}; // first, so that old and new memory are not held at the same time
             if (!metric_lengths_.reserve(std::max(entries, 2 * room)) && !metric_lengths_.reserve(entries))
                 return nullptr;
         }

@@ -52,9 +52,16 @@ public:
     /// Another view of the same values. What is moved from is empty.
     dense1D(dense1D const&) noexcept = default;
     dense1D(dense1D&& other) noexcept : dense1D() { swap(other); }
-    dense1D& operator=(dense1D other) noexcept
+    dense1D& operator=(dense1D const& other) noexcept
     {
-        swap(other);
+        dense1D view(other);
+        swap(view);
+        return *this;
+    }
+    dense1D& operator=(dense1D&& other) noexcept
+    {
+        dense1D view(std::move(other));
+        swap(view);
         return *this;
     }
     ~dense1D() = default;

@@ -42,9 +42,16 @@ public:
     /// Another view of the same values. What is moved from is empty.
     dense2D(dense2D const&) noexcept = default;
     dense2D(dense2D&& other) noexcept : dense2D() { swap(other); }
-    dense2D& operator=(dense2D other) noexcept
+    dense2D& operator=(dense2D const& other) noexcept
     {
-        swap(other);
+        dense2D view(other);
+        swap(view);
+        return *this;
+    }
+    dense2D& operator=(dense2D&& other) noexcept
+    {
+        dense2D view(std::move(other));
+        swap(view);
         return *this;
     }
     ~dense2D() = default;
