@@ -36,9 +36,15 @@ scarce_storage::~scarce_storage() { now.is_open = false; }
 extern "C" {
 
 void* __real_malloc(std::size_t bytes);
+void* __real_realloc(void* pointer, std::size_t bytes);
 void* __real__ZnwmRKSt9nothrow_t(std::size_t bytes, std::nothrow_t const& tag);
 
 void* __wrap_malloc(std::size_t bytes) { return is_refused(bytes) ? nullptr : __real_malloc(bytes); }
+
+void* __wrap_realloc(void* pointer, std::size_t bytes)
+{
+    return is_refused(bytes) ? nullptr : __real_realloc(pointer, bytes);
+}
 
 void* __wrap__ZnwmRKSt9nothrow_t(std::size_t bytes, std::nothrow_t const& tag)
 {
