@@ -9,7 +9,7 @@ int main()
     trelk::dense2D<double> coords(2, 3, corners);
     trelk::dense2D<unsigned> connect;
     trelk::dense1D<unsigned> chain(3);
-    if (chain.size() != 3) return 1; // no storage
+    if (chain.size() != 3) return 1; // no memory
     for (unsigned k = 0; k < 3; ++k) chain[k] = k;
     int status = trelk::vornik1d::indices_to_connectE2(chain, connect);
     if (status == 0) // elements of length 0.5, cut at corners of more than 40 degrees

@@ -25,11 +25,11 @@
 /// failure the arguments are as they were, except outputs documented as emptied.
 ///
 /// Functions throw nothing, keep no state and no reference to an argument. Calls may run side by side if none
-/// writes storage that another one uses. No argument makes them read or write outside the containers.
+/// writes values that another one uses. No argument makes them read or write outside the containers.
 ///
 /// An output may be one object with an input or another output: one that is emptied first is then empty as an
-/// input too. It may also share storage with one, as long as what is still wanted does not stand behind its
-/// last value: a list that grows writes there, and a list that is emptied first writes over what it held.
+/// input too. It may also be a view of the same values, provided that no value you still need lies past its end:
+/// a list that grows writes there, and a list that is emptied first writes over what it held.
 namespace trelk::vornik1d {
 
 /// Status of a call for which storage is not available.
