@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
 #include <random>
+#include <span>
 
 #include "support.h"
 
@@ -27,6 +29,43 @@ TEST(dense1D, views_share_values_through_growth)
     EXPECT_EQ(a[1000], 30);
     EXPECT_EQ(a.sub_vector(999, 50).size(), 2U);
     EXPECT_EQ(a.sub_vector(2000, 1).size(), 0U);
+}
+
+TEST(containers, are_made_of_what_is_written)
+{
+    EXPECT_EQ(values_of(dense1D<unsigned>{5, 7}), (std::vector<unsigned>{5, 7}));
+    EXPECT_EQ(values_of(dense1D<unsigned>(2, 7)), (std::vector<unsigned>{7, 7}));
+    EXPECT_EQ(values_of(dense1D<double>(2)), (std::vector<double>{0, 0}));
+
+    std::vector<double> values{1, 2, 3, 4};
+    dense1D<double> const copy(values);
+    dense2D<double> const square(2, 2, values);
+    values[0] = -1;
+    EXPECT_EQ(copy, (dense1D<double>{1, 2, 3, 4}));
+    EXPECT_EQ(square, (dense2D<double>{{1, 2}, {3, 4}}));
+    std::array const pair{1U, 2U};
+    EXPECT_EQ(dense1D<unsigned>(pair), dense1D<unsigned>(std::span(pair)));
+    EXPECT_TRUE(dense1D<double>(std::vector<double>()).empty());
+
+    EXPECT_EQ(values_of(dense2D<double>(2, 1)), (std::vector<std::vector<double>>{{0, 0}}));
+    EXPECT_EQ((dense2D<unsigned>{{0}, {1}, {2}}).cols(), 3U);
+    EXPECT_TRUE((dense2D<double>{{1, 2}, {3}}).empty()); // columns of different lengths
+    EXPECT_TRUE(dense2D<double>(3, 2, values).empty());  // 4 values are not 6
+}
+
+TEST(containers, compare_shapes_and_values)
+{
+    dense2D<double> const m{{1, 2, 3}, {4, 5, 6}};
+    dense2D<double> const block = m.sub_matrix(1, 0, 2, 2); // its columns stand apart
+    EXPECT_EQ(block, (dense2D<double>{{2, 3}, {5, 6}}));
+    EXPECT_NE(block, (dense2D<double>{{2, 3}, {5, 7}}));
+    EXPECT_NE(dense2D<double>(2, 3), dense2D<double>(3, 2));
+    EXPECT_NE((dense1D<unsigned>{1, 2}), (dense1D<unsigned>{1, 2, 0}));
+
+    std::vector<double> sums;
+    for (auto const column : block.columns()) sums.push_back(column[0] + column[1] + double(column.size()));
+    EXPECT_EQ(sums, (std::vector<double>{7, 13}));
+    for (auto const column : dense2D<double>().columns()) FAIL() << column.size();
 }
 
 TEST(dense1D, foreign_values_are_seen_and_left_behind)

@@ -4,6 +4,9 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
+#include <iterator>
+#include <type_traits>
 #include <utility>
 
 #include <trelk/dense1D.h>
@@ -11,12 +14,86 @@
 
 namespace trelk {
 
-/// A matrix of numbers, one thing per column, as a view of shared storage. Entry (i, j) stands `ld()` * j + i
-/// values behind the first one, so columns are contiguous.
+/// One column of a matrix: a range of its values, valid until the matrix grows.
+template <class T>
+struct matrix_column
+{
+    T* first;         ///< The value in row 0.
+    std::size_t rows; ///< Number of values.
+
+    T* begin() const noexcept { return first; }        ///< The value in row 0.
+    T* end() const noexcept { return first + rows; }   ///< After the last value.
+    std::size_t size() const noexcept { return rows; } ///< Number of values.
+    T& operator[](std::size_t i) const noexcept
+    {
+        return assert(i < rows), first[i];
+    } ///< The value in row i.
+};
+
+/// The columns of a matrix, as a range of `matrix_column`.
+template <class T>
+class matrix_columns
+{
+public:
+    /// Steps from column to column.
+    class iterator
+    {
+    public:
+        using value_type = matrix_column<T>;               ///< A column.
+        using reference = value_type;                      ///< A column, by value.
+        using pointer = void;                              ///< None.
+        using difference_type = std::ptrdiff_t;            ///< Difference of two positions.
+        using iterator_category = std::input_iterator_tag; ///< Since columns come by value.
+
+        iterator() noexcept = default;
+        value_type operator*() const noexcept { return {base_ + at_ * ld_, rows_}; }
+        iterator& operator++() noexcept { return ++at_, *this; }
+        iterator operator++(int) noexcept
+        {
+            iterator const before = *this;
+            ++at_;
+            return before;
+        }
+        bool operator==(iterator const& other) const noexcept { return at_ == other.at_; }
+        bool operator!=(iterator const& other) const noexcept { return at_ != other.at_; }
+
+    private:
+        friend class matrix_columns;
+        iterator(T* base, std::size_t rows, std::size_t ld, std::size_t at) noexcept
+            : base_(base), rows_(rows), ld_(ld), at_(at)
+        {}
+
+        T* base_ = nullptr;
+        std::size_t rows_ = 0;
+        std::size_t ld_ = 0;
+        std::size_t at_ = 0;
+    };
+
+    /// `cols` columns of `rows` rows from `base` on, `ld` values from one to the next.
+    matrix_columns(T* base, std::size_t rows, std::size_t cols, std::size_t ld) noexcept
+        : begin_(base, rows, ld, 0), end_(base, rows, ld, cols)
+    {}
+
+    iterator begin() const noexcept { return begin_; } ///< The first column.
+    iterator end() const noexcept { return end_; }     ///< After the last column.
+
+private:
+    iterator begin_;
+    iterator end_;
+};
+
+/// A matrix of numbers, one thing per column, which may share its values with other matrices.
 ///
-/// Views share values as those of `dense1D` do, and fail as they do. A matrix whose row count rises above its
-/// leading dimension moves to storage of its own.
-template <class T, int Alignment = 8>
+/// What views share:
+///   - `b = a`, `dense2D b(a)`, `sub_matrix` and `shallow_copy` make views: they show the same values.
+///   - A value that changes through one view changes in all. The values live until their last view is gone.
+///   - Each view has its own rows and columns. A view that grows writes to the entries after its end, and
+///     another view may be showing these. If its rows no longer fit, it moves to memory of its own.
+///   - `copy` makes values of its own. So do the constructors, except the two that say "view".
+///
+/// Entry (i, j) is `ld()` * j + i values after the first one, so each column is contiguous. Nothing here throws;
+/// a lack of memory shows as in `dense1D`.
+template <class T, int Alignment>
 class dense2D : public __vector_view<T, Alignment>
 {
     using base = __vector_view<T, Alignment>;
@@ -26,12 +103,49 @@ class dense2D : public __vector_view<T, Alignment>
 public:
     using value_type = T; ///< Type of the values.
 
-    /// Empty, without storage.
+    /// Empty.
     dense2D() noexcept = default;
 
-    /// A view of rows * cols values at `values`, column by column, without ownership.
-    dense2D(std::size_t rows, std::size_t cols, T* values) noexcept
+    /// `rows` x `cols` zeros.
+    template <class Rows, class Cols,
+        class = std::enable_if_t<std::is_integral_v<Rows> && std::is_integral_v<Cols>>>
+    dense2D(Rows rows, Cols cols) noexcept
     {
+        static_cast<void>(resize(static_cast<std::size_t>(rows), static_cast<std::size_t>(cols), T()));
+    }
+
+    /// A matrix by its columns: `dense2D<double> coords{{0, 0}, {10, 0}, {10, 6}}` has 2 rows and 3 columns.
+    /// Columns of different lengths make an empty matrix.
+    dense2D(std::initializer_list<std::initializer_list<T>> columns) noexcept
+    {
+        std::size_t const rows = columns.size() > 0 ? columns.begin()->size() : 0;
+        for (auto const& column : columns)
+            if (column.size() != rows) return;
+        if (!resize(rows, columns.size()) || rows == 0) return;
+        std::size_t j = 0;
+        for (auto const& column : columns) std::copy_n(column.begin(), rows, col(j++));
+    }
+
+    /// A copy of the values of a contiguous range (`std::vector`, `std::array`, ...), column by column. Empty
+    /// unless the range has rows * cols values.
+    template <class Range, class = std::enable_if_t<std::is_class_v<Range>>,
+        class = trelk_detail::if_contiguous<Range>>
+    dense2D(std::size_t rows, std::size_t cols, Range const& range) noexcept
+    {
+        static_assert(std::is_same_v<trelk_detail::value_of<Range>, T>,
+            "a dense2D is copied from a range of its own value type");
+        std::size_t needed = 0;
+        if (!extent(rows, cols, rows, needed) || std::size(range) != needed) return;
+        if (resize(rows, cols)) std::copy_n(std::data(range), needed, base::first());
+    }
+
+    /// A view of the rows * cols values at `values`, column by column, which the caller keeps alive as long as
+    /// any view of them.
+    template <class Pointer, class = std::enable_if_t<std::is_pointer_v<Pointer>>>
+    dense2D(std::size_t rows, std::size_t cols, Pointer values) noexcept
+    {
+        static_assert(
+            std::is_same_v<Pointer, T*>, "a dense2D views values of its own type that are not const: T*");
         std::size_t needed = 0;
         if (!values || !extent(rows, cols, rows, needed)) return;
         storage_ = base::block::over(needed, values);
@@ -39,7 +153,7 @@ public:
     }
 
     /// @{
-    /// Another view of the same values. What is moved from is empty.
+    /// A view of the same values. The source of a move is empty afterwards.
     dense2D(dense2D const&) noexcept = default;
     dense2D(dense2D&& other) noexcept : dense2D() { swap(other); }
     dense2D& operator=(dense2D const& other) noexcept
@@ -61,13 +175,13 @@ public:
     std::size_t rows() const noexcept { return rows_; }
     /// Number of columns.
     std::size_t cols() const noexcept { return cols_; }
-    /// Leading dimension: the distance in values from a column to the next.
+    /// Leading dimension: the distance in values from one column to the next.
     std::size_t ld() const noexcept { return ld_; }
     /// Whether there are no entries.
     bool empty() const noexcept { return rows_ == 0 || cols_ == 0; }
 
     /// @{
-    /// Entry (i, j), i < rows(), j < cols(): not tested in a release build.
+    /// Entry (i, j) with i < rows() and j < cols(); only debug builds test it.
     T& operator()(std::size_t i, std::size_t j) noexcept
     {
         assert(i < rows_ && j < cols_);
@@ -86,10 +200,16 @@ public:
     T const* col(std::size_t j) const noexcept { return base::first() + j * ld_; }
     /// @}
 
-    /// Empties the view; its storage stays for reuse.
+    /// @{
+    /// The columns as a range: `for (auto point : coords.columns()) use(point[0], point[1]);`
+    matrix_columns<T> columns() noexcept { return {base::first(), rows_, cols_, ld_}; }
+    matrix_columns<T const> columns() const noexcept { return {base::first(), rows_, cols_, ld_}; }
+    /// @}
+
+    /// Empties the view and keeps its memory for reuse.
     void clear() noexcept { rows_ = cols_ = ld_ = 0; }
 
-    /// Becomes a deep copy of `other`, packed, in storage of its own.
+    /// Becomes a copy of `other`, with values of its own and `ld()` equal to `rows()`.
     [[nodiscard]] bool copy(dense2D const& other) noexcept
     {
         dense2D fresh;
@@ -99,10 +219,10 @@ public:
         return true;
     }
 
-    /// Becomes another view of the values of `other`.
+    /// Becomes a view of the values of `other`, as `*this = other` does.
     void shallow_copy(dense2D const& other) noexcept { *this = other; }
 
-    /// Makes room for `cols` columns of `rows` rows, so that growing up to that cannot fail. `growth` as in
+    /// Makes room for `cols` columns of `rows` rows, so that growing up to that cannot fail. `growth` is as in
     /// `dense1D::reserve`.
     [[nodiscard]] bool reserve(std::size_t rows, std::size_t cols, unsigned growth = 1) noexcept
     {
@@ -137,7 +257,7 @@ public:
         return true;
     }
 
-    /// A view of a block of the matrix, or of as much of it as there is.
+    /// A view of a block of the matrix, or of the part of the block that exists.
     dense2D sub_matrix(
         std::size_t first_row, std::size_t first_col, std::size_t rows, std::size_t cols) const noexcept
     {
@@ -151,8 +271,8 @@ public:
         return part;
     }
 
-    /// All entries, column by column: a view where they stand side by side, else a packed copy (empty when
-    /// there is no storage for it).
+    /// All entries, column by column: a view if they are contiguous, otherwise a copy (empty if memory runs
+    /// out).
     dense1D<T, Alignment> as_vector() const noexcept
     {
         if (empty()) return {};
@@ -172,8 +292,20 @@ public:
         std::swap(ld_, other.ld_);
     }
 
+    /// Whether both have the same shape and the same entries.
+    friend bool operator==(dense2D const& a, dense2D const& b) noexcept
+    {
+        if (a.rows_ != b.rows_ || a.cols_ != b.cols_) return false;
+        if (a.empty()) return true;
+        for (std::size_t j = 0; j < a.cols_; ++j)
+            if (!std::equal(a.col(j), a.col(j) + a.rows_, b.col(j))) return false;
+        return true;
+    }
+    /// The opposite.
+    friend bool operator!=(dense2D const& a, dense2D const& b) noexcept { return !(a == b); }
+
 private:
-    /// Values from the first entry to the last one; false when a size type cannot hold that.
+    /// The number of values from the first entry to the last; false if it overflows.
     static bool extent(std::size_t rows, std::size_t cols, std::size_t ld, std::size_t& values) noexcept
     {
         if (rows == 0 || cols == 0) {
@@ -186,7 +318,7 @@ private:
         return true;
     }
 
-    /// Moves the entries to storage whose leading dimension is `ld`, with room for `cols` columns.
+    /// Moves the entries to memory with leading dimension `ld` and room for `cols` columns.
     bool widen(std::size_t ld, std::size_t cols, unsigned growth) noexcept
     {
         dense2D wide;
