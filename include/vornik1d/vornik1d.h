@@ -7,148 +7,372 @@
 /// Marks the functions that the shared library exports.
 #define VORNIK1D_API __attribute__((visibility("default")))
 
-/// Line meshes: nodes in the plane or in space, joined by line elements that follow target sizes.
+/// @{
+/// The version of this header; `version()` returns the version of the library.
+#define VORNIK1D_VERSION_MAJOR 5
+#define VORNIK1D_VERSION_MINOR 6
+#define VORNIK1D_VERSION_PATCH 0
+#define VORNIK1D_VERSION_TWEAK 0
+/// @}
+
+/// Line meshes: nodes in the plane or in space, joined by line elements whose lengths follow target sizes.
 ///
-/// Containers. Matrices hold one thing per column. `coords` holds the positions of nodes, one node per
-/// column, 2 rows in the plane, 3 in space; a node number is a column number. A chain is a list of node
-/// numbers in the order of travel; sizes and parameters that go with it have one value per chain entry
-/// (entry i of the list, not node number indices[i]). Copies of containers are views of the same values;
-/// `copy` gives values of one's own.
+/// This program replaces two sides of a rectangle by elements of length about 2. The corner stays.
 ///
-/// Metric length is length in units of the local target size, which runs linearly between two nodes: a
-/// segment of length d between sizes h0 and h1 has metric length d * ln(h1/h0) / (h1 - h0). A line is cut
-/// into equal steps of metric length, as near to 1 as a whole number of elements allows: the boundary between
-/// k and k + 1 elements is at metric length sqrt(k * (k + 1)), and where an even number is asked for, that
-/// between k and k + 2 is at sqrt(k * (k + 2)).
+/// ```cpp
+/// #include <cstdio>
+/// #include <vornik1d/vornik1d.h>
 ///
-/// Status. Functions return 0 for success, minus the position of the argument at fault, or `no_storage`. On a
-/// failure the arguments are as they were, except outputs documented as emptied.
+/// int main()
+/// {
+///     trelk::dense2D<double> coords{{0, 0}, {10, 0}, {10, 6}}; // a node per column
+///     trelk::dense2D<unsigned> connect{{0, 1}, {1, 2}};        // an element per column
+///     int const status = trelk::vornik1d::remesh_lines(coords, connect, 2.0);
+///     for (auto const element : connect.columns())
+///         for (unsigned const node : element) // two lines per element: its ends
+///             std::printf("%g %g\n", coords(0, node), coords(1, node));
+///     return status; // 0 for success
+/// }
+/// ```
 ///
-/// Functions throw nothing, keep no state and no reference to an argument. Calls may run side by side if none
-/// writes values that another one uses. No argument makes them read or write outside the containers.
-///
-/// An output may be one object with an input or another output: one that is emptied first is then empty as an
-/// input too. It may also be a view of the same values, provided that no value you still need lies past its end:
-/// a list that grows writes there, and a list that is emptied first writes over what it held.
+/// Functions come in the order in which people need them: remeshing, lines, straight lines, splines, metrics,
+/// extrusion, measures, connectivity, parameters. Helpers are in `<vornik1d/helpers.h>`.
 namespace trelk::vornik1d {
 
-/// Status of a call for which storage is not available.
-constexpr int no_storage = -199;
-
-/// @defgroup line_meshing Line meshing
-/// One line, from its first node to its last one.
+/// @defgroup conventions Conventions
+/// What holds for all functions.
+///
+/// **Node, chain, element.** `coords` holds one node per column: 2 rows in the plane, 3 in space. A node
+/// number is a column number. A *chain* is a list of node numbers in the order of travel, for example {4, 0,
+/// 7}. Sizes and parameters of a chain have one value per chain entry: entry i of the list, not node number
+/// indices[i]. A mesh `connect` has one element per column, with the numbers of its end nodes in rows 0 and
+/// 1.
+///
+/// **Metric length** is length measured in target sizes. The target size varies linearly between two nodes: a
+/// segment of length d between sizes h0 and h1 has metric length d * ln(h1/h0) / (h1 - h0). For example, a
+/// segment of length 3 with size 0.5 at both ends has metric length 6. A line is cut into equal steps of
+/// metric length, as near to 1 as a whole number of elements allows. The count changes from k to k + 1 at
+/// metric length sqrt(k * (k + 1)); if an even number is asked for, from k to k + 2 at sqrt(k * (k + 2)).
+/// Between two neighbouring entries, sizes may differ by a factor of up to 1e15. From about 1e16 the formula
+/// gives infinity; then there are `max_elements` elements, and their places mean nothing.
+///
+/// **A metric tensor** M is a symmetric, positive definite matrix that asks for sizes by direction: a vector
+/// d has metric length sqrt(d^T M d). For example, size 0.1 along x and 1 along y is M = diag(100, 1). A
+/// tensor is a column: (m00, m01, m11) in the plane, (m00, m01, m11, m02, m12, m22) in space. Tensors are
+/// computed from squares of squares of sizes, so sizes must lie between about 1e-18 and 1e18.
+///
+/// **Status.** Functions return 0 for success, a negative position of the argument at fault (-1 for the
+/// first), or `no_storage` if memory runs out. On a failure the arguments are unchanged, except those
+/// documented as emptied. `status_text` in `<vornik1d/helpers.h>` puts a status into words.
+///
+/// **Options.** Functions with many arguments also take a record of options, each with a default. These
+/// overloads return the statuses of the fullest overload, whatever was left out.
+///
+/// **Safety.** Functions throw nothing and keep neither state nor references to arguments. No argument makes
+/// them read or write outside the containers. Calls may run side by side unless one writes values that
+/// another uses; copies of a container share their values.
+///
+/// **Aliasing.** An output may be the same object as an input or another output. An output that is emptied
+/// first is then also empty as an input. An output may also be a view of the values of an input, provided
+/// that no value you still need lies past the end of the output: a list that grows writes there.
 /// @{
 
-/// Meshes a polyline by target sizes given at its nodes.
+/// Status of a call that ran out of memory, or of 32-bit node numbers.
+constexpr int no_storage = -199;
+
+/// A maximum number of elements that sets no limit.
+constexpr unsigned no_limit = 4294967295;
+
+/// Colour of an element that has none.
+constexpr unsigned no_color = 4294967295;
+
+/// @}
+/// @defgroup tolerances The three meanings of a tolerance
 ///
-/// The mesh runs from the first to the last entry of the chain. The chain's interior nodes do not belong to
-/// it, unless a positive `deviation_tolerance` pins them. New nodes are placed on the chain, and then usually
-/// once more, on the chords between these: so they lie near the chain and need not lie on it. A chain of 2
-/// entries and a mesh of `min_elements` take one placement.
+/// `deviation_tolerance` says how a mesh treats the bends of its line. Its sign selects the meaning:
 ///
-/// A chain whose first and last entries are one node is meshed like any other: the mesh begins and ends at
-/// that node. Give it `min_elements` 3. A single element from a node to itself has no direction, so every
-/// deviation from it counts as 0, and the line is left as that element.
+/// | | `mesh_line` | `mesh_spline` | `remesh_lines`, for each chain |
+/// | --- | --- | --- | --- |
+/// | 0, NaN | sizes alone count; the mesh may cut corners | sizes alone count | `mesh_line`, which keeps all bends |
+/// | positive | a length: nodes of the chain stay nearer than this to the mesh | a length: elements stay within about this distance of the curve | a spline, if the spline stays within this length of the chain; otherwise `mesh_line` with this tolerance |
+/// | negative | sizes are bounded by the curvature of the chain | the same, relative to the radius of curvature | a spline, however far it strays from the chain |
 ///
-/// `deviation_tolerance` selects one of three ways to treat the chain's bends:
+/// `mesh_line`:
+///   - 0, NaN, plus or minus the largest double: no tolerance.
+///   - positive: if an interior node of the chain is at this distance or more from the mesh, the line is
+///     meshed again, with more elements or in two parts that meet at that node. The distance is measured from
+///     the infinite line through the element that covers the node's parameter value, so a spike along that
+///     line goes unseen. `force_even` holds for the new mesh; `min_elements` and `max_elements` do not. A
+///     mesh that has `max_elements` elements before this stage stays as it is. A part that does not come
+///     nearer with more elements is split after a thousand trials, or once the trials have made ten million
+///     elements.
+///   - negative: at curvature c the size h is at most the h with (h * c)^2 / 8 = -`deviation_tolerance`: the
+///     sagitta of a chord (its height over the chord) relative to the radius. The bound is never below
+///     `min_size`; sizes below `min_size` stay.
 ///
-///   - negative: sizes are first bounded by the chain's curvature. At curvature c the bound h obeys
-///     (h * c)^2 / 8 = -`deviation_tolerance`: a chord's sagitta relative to the radius of curvature. The
-///     bound is `min_size` where it would be less; sizes below `min_size` are not raised.
-///   - 0, NaN, plus or minus the largest double: sizes alone count, and the mesh may cut corners.
-///   - positive: where an interior node of the chain lies at this distance or farther from the mesh (in
-///     length units of the model), the line is meshed anew, with more elements or in two parts that meet at
-///     that node. Distance is measured from the infinite line through the element that covers the node's
-///     parameter value, so a spike along that line goes unseen. `min_elements` and `max_elements` do not bind
-///     the new mesh, `force_even` does. A mesh that has `max_elements` elements or more before this stage is
-///     left as it is. A part that more elements do not bring nearer is split after a thousand trials, or
-///     after fewer when such trials have made ten million elements along the line.
+/// `mesh_spline`:
+///   - 0, NaN, plus or minus the largest double: no tolerance, and two samples per span of the spline.
+///   - positive: at curvature c the size is at most 2 sqrt(e (2 - e)) / c with e = c * `deviation_tolerance`.
+///     Bends tighter than the tolerance (e of 1 or more) get no extra nodes.
+///   - negative: the same with e = -`deviation_tolerance` at every curvature.
+///
+/// `remesh_lines`:
+///   - 0, NaN: `mesh_line` keeps the chain's nodes to 1e-12 of the chain's length, so a bent line gets no
+///     coarser.
+///   - positive: the mesh of a spline may stray farther than the tolerance where a bend is tighter than it.
+
+/// @defgroup remeshing Remeshing
+/// Networks of lines.
+/// @{
+
+/// Options of `remesh_lines`. Each list that is changed is given as a pointer.
+struct remesh_options
+{
+    double deviation_tolerance = 0; ///< How bends are treated: see @ref tolerances. Argument 10 in a status.
+    double max_angle = 40;     ///< A change of direction by more than this is a corner; degrees. Argument 9.
+    double max_gradation = 0;  ///< Growth of size per length on splines; 0 sets no limit. Argument 11.
+    double min_size = 0;       ///< Segments up to this length make no corners; floor of bounds. Argument 12.
+    bool force_even = false;   ///< Asks for an even number of elements on each chain.
+    unsigned min_elements = 1; ///< Minimum number of elements on each chain. Argument 13.
+    unsigned max_elements = no_limit; ///< Maximum number of elements on each chain.
+
+    dense1D<double> sizes{}; ///< Target sizes by node number; entries that are not positive are ignored.
+    dense1D<unsigned>* colors = nullptr;     ///< In and out: a colour per element.
+    dense1D<unsigned>* hard_nodes = nullptr; ///< In: nodes to cut at. Out: all break nodes, ascending.
+    dense1D<unsigned>
+        hard_edges{}; ///< Elements, by column, that pass into the new mesh unchanged. Argument 7.
+};
+
+/// Replaces a mesh of lines by one whose elements follow target sizes. What was joined stays joined.
+///
+/// The common case: `remesh_lines(coords, connect, 0.5)` cuts the lines at junctions and at corners of more
+/// than 40 degrees, and meshes them with elements of length about 0.5 between the cuts. With options:
+///
+/// ```cpp
+/// remesh_options options;
+/// options.deviation_tolerance = 0.02; // a smooth curve, if it stays this near
+/// options.colors = &colors;           // which road, border or beam each element belongs to
+/// int status = remesh_lines(coords, connect, 0.5, options);
+/// ```
+///
+/// The lines are cut into chains at *break nodes*: line ends, nodes of three or more elements, corners, nodes
+/// where two elements end head to head, changes of colour, ends of hard edges, and hard nodes. Break nodes
+/// keep their numbers and places. Each chain between them is meshed by `mesh_line` or `mesh_spline`, as
+/// @ref tolerances says.
+///
+/// The target size at a node is the positive entry of `sizes` if there is one, otherwise `default_size`. At a
+/// chain end, `default_size` is lowered to the length of the shortest chain that meets there, but not below
+/// `min_size`.
 ///
 /// @param[in,out] coords  d x n, d = 2 or 3: node positions, in length units of the model. New nodes are
-///                 appended as columns; the old ones stay as they are.
+///                 appended as columns. All old nodes stay, also those that the new mesh does not use.
+/// @param[in,out] connect  an element per column, its end nodes in rows 0 and 1; further rows are ignored. It
+///                 is replaced by a new matrix of 2 rows. Elements of one chain stand side by side in the
+///                 order of travel.
+/// @param default_size  target size at nodes without one of their own, at least 0, in length units of the
+///                 model.
+/// @param options  see `remesh_options`.
+/// @return 0, also for an empty `connect`, whatever the other arguments are;
+///         -1: `coords` has neither 2 nor 3 rows;
+///         -2: `connect` has 1 row, or an end node that is no column of `coords`;
+///         -3: `default_size` is negative or NaN;
+///         -7: an entry of `hard_edges` is no column of `connect`;
+///         -9: `max_angle` is negative or NaN;
+///         -11: `max_gradation` is negative or NaN;
+///         -12: `min_size` is negative or NaN;
+///         -13: `min_elements` is above `max_elements`;
+///         -199: no memory, or more nodes than 32-bit numbers can name.
+///         A chain that cannot be meshed returns the status of its mesher:
+///         -1, -2: positions that are not finite; -2 also for a chain of length 0 if `deviation_tolerance` is
+///         0;
+///         -3: a size that is 0 or not finite at a node of the chain, also at the ends of a chain of length 0
+///         without `min_size`;
+///         -5: `min_elements` is 0.
+///
+/// Special cases:
+///   - **A ring** without break nodes begins and ends at the first node of its lowest element, and that node
+///     stays. A ring whose size is near its length or above becomes a single element from a node to itself:
+///     `loop_sizes` in `<vornik1d/helpers.h>` prevents that.
+///   - **Direction.** A line is also cut where two elements begin at one node, though that node is no break
+///     node. A run that begins there is taken up from its lowest element, so it may be cut once more,
+///     depending on the order of columns. `mesh_reorient` gives lines one direction.
+///   - **Angles.** A change of direction by more than a right angle is always a corner. From 90 degrees on,
+///     `max_angle` acts as its supplement.
+///   - **Colours.** The list may be short or empty; `no_color` means none. Each chain gets the first colour
+///     along it, or a new colour above all others, as long as there are any below `no_color`.
+///   - **Hard nodes** above all nodes of `connect` are ignored.
+///   - If `max_gradation` is positive, `default_size` has on splines the meaning that it has in
+///     `mesh_spline`.
+///   - A lack of memory inside a placement may leave a chain coarser than its sizes ask for, with status 0.
+///
+/// Cost: linear in elements and node numbers, plus the cost of the meshers. Peak memory is about 1.6 times
+/// the old plus the new mesh, plus what the longest chain needs: its samples if it is meshed as a spline, see
+/// `mesh_spline`. The number of allocations does not depend on the number of chains.
+[[nodiscard]] inline int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
+    double default_size, remesh_options const& options = {}) noexcept;
+
+/// The same with all arguments in a row; this is the fullest overload, whose statuses are listed above.
+/// @param sizes       see `remesh_options`; may be short or empty.
+/// @param[in,out] colors      see `remesh_options`; may be short or empty.
+/// @param[in,out] hard_nodes  see `remesh_options`; may be empty.
+/// @param hard_edges  see `remesh_options`; may be empty.
+/// @param force_even, max_angle, deviation_tolerance, max_gradation, min_size, min_elements, max_elements see
+///                 `remesh_options`.
+[[nodiscard]] VORNIK1D_API int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
+    double default_size, dense1D<double> const& sizes, dense1D<unsigned>& colors,
+    dense1D<unsigned>& hard_nodes, dense1D<unsigned> const& hard_edges, bool force_even, double max_angle,
+    double deviation_tolerance, double max_gradation, double min_size, unsigned min_elements,
+    unsigned max_elements) noexcept;
+
+/// The same without sizes, hard nodes and hard edges.
+///
+/// @return 0; -1, -2, -3 as above; -6: `max_angle`; -8: `max_gradation`; -9: `min_size`; -10: `min_elements`
+///         is above `max_elements`; -196: no memory, or too many nodes. -2 may also mean that `min_elements`
+///         is 0.
+[[nodiscard]] VORNIK1D_API int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
+    double default_size, dense1D<unsigned>& colors, bool force_even, double max_angle,
+    double deviation_tolerance, double max_gradation, double min_size, unsigned min_elements,
+    unsigned max_elements) noexcept;
+
+/// The same without colours too.
+///
+/// @return 0; -1, -2, -3 as above; -5: `max_angle`, or a `min_elements` of 0; -7: `max_gradation`; -8:
+///         `min_size`; -9: `min_elements` is above `max_elements`; -195: no memory, or too many nodes.
+[[nodiscard]] VORNIK1D_API int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
+    double default_size, bool force_even, double max_angle, double deviation_tolerance, double max_gradation,
+    double min_size, unsigned min_elements, unsigned max_elements) noexcept;
+
+/// @}
+/// @defgroup line_meshing Lines
+/// One polyline, from its first node to its last one.
+/// @{
+
+/// Options of `mesh_line`.
+struct line_options
+{
+    double deviation_tolerance = 0; ///< How bends are treated: see @ref tolerances.
+    double min_size = 0;       ///< Floor of the bound by curvature, used only if the tolerance is negative.
+    bool force_even = false;   ///< Asks for an even number of elements, even if it exceeds `max_elements`.
+    unsigned min_elements = 1; ///< Minimum number of elements, at least 1. Argument 6 in a status.
+    unsigned max_elements = no_limit; ///< Maximum number of elements before a positive tolerance adds more.
+
+    dense1D<double>
+        params{}; ///< A value per chain entry, non-decreasing; if empty, the chord length from 0 to 1.
+    dense1D<double>* out_params = nullptr;  ///< Out: replaced by the parameter at each mesh node.
+    dense1D<double>* out_sizes = nullptr;   ///< Out: the size at each mesh node is appended (sizes only).
+    dense2D<double>* out_metrics = nullptr; ///< Out: the tensor at each mesh node is appended (tensors only).
+};
+
+/// Meshes a polyline by a target size at each of its nodes.
+///
+/// The common case:
+///
+/// ```cpp
+/// dense2D<double> coords{{0, 0}, {10, 0}, {10, 6}};
+/// dense1D<unsigned> nodes; // gets the mesh: 0, 3, 4, ..., 2
+/// int status = mesh_line(coords, {0, 1, 2}, {1.0, 0.2, 1.0}, nodes);
+/// ```
+///
+/// The mesh runs from the first to the last entry of the chain. It does not use the interior nodes of the
+/// chain, unless a positive tolerance keeps them. New nodes are placed on the chain, and then usually once
+/// more on the mesh of the first placement. So they lie near the chain, but not always on it.
+///
+/// @param[in,out] coords  d x n, d = 2 or 3: node positions, in length units of the model. New nodes are
+///                 appended as columns; old columns do not change.
 /// @param indices  the chain, at least 2 column numbers of `coords`.
-/// @param params   a parameter value per chain entry, non-decreasing.
 /// @param sizes    a target size per chain entry, positive and finite, in length units of the model; further
 ///                 values are ignored.
-/// @param force_even  asks for an even number of elements. It wins over `max_elements`, which an odd count
-///                 may thus pass by one.
-/// @param min_elements  minimum number of elements, at least 1.
-/// @param max_elements  maximum number of elements, at least `min_elements`; 4294967295 sets no limit. It
-///                 protects the caller's memory from sizes that are far too small; under a positive tolerance
-///                 only as far as the first mesh goes, since parts that are meshed anew have no limit.
-/// @param deviation_tolerance  see above.
-/// @param min_size  floor of the bound on sizes by curvature; used only with a negative tolerance.
-/// @param[out] out_indices  the mesh's nodes in the order of travel are appended.
-/// @param[out] out_params   is emptied before all checks, then replaced: the parameter value at each mesh
-///                 node, from the first to the last value of `params`.
-/// @param[out] out_sizes    the target size at each mesh node is appended.
+/// @param[out] out_indices  the mesh nodes are appended in the order of travel.
+/// @param options  see `line_options`.
 /// @return 0;
 ///         -1: `coords` has neither 2 nor 3 rows;
-///         -2: fewer than 2 chain entries, or one that is no column of `coords` (tested last);
-///         -3: `params` does not have one value per chain entry, or decreases, or holds a NaN;
-///         -4: `sizes` has fewer values than the chain, or one that is not positive and finite;
+///         -2: fewer than 2 chain entries, or one that is no column of `coords`; also a chain of length 0 or
+///         NaN if `params` is empty;
+///         -3: `params` does not have one value per chain entry, decreases, or contains a NaN;
+///         -4: `sizes` has fewer values than the chain, or one that is not positive and finite; also an
+///         infinitely long chain if `params` is empty;
 ///         -6: `min_elements` is 0 or above `max_elements`;
-///         -199: no storage, or more nodes than 32-bit numbers can name.
+///         -199: no memory, or more nodes than 32-bit numbers can name (then nothing is placed).
 ///
-/// A count of new nodes that, with the columns of `coords`, 32-bit numbers cannot name gives -199 before anything
-/// is placed. A lack of memory for the parameters and sizes of new nodes is not reported: the result is 0, and
-/// the mesh may be coarser than its sizes ask for, down to the chord from the first node to the last.
+/// On a failure nothing has changed, except that `out_params` may be empty.
 ///
-/// Cost: linear in chain plus mesh for each placement. There are usually two placements; there is one more as long as the number of nodes falls, as it can
-/// many times over for targets that differ widely from entry to entry. Under a positive tolerance, all that
-/// again for each part that is meshed anew. Peak memory is about 1.3 times chain plus mesh, and the number of
-/// allocations grows with the logarithm of their sizes.
+/// Special cases:
+///   - **A closed chain**, whose first and last entries are one node, begins and ends there. Use 3 for
+///     `min_elements`: a single element from a node to itself has no direction, so every deviation from it
+///     counts as 0.
+///   - `min_elements` elements, or a chain of 2 entries, take a single placement.
+///   - If sizes differ much between neighbours, each placement on the last mesh can lose elements, down to a
+///     single one.
+///   - If memory for the parameters and sizes of new nodes runs out, the result is 0, and the mesh may be
+///     coarser than its sizes ask for, down to the chord from the first node to the last.
+///
+/// Cost: each placement is linear in chain plus mesh. There are usually two; another one follows as long as
+/// the number of nodes falls. A positive tolerance repeats all this for each part that is meshed again. Peak
+/// memory is about 1.3 times chain plus mesh. The number of allocations grows with the logarithm of their
+/// sizes.
+[[nodiscard]] inline int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense1D<double> const& sizes, dense1D<unsigned>& out_indices, line_options const& options = {}) noexcept;
+
+/// Meshes a polyline by a metric tensor at each of its nodes.
+///
+/// Between two nodes, the size in the direction of the segment varies linearly, as with sizes. The tensors
+/// are interpolated in their common basis, in which the sizes along its directions vary linearly. A positive
+/// `deviation_tolerance` is a length of the model, not a metric length. A negative one bounds the sizes along
+/// the axes of each tensor; the axes stay.
+///
+/// @param metrics  3 or 6 rows for 2 or 3 rows of `coords`: a tensor per chain entry, finite and positive
+///                 definite; further columns are ignored.
+/// @param coords, indices, out_indices, options  as above.
+/// @return as above, except
+///         -4: `metrics` has the wrong row count, fewer columns than the chain has entries, or a tensor that
+///         is not finite and positive definite; also an infinitely long chain if `params` is empty;
+///         -11: `*options.out_metrics` is not empty and has the wrong row count.
+///
+/// If two neighbouring tensors cannot be reduced to a common basis, the line gets no new nodes. This happens
+/// with tensors that are nearly singular, and with sizes outside about 1e-18 to 1e18.
+[[nodiscard]] inline int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense2D<double> const& metrics, dense1D<unsigned>& out_indices,
+    line_options const& options = {}) noexcept;
+
+/// Meshes a polyline by sizes, with all arguments in a row. Meaning and statuses are as above.
+/// @param[out] out_params  emptied before all checks, then replaced: the parameter at each mesh node, from
+///                 the first to the last value of `params`.
+/// @param[out] out_sizes   the size at each mesh node is appended.
 [[nodiscard]] VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& params, dense1D<double> const& sizes, bool force_even, unsigned min_elements,
     unsigned max_elements, double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices,
     dense1D<double>& out_params, dense1D<double>& out_sizes) noexcept;
 
-/// Meshes a polyline as above, with its normalised chord length for parameter: 0 at the first entry, 1 at the
-/// last one.
+/// Meshes a polyline by sizes, with its chord length as parameter: 0 at the first entry, 1 at the last one.
 ///
 /// @return 0;
 ///         -1: `coords` has neither 2 nor 3 rows;
 ///         -2: fewer than 2 chain entries, one that is no column of `coords`, or a chain of length 0 or NaN;
 ///         -3: `sizes` has fewer values than the chain, or one that is not positive and finite; also a chain
-///         that is infinitely long before its last entry, which leaves no parameters for it;
+///         that is infinitely long before its last entry;
 ///         -5: `min_elements` is 0 or above `max_elements`;
-///         -199: no storage, or more nodes than 32-bit numbers can name.
+///         -199: no memory, or more nodes than 32-bit numbers can name.
 ///
-/// `out_params` is as it was on -1 and -2, and where storage for the parameters themselves is not available;
-/// every other failure leaves it empty.
+/// `out_params` is unchanged on -1 and -2, and if memory for the chain's own parameters runs out. Every other
+/// failure leaves it empty.
 [[nodiscard]] VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& sizes, bool force_even, unsigned min_elements, unsigned max_elements,
     double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
     dense1D<double>& out_sizes) noexcept;
 
-/// Meshes a polyline as above, with metric tensors given at its nodes instead of sizes.
-///
-/// A tensor M measures a vector d as sqrt(d^T M d), so an element is as long as it should be where that is 1.
-/// It is packed by columns of its upper triangle: (m00, m01, m11) in the plane, (m00, m01, m11, m02, m12,
-/// m22) in space. Between two nodes the size in the direction of the segment runs linearly, as with sizes;
-/// the tensors are interpolated in their common basis, in which the sizes along its directions run linearly.
-///
-/// A positive `deviation_tolerance` is a length of the model, not one in the metric. A negative one bounds
-/// the sizes along the axes of each tensor; the axes stay.
-///
-/// @param metrics  3 or 6 rows for 2 or 3 rows of `coords`: a tensor per chain entry, finite and positive
-///                 definite; further columns are ignored.
-/// @param[out] out_metrics  the tensor at each mesh node is appended as a column.
-/// @return as above, with
-///         -4: `metrics` has too few columns, or a tensor that is not finite and positive definite, or the
-///         wrong row count;
-///         -11: `out_metrics` is not empty and has the wrong row count.
-/// The other arguments are as above. A line with tensors that cannot be reduced to a common basis is left
-/// without new nodes: tensors that are all but singular, or with sizes outside about 1e-18 to 1e18, since
-/// squares of squares of them are formed.
+/// Meshes a polyline by tensors, with all arguments in a row. Meaning and statuses are as above.
 [[nodiscard]] VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& params, dense2D<double> const& metrics, bool force_even, unsigned min_elements,
     unsigned max_elements, double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices,
     dense1D<double>& out_params, dense2D<double>& out_metrics) noexcept;
 
-/// Meshes a polyline by tensors, with its normalised chord length for parameter.
+/// Meshes a polyline by tensors, with its chord length as parameter: 0 at the first entry, 1 at the last one.
 ///
-/// @return as the overload with sizes: -3 for `metrics`, -5 for the element limits, -10 for `out_metrics`.
+/// @return 0;
+///         -1, -2, -5, -199: as the overload by sizes and chord length;
+///         -3: `metrics` has the wrong row count, fewer columns than the chain has entries, or a tensor that
+///         is not finite and positive definite; also a chain that is infinitely long before its last entry;
+///         -10: `out_metrics` is not empty and has the wrong row count.
 [[nodiscard]] VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense2D<double> const& metrics, bool force_even, unsigned min_elements, unsigned max_elements,
     double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
@@ -156,58 +380,93 @@ constexpr int no_storage = -199;
 
 /// @}
 /// @defgroup straight_lines Straight lines
-/// Segments, each meshed on its own.
+/// Segments, each meshed on its own, so that all nodes of the chain stay.
 /// @{
 
-/// Meshes each segment of a polyline on its own by the sizes at its ends, so that all chain nodes stay.
+/// Target sizes at the two ends of a segment, an arc or a path.
+struct end_sizes
+{
+    double start;            ///< At its start, positive, in length units of the model.
+    double end;              ///< At its end.
+    bool force_even = false; ///< Asks for an even number of elements.
+};
+
+/// Meshes each segment of a polyline by the sizes at its ends.
+///
+/// The common case: `mesh_straight(coords, {0, 1, 2}, {1.0, 0.2, 1.0}, false, nodes)`.
 ///
 /// @param[in,out] coords  d x n, d = 2 or 3: node positions. New nodes are appended as columns.
 /// @param indices  the chain, at least 2 column numbers of `coords`, or none.
 /// @param sizes    a target size per chain entry, positive and finite; further values are ignored.
 /// @param force_even  asks for an even number of elements on each segment.
-/// @param[out] out_indices  the mesh's nodes in the order of travel are appended.
+/// @param[out] out_indices  the mesh nodes are appended in the order of travel.
 /// @return 0, also for an empty chain, which changes nothing;
 ///         -1: `coords` has neither 2 nor 3 rows (tested last);
 ///         -2: one chain entry, or one that is no column of `coords`;
 ///         -3: `sizes` has fewer values than the chain, or one that is not positive and finite;
-///         -199: no storage, or more nodes than 32-bit numbers can name.
-/// On a failure `coords` and `out_indices` are as they were.
+///         -199: no memory, or more nodes than 32-bit numbers can name.
+///
+/// On a failure nothing has changed. There is no maximum number of elements.
 ///
 /// Cost: linear in chain plus mesh.
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& sizes, bool force_even, dense1D<unsigned>& out_indices) noexcept;
 
-/// The same by metric tensors, one column per chain entry, 3 or 6 rows for 2 or 3 rows of `coords`; -3 is
-/// also their wrong row count.
+/// Meshes each segment of a polyline by the metric tensors at its ends.
+///
+/// @param metrics  a tensor per chain entry, 3 or 6 rows for 2 or 3 rows of `coords`.
+/// @param coords, indices, force_even, out_indices  as above.
+/// @return 0;
+///         -1, -2, -199: as above;
+///         -3: `metrics` has the wrong row count, fewer columns than the chain has entries, or a tensor that
+///         is not finite and positive definite.
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense2D<double> const& metrics, bool force_even, dense1D<unsigned>& out_indices) noexcept;
 
-/// The same by one size for all segments: the length of the chain over `element_count`. Each segment is cut
-/// into a whole number of elements of about that size, so their sum can differ from `element_count`.
+/// Meshes each segment of a polyline by one size: the length of the chain divided by `element_count`. Each
+/// segment gets a whole number of elements, so their sum can differ from `element_count`.
 ///
-/// @return 0, also for an `element_count` of 0, whatever the rest is; -2: fewer than 2 chain entries, or a
-///         bad one; -3: a chain of length 0; otherwise as above.
+/// @return 0, also if `element_count` is 0, whatever the other arguments are;
+///         -1: `coords` has neither 2 nor 3 rows;
+///         -2: fewer than 2 chain entries, or one that is no column of `coords`;
+///         -3: the chain has length 0;
+///         -199: no memory, or more nodes than 32-bit numbers can name.
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
     unsigned element_count, bool force_even, dense1D<unsigned>& out_indices) noexcept;
 
-/// Meshes the segment from `node_a` to `node_b` by the sizes at its ends.
+/// Meshes the segment from `node_a` to `node_b` by the sizes at its ends: `mesh_straight(coords, 0, 1, {1.0,
+/// 0.2}, nodes)`.
 ///
-/// @return 0; -2, -3: `node_a`, `node_b` is no column of `coords`; -4, -5: `size_a`, `size_b` is not
-///         positive, -3 also if one is infinite; otherwise as the first overload.
+/// @return 0;
+///         -1: `coords` has neither 2 nor 3 rows;
+///         -2, -3: `node_a`, `node_b` is no column of `coords`;
+///         -4, -5: `sizes.start`, `sizes.end` is not positive; an infinite one gives -3;
+///         -199: no memory, or more nodes than 32-bit numbers can name.
+[[nodiscard]] inline int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
+    end_sizes const& sizes, dense1D<unsigned>& out_indices) noexcept;
+
+/// The same with the sizes as arguments 4 and 5.
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
     double size_a, double size_b, bool force_even, dense1D<unsigned>& out_indices) noexcept;
 
 /// Cuts the segment from `node_a` to `node_b` into `element_count` equal elements.
 ///
-/// @return 0, also for an `element_count` of 0, whatever the rest is; -2, -3: `node_a`, `node_b` is no column
-///         of `coords`; -4: they are at one place; otherwise as the first overload.
+/// @return 0, also if `element_count` is 0, whatever the other arguments are;
+///         -1: `coords` has neither 2 nor 3 rows;
+///         -2, -3: `node_a`, `node_b` is no column of `coords`;
+///         -4: both nodes are at one place;
+///         -199: no memory, or more nodes than 32-bit numbers can name.
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
     unsigned element_count, dense1D<unsigned>& out_indices) noexcept;
 
-/// Cuts the two segments from `node_a` over `node_b` to `node_c` into about `element_count` elements of one
-/// size.
+/// Cuts the segments from `node_a` to `node_b` and from `node_b` to `node_c` into about `element_count`
+/// elements of one size.
 ///
-/// @return as above; -4: `node_c` is no column of `coords`; -3 also for three nodes at one place.
+/// @return 0, also if `element_count` is 0, whatever the other arguments are;
+///         -1: `coords` has neither 2 nor 3 rows;
+///         -2, -3, -4: `node_a`, `node_b`, `node_c` is no column of `coords`; -3 also if all three nodes are
+///         at one place;
+///         -199: no memory, or more nodes than 32-bit numbers can name.
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
     unsigned node_c, unsigned element_count, dense1D<unsigned>& out_indices) noexcept;
 
@@ -216,25 +475,142 @@ constexpr int no_storage = -199;
 /// Smooth curves through chains of nodes.
 /// @{
 
-/// Point of a spline at a parameter value.
+/// Options of `mesh_spline`.
+struct spline_options
+{
+    double deviation_tolerance = 0; ///< How curvature bounds the sizes: see @ref tolerances.
+    double min_size = 0;            ///< Floor of the bound by curvature, and twice the least step of samples.
+    double default_size = 0;        ///< With `max_gradation`: the size between the nodes of the curve.
+    double max_gradation = 0;       ///< Growth of size per length along the curve; 0 sets no limit.
+    bool force_even = false;   ///< Asks for an even number of elements, even if it exceeds `max_elements`.
+    unsigned min_elements = 1; ///< Minimum number of elements, at least 1. Argument 5 in a status.
+    unsigned max_elements = no_limit; ///< Maximum number of elements.
+
+    dense1D<double>* out_params = nullptr;  ///< Out: the parameter at each mesh node, 0 to 1, is appended.
+    dense1D<double>* out_sizes = nullptr;   ///< Out: the size at each mesh node is appended (sizes only).
+    dense2D<double>* out_metrics = nullptr; ///< Out: the tensor at each mesh node is appended (tensors only).
+    double* deviation = nullptr;            ///< Out: how far the spline strays from the polyline.
+};
+
+/// Meshes the smooth curve through a chain of nodes by target sizes and by its curvature.
 ///
-/// The spline is a chain of cubics, one span from each node to the next, each built from its two nodes and
-/// one guide node on either side; no system of equations is solved. The tangent at a node has the direction
-/// of q u + p v, where u and v are the unit vectors along the chords before and behind it, p and q the
-/// lengths of these, which is that of the circle through the three nodes; so the spline turns without a
-/// corner. Beside a chord at most a hundredth as long as its own, of length l, a span takes the direction of
-/// l u + v instead: that depends on units, and there may be a corner. A span has no tangent at an end that is
-/// its own guide node, by number and not by place, nor where the tangent would point against the chord; it is
-/// quadratic then, or straight without both.
+/// The common case, a closed airfoil within 0.001 of its curve; `with_guides` is in `<vornik1d/helpers.h>`:
+///
+/// ```cpp
+/// spline_options options;
+/// options.deviation_tolerance = 0.001;
+/// options.max_gradation = 0.3;
+/// int status = mesh_spline(
+///     coords, with_guides(chain, true), with_guides(chain, sizes, true), nodes, options);
+/// ```
+///
+/// The first and the last chain entry are *guide nodes*: they shape the tangents at the ends of the curve and
+/// are not on it. The mesh runs from the second entry to the last but one. An open curve through a, b, ...,
+/// y, z is the chain a, a, b, ..., y, z, z. A closed curve through a, b, ..., z and back to a is the chain z,
+/// a, b, ..., z, a, b.
+///
+/// Sizes vary linearly between the nodes of the curve. Then three bounds apply: the curvature as @ref
+/// tolerances says, the length of the curve, and `max_gradation`. New nodes lie on the chords of a polyline
+/// of samples of the curve. The samples are ten times closer to the curve than `deviation_tolerance` asks of
+/// the mesh.
+///
+/// @param[in,out] coords  d x n, d = 2 or 3: node positions, in length units of the model. New nodes are
+///                 appended as columns; old columns do not change.
+/// @param indices  the chain with its guide nodes, at least 4 column numbers of `coords`.
+/// @param sizes    a target size per chain entry, positive and finite, in length units of the model; those of
+///                 the guide nodes have no effect, and further values are ignored.
+/// @param[out] out_indices  the mesh nodes are appended in the order of travel.
+/// @param options  see `spline_options`.
+/// @return 0;
+///         -1: `coords` has neither 2 nor 3 rows; also, tested last, chain nodes whose positions are not
+///         finite, or so far apart that the curve's length is not;
+///         -2: fewer than 4 chain entries, or one that is no column of `coords`;
+///         -3: `sizes` has fewer values than the chain, or one that is not positive and finite;
+///         -5: `min_elements` is 0 or above `max_elements`;
+///         -8: `min_size` is negative or NaN;
+///         -199: no memory, or more samples or nodes than 32-bit numbers can name.
+///
+/// On a failure nothing has changed, except that `deviation` is 0.
+///
+/// Special cases:
+///   - `min_size` keeps the numbers of samples and elements within reason where the curve has a kink or the
+///     tolerance is tiny. The number of samples has no other limit: at curvature c their step is near
+///     sqrt(0.8 * tolerance / c), or sqrt(0.8 * -tolerance) / c for a negative tolerance, but at least half
+///     of `min_size`. Curvature has no bound where nodes coincide or turn back; without `min_size` such a
+///     curve can get `max_elements` elements. Sizes below `min_size` are not raised.
+///   - `default_size` has an effect only if it and `max_gradation` are positive. It is then the size
+///     everywhere except at the nodes of the curve, before the bounds.
+///   - `max_gradation` has no effect from the largest double on, nor across the joint of a closed curve.
+///   - **Far nodes.** Curvature is averaged between two nodes at which the chain bends. If nodes are far
+///     apart there, the mesh strays farther: up to about twice the tolerance at the nose of an airfoil of 61
+///     nodes, 1.2 times with 241 nodes. Nodes closer together than 1e-12 length units do not bend.
+///   - `deviation` is the largest distance of a sample from the line through the ends of its span. It tells
+///     how far the spline strays from the polyline through its nodes, not how far the mesh does. If
+///     `deviation` is an entry of `coords` or of an output, which may move, it stays 0.
+///   - If memory for the parameters and sizes of new nodes runs out, the result is 0 and the mesh is a single
+///     element.
+///
+/// Cost and memory: linear in chain, samples and mesh.
+[[nodiscard]] inline int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense1D<double> const& sizes, dense1D<unsigned>& out_indices,
+    spline_options const& options = {}) noexcept;
+
+/// Meshes the smooth curve through a chain of nodes by metric tensors and by its curvature.
+///
+/// Curvature bounds the sizes of each tensor along its own axes. `default_size` stands for the isotropic
+/// tensor of that size. Growth is limited in the metric: of two tensors at metric length l, measured in one
+/// of them, the other is intersected with the first divided by (1 + `max_gradation` * l)^2 (homogeneous
+/// growth; Alauzet, Size gradation control of anisotropic meshes, 2010).
+///
+/// @param metrics  3 or 6 rows for 2 or 3 rows of `coords`: a tensor per chain entry, finite and positive
+///                 definite; further columns are ignored.
+/// @param coords, indices, out_indices, options  as above.
+/// @return as above, except
+///         -3: `metrics` has the wrong row count, fewer columns than the chain has entries, or a tensor that
+///         is not finite and positive definite;
+///         -13: `*options.out_metrics` is not empty and has the wrong row count.
+///
+/// If a new node falls between tensors that cannot be reduced to a common basis, the curve becomes a single
+/// element.
+[[nodiscard]] inline int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense2D<double> const& metrics, dense1D<unsigned>& out_indices,
+    spline_options const& options = {}) noexcept;
+
+/// Meshes a spline by sizes, with all arguments in a row. Meaning and statuses are as above.
+[[nodiscard]] VORNIK1D_API int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense1D<double> const& sizes, bool force_even, unsigned min_elements, unsigned max_elements,
+    double deviation_tolerance, double min_size, double default_size, double max_gradation,
+    dense1D<unsigned>& out_indices, dense1D<double>& out_params, dense1D<double>& out_sizes,
+    double& deviation) noexcept;
+
+/// Meshes a spline by tensors, with all arguments in a row. Meaning and statuses are as above.
+[[nodiscard]] VORNIK1D_API int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense2D<double> const& metrics, bool force_even, unsigned min_elements, unsigned max_elements,
+    double deviation_tolerance, double min_size, double default_size, double max_gradation,
+    dense1D<unsigned>& out_indices, dense1D<double>& out_params, dense2D<double>& out_metrics,
+    double& deviation) noexcept;
+
+/// Computes the point of a spline at a parameter value.
+///
+/// A spline is a chain of cubics: one *span* from each node to the next, built from its two nodes and one
+/// guide node on either side. No system of equations is solved. Let u and v be the unit vectors along the
+/// chords before and after a node, of lengths p and q. The tangent at the node has the direction of q u + p
+/// v, the tangent of the circle through the three nodes, so the spline has no corner.
 ///
 /// @param coords  2 or 3 rows, as many as `point` has: node positions.
-/// @param i0, i3  the guide nodes before and behind the span; i0 = i1 and i3 = i2 declare a free end.
+/// @param i0, i3  the guide nodes before and after the span; i0 = i1 and i3 = i2 mean a free end.
 /// @param i1, i2  the nodes from which and to which the span runs.
-/// @param t       0 gives node i1 exactly, 1 node i2 but for rounding; what is outside extrapolates the
+/// @param t       0 gives node i1 exactly, 1 gives node i2 up to rounding; other values extrapolate the
 ///                 cubic.
-/// @param[out] point  the position; as it was on a failure.
-/// @return 0; -1: `coords` has another row count than `point`; -2, -3, -4, -5: i0, i1, i2, i3 is no column of
-///         `coords`.
+/// @param[out] point  the position; unchanged on a failure.
+/// @return 0; -1: `coords` does not have as many rows as `point`; -2, -3, -4, -5: i0, i1, i2, i3 is no column
+///         of `coords`.
+///
+/// Special cases:
+///   - If a neighbouring chord is at most 1 % as long as the span's own chord (length l), the tangent is l u
+///     + v. This depends on the unit of length, and there may be a corner.
+///   - A span has no tangent at an end that is its own guide node (by number, not by place), nor where the
+///     tangent would point against the chord. It is quadratic then, or straight if it has no tangent at all.
 ///
 /// Cost: constant, no allocation.
 [[nodiscard]] VORNIK1D_API int spline_point(dense2D<double> const& coords, unsigned i0, unsigned i1,
@@ -243,423 +619,153 @@ constexpr int no_storage = -199;
 [[nodiscard]] VORNIK1D_API int spline_point(dense2D<double> const& coords, unsigned i0, unsigned i1,
     unsigned i2, unsigned i3, double t, vector_fixed<double, 3>& point) noexcept;
 
-/// Meshes the spline through a chain of nodes by target sizes given at these, bounded by the curvature of the
-/// spline and by a limit on their growth.
-///
-/// The first and the last chain entry are guide nodes: they shape the tangents at the curve's ends and are
-/// not on it. An open curve through the nodes a, b, ..., y, z is the chain a, a, b, ..., y, z, z; a closed
-/// one through a, b, ..., z and back to a is the chain z, a, b, ..., z, a, b. The mesh runs from the second
-/// to the last but one entry and holds no other chain node.
-///
-/// New nodes do not lie on the spline but on chords of a polyline of samples of it, ten times closer to it
-/// than `deviation_tolerance` asks of the mesh. That tolerance selects how curvature bounds the sizes:
-///
-///   - positive: an element's chord is to stay within this distance (in length units of the model) of the
-///     curve. At curvature c the bound is 2 sqrt(e (2 - e)) / c with e = c * `deviation_tolerance`; where e
-///     is 1 or more there is none.
-///   - negative: the same with e = -`deviation_tolerance` at every curvature: the distance relative to the
-///     radius of curvature.
-///   - 0, NaN, plus or minus the largest double: no bound, and two samples per span.
-///
-/// The curvature is its mean between two nodes at which the chain bends, so where it peaks between nodes that
-/// are far apart, the mesh strays farther: up to about twice the tolerance at the nose of an airfoil of 61
-/// nodes, 1.2 times with 241. Nodes closer together than 1e-12 length units of the model do not bend. Sizes
-/// are also bounded by the length of the curve; they run linearly between samples.
-///
-/// @param[in,out] coords  d x n, d = 2 or 3: node positions, in length units of the model. New nodes are
-///                 appended as columns; the old ones stay as they are.
-/// @param indices  the chain with its guide nodes, at least 4 column numbers of `coords`.
-/// @param sizes    a target size per chain entry, positive and finite, in length units of the model; those of
-///                 the guide nodes have no effect, and further values are ignored.
-/// @param force_even, min_elements, max_elements  as in `mesh_line`.
-/// @param deviation_tolerance  see above.
-/// @param min_size  floor of the bound by curvature, at least 0; sizes below it are not raised. Half of it is
-///                 also the least step of samples, but for one between any two nodes; so it is what keeps
-///                 their number, which has no other limit, and that of the elements within reason where the
-///                 curve has a kink or the tolerance is tiny. Samples along a span take its length over the
-///                 step, which at curvature c is near sqrt(0.8 * tolerance / c), or sqrt(0.8 * -tolerance) /
-///                 c for a negative one. Curvature has no bound where nodes are at one place or turn back on
-///                 themselves; without `min_size` such a curve can get `max_elements` elements.
-/// @param default_size  if this and `max_gradation` are positive: the size everywhere but at the curve nodes,
-///                 before bounds. Otherwise sizes run linearly from node to node.
-/// @param max_gradation  if positive and below the largest double: sizes grow along the curve by no more than
-///                 this per length; not across the joint of a closed one.
-/// @param[out] out_indices  the mesh's nodes in the order of travel are appended.
-/// @param[out] out_params   the parameter of each mesh node is appended: from 0 to 1, near the normalised
-///                 chord length along the chain.
-/// @param[out] out_sizes    the target size at each mesh node is appended, after bounds.
-/// @param[out] deviation    the largest distance of a sample from the line through the ends of its span,
-///                 which tells how far the spline strays from the polyline through its nodes, not how far the
-///                 mesh does; 0 on a failure. If it is an entry of `coords` or of an output, which may move,
-///                 it stays 0.
-/// @return 0;
-///         -1: `coords` has neither 2 nor 3 rows; also, tested last, chain nodes whose positions are not
-///         finite, or so far apart that the curve's length is not;
-///         -2: fewer than 4 chain entries, or one that is no column of `coords`;
-///         -3: `sizes` has fewer values than the chain, or one that is not positive and finite;
-///         -5: `min_elements` is 0 or above `max_elements`;
-///         -8: `min_size` is negative or NaN;
-///         -199: no storage, or more samples or nodes than 32-bit numbers can name.
-/// On a failure all arguments but `deviation` are as they were. A lack of memory for the parameters and sizes of
-/// new nodes is not reported: the mesh is a single element then.
-///
-/// Cost and memory: linear in chain, samples and mesh.
-[[nodiscard]] VORNIK1D_API int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
-    dense1D<double> const& sizes, bool force_even, unsigned min_elements, unsigned max_elements,
-    double deviation_tolerance, double min_size, double default_size, double max_gradation,
-    dense1D<unsigned>& out_indices, dense1D<double>& out_params, dense1D<double>& out_sizes,
-    double& deviation) noexcept;
-
-/// Meshes a spline as above, with metric tensors given at its nodes instead of sizes.
-///
-/// Curvature bounds the sizes of each tensor along its own axes, and `default_size` stands for the isotropic
-/// tensor of that size. Growth is limited in the metric: of two tensors at a distance l in one of them the
-/// other is intersected with that one divided by (1 + `max_gradation` * l)^2: homogeneous growth as in
-/// Alauzet, Size gradation control of anisotropic meshes, 2010.
-///
-/// @param metrics  3 or 6 rows for 2 or 3 rows of `coords`: a tensor per chain entry, finite and positive
-///                 definite, packed as in `mesh_line`; further columns are ignored.
-/// @param[out] out_metrics  the tensor at each mesh node is appended as a column.
-/// @return as above, with
-///         -3: `metrics` has too few columns, or a tensor that is not finite and positive definite, or the
-///         wrong row count;
-///         -13: `out_metrics` is not empty and has the wrong row count.
-/// A curve on which a new node falls between tensors that cannot be reduced to a common basis becomes a
-/// single element.
-[[nodiscard]] VORNIK1D_API int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
-    dense2D<double> const& metrics, bool force_even, unsigned min_elements, unsigned max_elements,
-    double deviation_tolerance, double min_size, double default_size, double max_gradation,
-    dense1D<unsigned>& out_indices, dense1D<double>& out_params, dense2D<double>& out_metrics,
-    double& deviation) noexcept;
-
 /// @}
-/// @defgroup metric_interpolation Metric interpolation
-/// Sizes and tensors at new parameter values.
+/// @defgroup metrics Metrics
+/// Sizes and tensors at new parameter values, and tensors from directions and elements.
+///
+/// The functions that generate tensors merge each one into the column of its node: the result is the
+/// intersection, in which every vector is at least as long as in either tensor. If both tensors have
+/// unlimited sizes, it is their sum. So calls can be chained, elements that meet at a node combine there, and
+/// a column of zeros asks for nothing. A size or an element shorter than 1e-154 gives a tensor that is not
+/// finite.
 /// @{
 
-/// Carries values from one non-decreasing list of parameters to another by linear interpolation.
+/// Carries sizes from one list of parameters to another by linear interpolation.
 ///
 /// @param params      at least 2 parameter values at which `sizes` are known, non-decreasing.
-/// @param sizes       a value per entry of `params`. Between two values that are not both positive stands 0.
+/// @param sizes       a value per entry of `params`. The result is 0 between two values of which one is not
+///                 positive.
 /// @param new_params  the parameter values wanted, non-decreasing, within the range of `params`.
-/// @param[out] new_sizes  is replaced: a value per entry of `new_params`; empty on a failure.
-/// @return 0, also for empty `new_params`, whatever the rest is;
+/// @param[out] new_sizes  replaced by a value per entry of `new_params`; empty on a failure.
+/// @return 0, also for empty `new_params`, whatever the other arguments are;
 ///         -1: `params` has fewer than 2 values, or decreases;
 ///         -2: `sizes` does not have as many values as `params`;
 ///         -3: `new_params` decreases, or leaves the range of `params`;
-///         -199: no storage.
+///         -199: no memory.
 ///
 /// Cost: linear in old and new values.
 [[nodiscard]] VORNIK1D_API int interpolate_metrics(dense1D<double> const& params,
     dense1D<double> const& sizes, dense1D<double> const& new_params, dense1D<double>& new_sizes) noexcept;
 
-/// The same for metric tensors, one per column: 3 rows in the plane, 6 in space; 1 row is a list of values,
-/// and 0 rows give 0 rows.
+/// Carries metric tensors from one list of parameters to another.
 ///
-/// Tensors are interpolated in their common basis, in which the sizes along its directions run linearly; at
-/// the parameters given they come out bit for bit. Where a pair cannot be reduced, the tensor of the entry
-/// before is repeated, or zeros for the first entry.
+/// Tensors are interpolated in their common basis, in which the sizes along its directions vary linearly. At
+/// the given parameters they are returned bit for bit. If two neighbours cannot be reduced to a common basis,
+/// the tensor of the entry before is repeated, or zeros for the first entry.
 ///
-/// @return as above; -2 also when `metrics` has another row count.
+/// @param metrics  a tensor per column: 3 rows in the plane, 6 in space. 1 row is a list of values, and 0
+///                 rows give 0 rows.
+/// @param params, new_params  as above.
+/// @param[out] new_metrics  replaced by a column per entry of `new_params`; empty on a failure.
+/// @return 0, also for empty `new_params`, whatever the other arguments are;
+///         -1, -3, -199: as above;
+///         -2: `metrics` does not have a column per entry of `params`, or has another row count.
 [[nodiscard]] VORNIK1D_API int interpolate_metrics(dense1D<double> const& params,
     dense2D<double> const& metrics, dense1D<double> const& new_params, dense2D<double>& new_metrics) noexcept;
 
-/// @}
-/// @defgroup metric_generation Metric generation
-/// Each tensor is merged into the column of its node: there stands the intersection then, in which every
-/// vector is at least as long as in either; of two tensors with unlimited sizes, their sum. So calls can be
-/// chained, and elements that meet at a node combine there; a column of zeros asks for nothing. A size or an
-/// element so short, below 1e-154, that the inverse of its square is no finite number gives a tensor that is
-/// not finite either, and so is what it is merged into.
-/// Cost: linear in elements or in the nodes treated.
-/// @{
-
-/// Tensors from a direction per node, in the plane.
+/// Generates tensors from a direction per node, in the plane.
 ///
-/// @param directions   2 rows, a vector per node. The sizes are those for a vector of length 1; a longer one
-///                 makes both smaller by its length.
+/// @param directions   2 rows, a vector per node. Sizes hold for a vector of length 1; a vector of length L
+///                 divides both sizes by L.
 /// @param indices      the nodes to treat, column numbers of `directions`.
 /// @param size_along, size_across  the sizes along the vector and across it, positive.
 /// @param[in,out] metrics  a tensor per node, 3 rows, or empty. Columns up to the largest node are added.
-/// @return 0, also for empty `indices`, whatever the rest is;
+/// @return 0, also for empty `indices`, whatever the other arguments are;
 ///         -1: `directions` does not have 2 rows;
 ///         -2: an entry of `indices` is no column of `directions`;
 ///         -3, -4: `size_along`, `size_across` is not positive;
 ///         -5: `metrics` is not empty and does not have 3 rows;
-///         -199: no storage.
-/// On a failure `metrics` is as it was.
+///         -199: no memory.
+///
+/// On a failure `metrics` is unchanged. Cost: linear in the nodes treated.
 [[nodiscard]] VORNIK1D_API int metrics_gen_aniso2d(dense2D<double> const& directions,
     dense1D<unsigned> const& indices, double size_along, double size_across,
     dense2D<double>& metrics) noexcept;
 
-/// Tensors from the elements of a line in the plane: at both ends of each, the size along it is its length.
-/// An element whose squared length is 0 or not finite changes nothing.
+/// Generates tensors from the elements of a line in the plane: at both ends of an element, the size along it
+/// is its length.
 ///
 /// @param coords       node positions, at least 2 rows; only the first 2 count.
-/// @param connect      2 rows, an element per column.
-/// @param normal_size  the size across: in length units of the model, or if negative, relative to the
-///                 element's length; that length if it is 0 or NaN.
+/// @param connect      2 rows, an element per column. An element whose squared length is 0 or not finite is
+///                 ignored.
+/// @param normal_size  the size across the element, in length units of the model. A negative value is
+///                 relative to the length of the element; 0 and NaN stand for that length.
 /// @param[in,out] metrics  a tensor per node, 3 rows, or empty. Columns up to the largest node are added.
-/// @return 0, also for an empty `connect`, whatever the rest is;
+/// @return 0, also for an empty `connect`, whatever the other arguments are;
 ///         -1: `coords` has fewer than 2 rows;
 ///         -2: `connect` does not have 2 rows, or has a node that is no column of `coords`;
 ///         -4: `metrics` is not empty and does not have 3 rows;
-///         -199: no storage.
-/// On a failure `metrics` is as it was.
+///         -199: no memory.
+///
+/// On a failure `metrics` is unchanged. Cost: linear in elements.
 [[nodiscard]] VORNIK1D_API int metrics_gen_aniso2d(dense2D<double> const& coords,
     dense2D<unsigned> const& connect, double normal_size, dense2D<double>& metrics) noexcept;
 
-/// The same in space: `coords` has at least 3 rows, of which 3 count, and `metrics` has 6. `normal_size` is
-/// the size in all directions across.
+/// Generates tensors from the elements of a line in space, with one size in all directions across.
+///
+/// @param coords       node positions, at least 3 rows; only the first 3 count.
+/// @param connect, normal_size  as in the plane.
+/// @param[in,out] metrics  a tensor per node, 6 rows, or empty. Columns up to the largest node are added.
+/// @return 0, also for an empty `connect`, whatever the other arguments are;
+///         -1: `coords` has fewer than 3 rows;
+///         -2: `connect` does not have 2 rows, or has a node that is no column of `coords`;
+///         -4: `metrics` is not empty and does not have 6 rows;
+///         -199: no memory.
+///
+/// On a failure `metrics` is unchanged. Cost: linear in elements.
 [[nodiscard]] VORNIK1D_API int metrics_gen_aniso3d(dense2D<double> const& coords,
     dense2D<unsigned> const& connect, double normal_size, dense2D<double>& metrics) noexcept;
 
-/// The same in space with two sizes across, each as `normal_size` above: one in the plane in which the line
-/// bends at the element's end, one perpendicular to it. Where it does not bend, or where no element or more
-/// than one goes on, the larger one holds in all directions across.
+/// Generates tensors from the elements of a line in space, with two sizes across: `normal_size` in the plane
+/// in which the line bends at the end of the element, `binormal_size` perpendicular to that plane.
 ///
-/// @return as above, also -4 for `metrics`; after a -199 new columns of zeros may have been added.
+/// If the line does not bend there, or if no element or more than one continues it, the larger size holds in
+/// all directions across. Arguments and statuses are as above, also -4 for `metrics`; a -199 may leave new
+/// columns of zeros.
 [[nodiscard]] VORNIK1D_API int metrics_gen_aniso3d(dense2D<double> const& coords,
     dense2D<unsigned> const& connect, double normal_size, double binormal_size,
     dense2D<double>& metrics) noexcept;
 
 /// @}
-/// @defgroup chains Chain operations
-/// What is known along a chain, and nodes that are moved onto one.
-/// @{
-
-/// Discrete curvature of a chain at each of its entries: the change of the unit tangent, divided by the mean
-/// length of the two segments that meet there.
-///
-/// The two end entries take the values of their neighbours, also in a closed chain. Beside a segment of
-/// length 0, and in a chain of fewer than 3 entries, the curvature is 0.
-///
-/// @param coords   d x n, d = 2 or 3: node positions, in length units of the model.
-/// @param indices  the chain, column numbers of `coords`.
-/// @param[out] result  is replaced: a value per chain entry, in 1/length; empty on failure.
-/// @return 0, also for an empty chain, whatever `coords` is;
-///         -1: `coords` has neither 2 nor 3 rows;
-///         -2: an entry of `indices` is no column of `coords`;
-///         -199: no storage.
-///
-/// One pass.
-[[nodiscard]] VORNIK1D_API int curvatures(
-    dense2D<double> const& coords, dense1D<unsigned> const& indices, dense1D<double>& result) noexcept;
-
-/// Moves nodes onto a parametrised polyline, by linear interpolation between the chain entries around their
-/// parameter values.
-///
-/// A value at or below the first one of the chain gives the chain's first node, one above the last one its
-/// last node; of equal chain parameters the first counts. The nodes are moved one after the other in the
-/// matrix that the chain is read from: one that is a chain entry too changes the polyline for those behind
-/// it.
-///
-/// @param[in,out] coords  node positions, any number of rows.
-/// @param indices      the chain, column numbers of `coords`.
-/// @param params       a parameter value per chain entry, non-decreasing.
-/// @param new_indices  the nodes to move, column numbers of `coords`.
-/// @param new_params   a parameter value per node to move, non-decreasing.
-/// @return 0;
-///         -2: `params` and `indices` differ in size;
-///         -3: `params` decreases, or holds a NaN among several values;
-///         -4: `new_params` and `new_indices` differ in size;
-///         -5: `new_params` decreases.
-///
-/// A node number that is no column of `coords` is passed over, and an empty chain moves nothing; both give 0.
-///
-/// Cost: linear in chain and nodes. No allocation.
-[[nodiscard]] VORNIK1D_API int interpolate_coordinates(dense2D<double>& coords,
-    dense1D<unsigned> const& indices, dense1D<double> const& params, dense1D<unsigned> const& new_indices,
-    dense1D<double> const& new_params) noexcept;
-
-/// @}
-/// @defgroup measures Measures
-/// Lengths, curvatures and normals.
-/// @{
-
-/// Length of a chain.
-///
-/// @param coords   d x n, d = 2 or 3: node positions, in length units of the model.
-/// @param indices  the chain, at least 2 column numbers of `coords`.
-/// @param[out] result  the sum of the segment lengths, same unit; the sum up to the first bad entry on -2.
-/// @return 0; -1: `coords` has neither 2 nor 3 rows; -2: fewer than 2 entries, or one out of range.
-///
-/// One pass, no allocation.
-[[nodiscard]] VORNIK1D_API int length(
-    dense2D<double> const& coords, dense1D<unsigned> const& indices, double& result) noexcept;
-
-/// Length of a mesh of lines: the sum of the distances between the end nodes of its elements.
-///
-/// @param connect  an element per column, its end nodes in rows 0 and 1; it may be empty.
-/// @param[out] result  0 on a failure.
-/// @return 0; -1: as above; -2: `connect` has 1 row, or an end node out of range.
-[[nodiscard]] VORNIK1D_API int length(
-    dense2D<double> const& coords, dense2D<unsigned> const& connect, double& result) noexcept;
-
-/// Curvature at the nodes of a curve from its tangents there.
-///
-/// An element between the tangents T and U, at parameters that differ by du, has the curvature 4 |S x D| /
-/// (|S|^3 du) with S = T + U, D = U - T; a node has the mean of its elements, weighted by du. An element
-/// whose tangents are opposite counts nothing; where du is 0 for all elements of a node, it has the sum of 4
-/// |S x D| / |S|^3.
-///
-/// @param params    a parameter value per node.
-/// @param connect   an element per column, its end nodes in rows 0 and 1.
-/// @param tangents  2 or 3 rows, a column per node: the derivative of the curve by the parameter.
-/// @param[out] result  is replaced: a value per node, in 1/length, 0 for nodes without elements; empty on a
-///                  failure, but a zero per node if only storage for weights is missing.
-/// @return 0, also for an empty `connect`, whatever the rest is;
-///         -2: `connect` has 1 row, or an end node for which `params` has no value;
-///         -3: `tangents` has neither 2 nor 3 rows, or not a column per value of `params`;
-///         -199: no storage.
-///
-/// Linear in nodes and elements.
-[[nodiscard]] VORNIK1D_API int parametric_curvatures(dense1D<double> const& params,
-    dense2D<unsigned> const& connect, dense2D<double> const& tangents, dense1D<double>& result) noexcept;
-
-/// Normals at the nodes of a line in the plane: the mean of the unit normals of its elements at each node. An
-/// element's normal is to the left of its direction.
-///
-/// @param coords       2 rows, a node per column.
-/// @param connect      an element per column, its end nodes in rows 0 and 1.
-/// @param exponent     the weight of an element of length L is L to this power: 0 gives the plain mean. From
-///                 the largest double on, and for a NaN, a node has the normal of its longest element, from
-///                 minus the largest double down that of its shortest one; of equals the first.
-/// @param unit_length  whether means are brought to length 1; one of length 0 stays.
-/// @param[out] result  is replaced: 2 rows, a vector per node; 0 for nodes without elements, and beside those
-///                 whose squared length is 0; empty on a failure.
-/// @return 0, also without nodes or elements, for which `result` is empty;
-///         -1: `coords` does not have 2 rows;
-///         -2: `connect` has 1 row, or an end node that is no column of `coords`;
-///         -199: no storage.
-///
-/// Linear in nodes and elements.
-[[nodiscard]] VORNIK1D_API int normals(dense2D<double> const& coords, dense2D<unsigned> const& connect,
-    double exponent, bool unit_length, dense2D<double>& result) noexcept;
-
-/// @}
-/// @defgroup connectivity Connectivity
-/// Elements are columns of node numbers: the two end nodes first, in rows 0 and 1, then the interior nodes in
-/// order from the first end to the second. No element shares its interior nodes with another one. Cost:
-/// linear in elements.
-/// @{
-
-/// Appends elements of two nodes along a list of nodes, each beginning where the one before ends.
-///
-/// @param indices  the nodes in order along the line: none, or at least 2.
-/// @param[in,out] connect  the elements are appended; it is empty or has as many rows as elements have nodes.
-/// @return 0; -1: another number of nodes; -2: `connect` has another row count; -199: no storage.
-/// On a failure `connect` is as it was.
-[[nodiscard]] VORNIK1D_API int indices_to_connectE2(
-    dense1D<unsigned> const& indices, dense2D<unsigned>& connect) noexcept;
-/// The same for elements of three nodes: `indices` is empty, or has an odd number of 3 or more.
-[[nodiscard]] VORNIK1D_API int indices_to_connectE3(
-    dense1D<unsigned> const& indices, dense2D<unsigned>& connect) noexcept;
-/// The same for elements of four nodes: `indices` is empty, or has 4, 7, 10, ...
-[[nodiscard]] VORNIK1D_API int indices_to_connectE4(
-    dense1D<unsigned> const& indices, dense2D<unsigned>& connect) noexcept;
-
-/// Appends two elements of two nodes for each element of three, in the order of travel.
-///
-/// @param connect_in   3 rows, or empty.
-/// @param[in,out] connect_out  0 or 2 rows; the elements are appended.
-/// @return 0, also for an empty `connect_in`; -1: `connect_in` does not have 3 rows; -2: `connect_out` has
-///         neither 0 nor 2 rows, even if it is empty; -199: no storage.
-/// On a failure `connect_out` is as it was.
-[[nodiscard]] VORNIK1D_API int split_into_linear(
-    dense2D<unsigned> const& connect_in, dense2D<unsigned>& connect_out) noexcept;
-
-/// Cuts elements down to their two end nodes. Interior nodes stay in the coordinates, and no element has
-/// them.
-///
-/// @return 0, also for an empty `connect`; -1: `connect` has fewer than 3 rows.
-[[nodiscard]] VORNIK1D_API int convert_into_linear(dense2D<unsigned>& connect) noexcept;
-
-/// Gives each element interior nodes at equal distances on the straight line between its end nodes.
-///
-/// @param[in,out] coords  1 to 3 rows, a node per column; the new nodes are appended, element after element.
-/// @param connect_in   an element per column, its end nodes in rows 0 and 1; further rows are ignored.
-/// @param extra_nodes  interior nodes per element: 1 for quadratic, 2 for cubic elements.
-/// @param[out] connect_out  is emptied, then replaced: `extra_nodes` + 2 rows, a column per element.
-/// @return 0, also without elements or extra nodes, for which `connect_out` stays empty;
-///         -1: `coords` has another row count, tested before `connect_out` is emptied;
-///         -2: `connect_in` has 1 row, or an end node that is no column of `coords`;
-///         -199: no storage, or more nodes than 32-bit numbers can name.
-/// On a failure `coords` is as it was.
-[[nodiscard]] VORNIK1D_API int convert_into_high_order(dense2D<double>& coords,
-    dense2D<unsigned> const& connect_in, unsigned extra_nodes, dense2D<unsigned>& connect_out) noexcept;
-
-/// The same in place: `connect` has `extra_nodes` + 2 rows then, and is as it was on a failure and for an
-/// `extra_nodes` of 0.
-[[nodiscard]] VORNIK1D_API int convert_into_high_order(
-    dense2D<double>& coords, dense2D<unsigned>& connect, unsigned extra_nodes) noexcept;
-/// The same with 1 extra node, in the middle of each element.
-[[nodiscard]] VORNIK1D_API int convert_into_quadratic(
-    dense2D<double>& coords, dense2D<unsigned>& connect) noexcept;
-/// The same with 2 extra nodes, at the thirds of each element.
-[[nodiscard]] VORNIK1D_API int convert_into_cubic(
-    dense2D<double>& coords, dense2D<unsigned>& connect) noexcept;
-
-/// @}
-/// @defgroup orientation Orientation
-/// The direction of elements.
-/// @{
-
-/// Turns all elements round: reverses the order of their nodes. Meant for elements of two nodes; others lose
-/// the order in which the end nodes come first. Fewer than 2 rows stay as they are. Returns 0. Linear in
-/// elements.
-VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
-
-/// Orients the elements of a line so that each starts where the one before ends, as one of them does.
-///
-/// @param[in,out] connect    an element of two nodes per column, in rows 0 and 1.
-/// @param[in,out] neighbors  as many rows and columns as `connect`: row i of column e is the element that
-///                 meets e at the node opposite local node i, so row 0 at its second node, row 1 at its
-///                 first. What is no column is no neighbour. Kept in step with `connect`.
-/// @param start            the element that is not turned.
-/// @param all_components   0: only the part of the mesh that holds `start` is treated; otherwise also each
-///                 part that has an element behind `start`, as the first of these is.
-/// @return the number of turns, in which an element of a branching line can count more than once; 0 without
-///         columns, whatever the rest is;
-///         -1: `connect` has fewer than 2 rows, or a node 4294967295;
-///         -2: `neighbors` has another shape, or names a neighbour that does not have the node in question;
-///         turns made before that are kept;
-///         -3: `start` is no column;
-///         -199: no storage.
-///
-/// Linear in elements.
-[[nodiscard]] VORNIK1D_API int mesh_reorient(
-    dense2D<unsigned>& connect, dense2D<unsigned>& neighbors, unsigned start, int all_components) noexcept;
-
-/// @}
 /// @defgroup extrusion Extrusion
-/// A line of new nodes is drawn by a node that is moved: along a vector, or about a centre or an axis. It
-/// starts at a node of `coords`, or at a point that becomes a new node in front of the others. Its step count
-/// is given, or found from target sizes at its start and its end, in length units of the model along the
-/// path: then steps are of equal metric length, as in `mesh_line`, and as near to 1 as a whole number allows,
-/// or an even one under `force_even`. Cost: linear in the new nodes.
+/// Lines of new nodes along a vector, about a centre, or about an axis.
 ///
-/// @param[in,out] coords   as many rows as the points have; the new nodes are appended. It may be empty where
-///                 the line starts at a point.
-/// @param start_node, start_point  where the line starts.
-/// @param vector           the path of the translation.
-/// @param center           the centre of the rotation, or in space a point of its axis.
-/// @param angle            the turn in radians, counter-clockwise.
-/// @param rotation         a vector along the axis, whose length is the turn in radians, by the right-hand
-///                 rule.
-/// @param element_count    the number of steps; 0 does nothing.
-/// @param size_a, size_b   the sizes at the start and the end, positive.
-/// @param[in,out] indices  the nodes of the line are appended, its start first.
-/// @return 0;
-///         -1: `coords` has another row count;
-///         -2: `start_node` is no column of `coords`;
-///         -3: the path has length 0 (with sizes), as one may have whose square underflows;
-///         -4, -5 for a translation, -5, -6 for a rotation: `size_a`, `size_b` is not positive;
-///         -199: no storage, or more nodes than 32-bit numbers can name.
-/// On a failure `coords` and `indices` are as they were. A translation ends exactly at the start plus
-/// `vector`. A count of steps may have a path of length 0, and a full turn ends at a new node at the place of
-/// the start. Where the square of the path's length overflows, sizes give no number of steps (-199); where
-/// that of `rotation` does, the new nodes are NaN.
+/// The common cases: `extrude_translate(coords, {0, 0}, {10, 0}, 20, nodes)` makes 20 equal steps, and
+/// `extrude_translate(coords, {0, 0}, {10, 0}, {0.1, 1.0}, nodes)` makes steps that grow from 0.1 to 1.
+///
+/// A line starts at a node of `coords` (`start_node`), or at a point (`start_point`) that becomes a new node.
+/// The number of steps is given, or follows from target sizes at the start and the end, in length units of
+/// the model along the path. By sizes, steps have equal metric length, as near to 1 as a whole number allows.
+///
+/// Arguments:
+///   - `coords`: in and out, as many rows as the points have; the new nodes are appended. It may be empty if
+///     the line starts at a point.
+///   - `vector`: the path of a translation.
+///   - `center`: the centre of a rotation; in space, a point of its axis.
+///   - `angle`: the angle of a rotation in the plane, in radians, counter-clockwise.
+///   - `rotation`: the axis of a rotation in space; its length is the angle in radians, by the right-hand
+///     rule.
+///   - `element_count`: the number of steps; 0 does nothing.
+///   - `sizes`, or `size_a` and `size_b`: the sizes at the start and the end, positive.
+///   - `indices`: in and out; the nodes of the line are appended, the start first.
+///
+/// Statuses:
+///
+/// | status | `extrude_translate` | `extrude_rotate` |
+/// | --- | --- | --- |
+/// | 0 | success | success |
+/// | -1 | `coords` has another row count than the points | the same |
+/// | -2 | `start_node` is no column of `coords` | the same |
+/// | -3 | by sizes: `vector` has length 0, or its square underflows | by sizes: the path has length 0, or its square underflows |
+/// | -4 | by sizes: the size at the start is not positive | |
+/// | -5 | by sizes: the size at the end is not positive | by sizes: the size at the start is not positive; in space from a node by count: `element_count` is 0 |
+/// | -6 | | by sizes: the size at the end is not positive |
+/// | -199 | no memory, or more nodes than 32-bit numbers can name | the same |
+///
+/// On a failure `coords` and `indices` are unchanged. A translation ends exactly at start plus `vector`. A
+/// count of steps may have a path of length 0. A full turn ends at a new node at the place of the start. If
+/// the square of the path's length overflows, sizes give -199; if that of `rotation` overflows, the new nodes
+/// are NaN. There is no maximum number of steps. Cost: linear in the new nodes.
 /// @{
 
 /// From a new node along a vector, in equal steps.
@@ -674,10 +780,24 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 [[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords,
     vector_fixed<double, 2> const& start_point, vector_fixed<double, 2> const& vector, double size_a,
     double size_b, bool force_even, dense1D<unsigned>& indices) noexcept;
+/// The same with a record of sizes.
+[[nodiscard]] inline int extrude_translate(dense2D<double>& coords,
+    vector_fixed<double, 2> const& start_point, vector_fixed<double, 2> const& vector, end_sizes const& sizes,
+    dense1D<unsigned>& indices) noexcept
+{
+    return extrude_translate(coords, start_point, vector, sizes.start, sizes.end, sizes.force_even, indices);
+}
 /// The same in space.
 [[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords,
     vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& vector, double size_a,
     double size_b, bool force_even, dense1D<unsigned>& indices) noexcept;
+/// The same with a record of sizes.
+[[nodiscard]] inline int extrude_translate(dense2D<double>& coords,
+    vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& vector, end_sizes const& sizes,
+    dense1D<unsigned>& indices) noexcept
+{
+    return extrude_translate(coords, start_point, vector, sizes.start, sizes.end, sizes.force_even, indices);
+}
 /// From a node along a vector, in equal steps.
 [[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 2> const& vector, unsigned element_count, dense1D<unsigned>& indices) noexcept;
@@ -688,10 +808,22 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 [[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 2> const& vector, double size_a, double size_b, bool force_even,
     dense1D<unsigned>& indices) noexcept;
+/// The same with a record of sizes.
+[[nodiscard]] inline int extrude_translate(dense2D<double>& coords, unsigned start_node,
+    vector_fixed<double, 2> const& vector, end_sizes const& sizes, dense1D<unsigned>& indices) noexcept
+{
+    return extrude_translate(coords, start_node, vector, sizes.start, sizes.end, sizes.force_even, indices);
+}
 /// The same in space.
 [[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 3> const& vector, double size_a, double size_b, bool force_even,
     dense1D<unsigned>& indices) noexcept;
+/// The same with a record of sizes.
+[[nodiscard]] inline int extrude_translate(dense2D<double>& coords, unsigned start_node,
+    vector_fixed<double, 3> const& vector, end_sizes const& sizes, dense1D<unsigned>& indices) noexcept
+{
+    return extrude_translate(coords, start_node, vector, sizes.start, sizes.end, sizes.force_even, indices);
+}
 
 /// From a new node about a centre, in equal steps.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords,
@@ -701,6 +833,14 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords,
     vector_fixed<double, 2> const& start_point, vector_fixed<double, 2> const& center, double angle,
     double size_a, double size_b, bool force_even, dense1D<unsigned>& indices) noexcept;
+/// The same with a record of sizes.
+[[nodiscard]] inline int extrude_rotate(dense2D<double>& coords, vector_fixed<double, 2> const& start_point,
+    vector_fixed<double, 2> const& center, double angle, end_sizes const& sizes,
+    dense1D<unsigned>& indices) noexcept
+{
+    return extrude_rotate(
+        coords, start_point, center, angle, sizes.start, sizes.end, sizes.force_even, indices);
+}
 /// From a node about a centre, in equal steps.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 2> const& center, double angle, unsigned element_count,
@@ -709,6 +849,14 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 2> const& center, double angle, double size_a, double size_b, bool force_even,
     dense1D<unsigned>& indices) noexcept;
+/// The same with a record of sizes.
+[[nodiscard]] inline int extrude_rotate(dense2D<double>& coords, unsigned start_node,
+    vector_fixed<double, 2> const& center, double angle, end_sizes const& sizes,
+    dense1D<unsigned>& indices) noexcept
+{
+    return extrude_rotate(
+        coords, start_node, center, angle, sizes.start, sizes.end, sizes.force_even, indices);
+}
 /// From a new node about an axis, in equal steps.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords,
     vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& center,
@@ -718,6 +866,14 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
     vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& center,
     vector_fixed<double, 3> const& rotation, double size_a, double size_b, bool force_even,
     dense1D<unsigned>& indices) noexcept;
+/// The same with a record of sizes.
+[[nodiscard]] inline int extrude_rotate(dense2D<double>& coords, vector_fixed<double, 3> const& start_point,
+    vector_fixed<double, 3> const& center, vector_fixed<double, 3> const& rotation, end_sizes const& sizes,
+    dense1D<unsigned>& indices) noexcept
+{
+    return extrude_rotate(
+        coords, start_point, center, rotation, sizes.start, sizes.end, sizes.force_even, indices);
+}
 /// From a node about an axis, in equal steps. This one alone returns -5 for an `element_count` of 0.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 3> const& center, vector_fixed<double, 3> const& rotation, unsigned element_count,
@@ -726,137 +882,298 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 3> const& center, vector_fixed<double, 3> const& rotation, double size_a,
     double size_b, bool force_even, dense1D<unsigned>& indices) noexcept;
+/// The same with a record of sizes.
+[[nodiscard]] inline int extrude_rotate(dense2D<double>& coords, unsigned start_node,
+    vector_fixed<double, 3> const& center, vector_fixed<double, 3> const& rotation, end_sizes const& sizes,
+    dense1D<unsigned>& indices) noexcept
+{
+    return extrude_rotate(
+        coords, start_node, center, rotation, sizes.start, sizes.end, sizes.force_even, indices);
+}
 
 /// @}
-/// @defgroup remeshing Remeshing
-/// Networks of lines.
+/// @defgroup measures Measures
+/// Lengths, curvatures and normals, and nodes that are moved onto a line.
 /// @{
 
-/// Replaces a mesh of lines by one whose elements follow target sizes.
+/// Computes the length of a chain.
 ///
-/// The lines are cut into chains at break nodes: where lines end or three or more elements meet, at corners,
-/// where elements of opposed directions meet head to head, where colours change, at the ends of hard edges
-/// and at hard nodes. The ends of a chain keep their numbers and places, so that what was joined stays
-/// joined; each chain is meshed anew between them. A closed loop without break nodes begins and ends at the
-/// first node of its lowest element, which stays too. Where two elements begin at one node the line is cut
-/// too, though that is no break node; a run that begins there is taken up from its lowest element, so it may
-/// be cut once more, depending on the order of columns. `mesh_reorient` gives lines one direction.
+/// @param coords   d x n, d = 2 or 3: node positions, in length units of the model.
+/// @param indices  the chain, at least 2 column numbers of `coords`.
+/// @param[out] result  the sum of the segment lengths, same unit; on -2 the sum up to the first bad entry.
+/// @return 0; -1: `coords` has neither 2 nor 3 rows; -2: fewer than 2 entries, or one that is no column.
 ///
-/// A chain is meshed by `mesh_spline` or by `mesh_line`, as `deviation_tolerance` says:
+/// Cost: one pass, no allocation.
+[[nodiscard]] VORNIK1D_API int length(
+    dense2D<double> const& coords, dense1D<unsigned> const& indices, double& result) noexcept;
+
+/// Computes the length of a mesh of lines: the sum of the distances between the end nodes of its elements.
 ///
-///   - 0, or NaN: by `mesh_line`, which is held to the chain's nodes to 1e-12 of its length; so a bent line
-///     gets no coarser.
-///   - positive: by `mesh_spline`, bounded by curvature for this distance, if that curve strays no farther
-///     than that from the chain; else by `mesh_line` with this tolerance. Where the curve's radius is below
-///     it, no nodes are asked for, so the mesh of a spline may stray farther.
-///   - negative: by `mesh_spline`, whatever its deviation.
+/// @param coords   d x n, d = 2 or 3: node positions, in length units of the model.
+/// @param connect  an element per column, its end nodes in rows 0 and 1; it may be empty.
+/// @param[out] result  the length, same unit; 0 on a failure.
+/// @return 0; -1: `coords` has neither 2 nor 3 rows; -2: `connect` has 1 row, or an end node that is no
+///         column.
+[[nodiscard]] VORNIK1D_API int length(
+    dense2D<double> const& coords, dense2D<unsigned> const& connect, double& result) noexcept;
+
+/// Computes the curvature of a chain at each of its entries: the change of the unit tangent, divided by the
+/// mean length of the two segments that meet there.
 ///
-/// The size at a node is `default_size`, at an end of chains no more than the shortest of them is long (or
-/// `min_size`, if that is more); a positive entry of `sizes` overrides both.
-///
-/// @param[in,out] coords  d x n, d = 2 or 3: node positions, in length units of the model. New nodes are
-///                 appended as columns; the old ones stay, also those that the new mesh does not have.
-/// @param[in,out] connect  an element per column, its end nodes in rows 0 and 1; further rows are ignored. It
-///                 is replaced, by a matrix of 2 rows in storage of its own: elements of one chain stand side
-///                 by side in the order of travel.
-/// @param default_size  target size at nodes without one of their own, at least 0, in length units of the
-///                 model.
-/// @param sizes    target sizes by node number; may be short or empty. Entries that are not positive do not
-///                 count.
-/// @param[in,out] colors  a colour per element; may be short or empty, and 4294967295 stands for none. It is
-///                 replaced: each chain has the first colour along it, or a new one above all others, as far
-///                 as there are any below 4294967295.
-/// @param[in,out] hard_nodes  nodes to cut at; those that are above all nodes of `connect` are ignored. It is
-///                 replaced by all break nodes, ascending.
-/// @param hard_edges  elements, by their columns, that pass into the new mesh as they are.
-/// @param force_even  asks for an even number of elements on each chain.
-/// @param max_angle   the largest change of direction in degrees that is no corner, at least 0; a change by
-///                 more than a right angle always is one, and from 90 degrees on the angle acts as its
-///                 supplement.
-/// @param deviation_tolerance  see above.
-/// @param max_gradation  growth of size per length on splines, at least 0; 0 sets no limit. Where it is
-///                 positive, `default_size` has on splines the part that it has in `mesh_spline`.
-/// @param min_size  segments not longer than this make no corners; a floor to the bound of sizes by curvature
-///                 and by the lengths of chains. At least 0.
-/// @param min_elements, max_elements  limits for each chain, as in `mesh_line`.
-/// @return 0, also for an empty `connect`, whatever the rest is;
+/// @param coords   d x n, d = 2 or 3: node positions, in length units of the model.
+/// @param indices  the chain, column numbers of `coords`.
+/// @param[out] result  replaced by a value per chain entry, in 1/length; empty on a failure.
+/// @return 0, also for an empty chain, whatever `coords` is;
 ///         -1: `coords` has neither 2 nor 3 rows;
-///         -2: `connect` has 1 row, or an end node that is no column of `coords`;
-///         -3: `default_size` is negative or NaN;
-///         -7: an entry of `hard_edges` is no column of `connect`;
-///         -9, -11, -12: `max_angle`, `max_gradation`, `min_size` is negative or NaN;
-///         -13: `min_elements` is above `max_elements`;
-///         -199: no storage, or more nodes than 32-bit numbers can name;
-///         or that of the mesher that failed on a chain, which may be one of these: -1 or -2 for positions
-///         that are not finite, -2 also for a chain of length 0 under a `deviation_tolerance` of 0, -3 for a
-///         size that is 0 or not finite at one of its nodes (also at the ends of a chain of length 0 without
-///         `min_size`), -5 for a `min_elements` of 0.
-/// On a failure all arguments are as they were.
+///         -2: an entry of `indices` is no column of `coords`;
+///         -199: no memory.
 ///
-/// Cost: linear in elements and node numbers, plus that of the meshers. Peak memory is about 1.6 times old plus
-/// new mesh, and what the longest chain needs: its samples, if it is meshed as a spline, which `min_size`
-/// bounds, see `mesh_spline`. The number of allocations does not depend on that of chains.
-[[nodiscard]] VORNIK1D_API int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
-    double default_size, dense1D<double> const& sizes, dense1D<unsigned>& colors,
-    dense1D<unsigned>& hard_nodes, dense1D<unsigned> const& hard_edges, bool force_even, double max_angle,
-    double deviation_tolerance, double max_gradation, double min_size, unsigned min_elements,
-    unsigned max_elements) noexcept;
+/// Special cases:
+///   - The two end entries get the values of their neighbours, also in a closed chain.
+///   - The curvature is 0 next to a segment of length 0, and in a chain of fewer than 3 entries.
+///
+/// Cost: one pass.
+[[nodiscard]] VORNIK1D_API int curvatures(
+    dense2D<double> const& coords, dense1D<unsigned> const& indices, dense1D<double>& result) noexcept;
 
-/// The same without sizes, hard nodes and hard edges. Every status below -4 is greater by 3: -196 is a lack
-/// of storage, -2 may also be a `min_elements` of 0.
-[[nodiscard]] VORNIK1D_API int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
-    double default_size, dense1D<unsigned>& colors, bool force_even, double max_angle,
-    double deviation_tolerance, double max_gradation, double min_size, unsigned min_elements,
-    unsigned max_elements) noexcept;
+/// Computes the curvature at the nodes of a curve from its tangents there.
+///
+/// An element between the tangents T and U, at parameters that differ by du, has the curvature 4 |S x D| /
+/// (|S|^3 du) with S = T + U and D = U - T. A node gets the mean of its elements, weighted by du.
+///
+/// @param params    a parameter value per node.
+/// @param connect   an element per column, its end nodes in rows 0 and 1.
+/// @param tangents  2 or 3 rows, a column per node: the derivative of the curve by the parameter.
+/// @param[out] result  replaced by a value per node, in 1/length, 0 for nodes without elements; empty on a
+///                 failure, but a zero per node if only the memory for weights is missing.
+/// @return 0, also for an empty `connect`, whatever the other arguments are;
+///         -2: `connect` has 1 row, or an end node for which `params` has no value;
+///         -3: `tangents` has neither 2 nor 3 rows, or not a column per value of `params`;
+///         -199: no memory.
+///
+/// Special cases:
+///   - An element whose tangents are opposite is ignored.
+///   - If du is 0 for all elements of a node, the node gets the sum of 4 |S x D| / |S|^3.
+///
+/// Cost: linear in nodes and elements.
+[[nodiscard]] VORNIK1D_API int parametric_curvatures(dense1D<double> const& params,
+    dense2D<unsigned> const& connect, dense2D<double> const& tangents, dense1D<double>& result) noexcept;
 
-/// The same without colours too. Every status below -7 is greater by 4: -195 is a lack of storage.
-[[nodiscard]] VORNIK1D_API int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
-    double default_size, bool force_even, double max_angle, double deviation_tolerance, double max_gradation,
-    double min_size, unsigned min_elements, unsigned max_elements) noexcept;
+/// Computes normals at the nodes of a line in the plane: the mean of the unit normals of the elements at each
+/// node. The normal of an element points to the left of its direction.
+///
+/// @param coords       2 rows, a node per column.
+/// @param connect      an element per column, its end nodes in rows 0 and 1.
+/// @param exponent     the weight of an element of length L is L to this power: 0 gives the plain mean.
+/// @param unit_length  whether the means are scaled to length 1; a mean of length 0 stays.
+/// @param[out] result  replaced: 2 rows, a vector per node; empty on a failure.
+/// @return 0, also without nodes or elements, for which `result` is empty;
+///         -1: `coords` does not have 2 rows;
+///         -2: `connect` has 1 row, or an end node that is no column of `coords`;
+///         -199: no memory.
+///
+/// Special cases:
+///   - An exponent that is NaN, or at least the largest double, selects the longest element of a node; minus
+///     the largest double or less selects the shortest one. If lengths are equal, the first element counts.
+///   - A node without elements gets 0, and so does a node next to an element whose squared length is 0.
+///
+/// Cost: linear in nodes and elements.
+[[nodiscard]] VORNIK1D_API int normals(dense2D<double> const& coords, dense2D<unsigned> const& connect,
+    double exponent, bool unit_length, dense2D<double>& result) noexcept;
+
+/// Moves nodes onto a parametrised polyline, by linear interpolation between the chain entries around their
+/// parameter values.
+///
+/// @param[in,out] coords  node positions, any number of rows.
+/// @param indices      the chain, column numbers of `coords`.
+/// @param params       a parameter value per chain entry, non-decreasing.
+/// @param new_indices  the nodes to move, column numbers of `coords`.
+/// @param new_params   a parameter value per node to move, non-decreasing.
+/// @return 0;
+///         -2: `params` and `indices` differ in size;
+///         -3: `params` decreases, or contains a NaN among several values;
+///         -4: `new_params` and `new_indices` differ in size;
+///         -5: `new_params` decreases.
+///
+/// Special cases:
+///   - A value at or below the first one of the chain gives the chain's first node, a value above the last
+///     one gives the last node. Of equal chain parameters the first counts.
+///   - Nodes are moved one after the other in the matrix from which the chain is read. A moved node that is
+///     also a chain entry changes the polyline for the nodes after it.
+///   - A node number that is no column of `coords` is ignored, and an empty chain moves nothing; both return
+///     0.
+///
+/// Cost: linear in chain and nodes, no allocation.
+[[nodiscard]] VORNIK1D_API int interpolate_coordinates(dense2D<double>& coords,
+    dense1D<unsigned> const& indices, dense1D<double> const& params, dense1D<unsigned> const& new_indices,
+    dense1D<double> const& new_params) noexcept;
+
+/// @}
+/// @defgroup connectivity Connectivity
+/// Elements from lists of nodes, their order, and their direction.
+///
+/// Elements are columns of node numbers: the two end nodes first, in rows 0 and 1, then the interior nodes in
+/// order from the first end to the second. No two elements share interior nodes. Cost: linear in elements.
+/// @{
+
+/// Appends elements of two nodes along a list of nodes. Each element begins where the one before ends.
+///
+/// The common case makes elements of a mesh: `indices_to_connectE2(out_indices, connect)`.
+///
+/// @param indices  the nodes in order along the line: none, or at least 2.
+/// @param[in,out] connect  the elements are appended; it is empty or has 2 rows.
+/// @return 0; -1: there is 1 node; -2: `connect` has another row count; -199: no memory.
+///
+/// On a failure `connect` is unchanged.
+[[nodiscard]] VORNIK1D_API int indices_to_connectE2(
+    dense1D<unsigned> const& indices, dense2D<unsigned>& connect) noexcept;
+/// The same for elements of three nodes: `indices` is empty or has 3, 5, 7, ... nodes, otherwise -1;
+/// `connect` is empty or has 3 rows, otherwise -2.
+[[nodiscard]] VORNIK1D_API int indices_to_connectE3(
+    dense1D<unsigned> const& indices, dense2D<unsigned>& connect) noexcept;
+/// The same for elements of four nodes: `indices` is empty or has 4, 7, 10, ... nodes, otherwise -1;
+/// `connect` is empty or has 4 rows, otherwise -2.
+[[nodiscard]] VORNIK1D_API int indices_to_connectE4(
+    dense1D<unsigned> const& indices, dense2D<unsigned>& connect) noexcept;
+
+/// Appends two elements of two nodes for each element of three, in the order of travel.
+///
+/// @param connect_in   3 rows, or empty.
+/// @param[in,out] connect_out  0 or 2 rows; the elements are appended.
+/// @return 0, also for an empty `connect_in`; -1: `connect_in` does not have 3 rows; -2: `connect_out` has
+///         neither 0 nor 2 rows, even if it is empty; -199: no memory.
+///
+/// On a failure `connect_out` is unchanged.
+[[nodiscard]] VORNIK1D_API int split_into_linear(
+    dense2D<unsigned> const& connect_in, dense2D<unsigned>& connect_out) noexcept;
+
+/// Cuts elements down to their two end nodes. Interior nodes stay in the coordinates without an element.
+///
+/// @return 0, also for an empty `connect`; -1: `connect` has fewer than 3 rows.
+[[nodiscard]] VORNIK1D_API int convert_into_linear(dense2D<unsigned>& connect) noexcept;
+
+/// Gives each element interior nodes at equal distances on the straight line between its end nodes.
+///
+/// @param[in,out] coords  1 to 3 rows, a node per column; the new nodes are appended, element after element.
+/// @param connect_in   an element per column, its end nodes in rows 0 and 1; further rows are ignored.
+/// @param extra_nodes  interior nodes per element: 1 for quadratic, 2 for cubic elements.
+/// @param[out] connect_out  emptied, then replaced: `extra_nodes` + 2 rows, a column per element.
+/// @return 0, also without elements or extra nodes, for which `connect_out` stays empty;
+///         -1: `coords` has another row count, tested before `connect_out` is emptied;
+///         -2: `connect_in` has 1 row, or an end node that is no column of `coords`;
+///         -199: no memory, or more nodes than 32-bit numbers can name.
+///
+/// On a failure `coords` is unchanged.
+[[nodiscard]] VORNIK1D_API int convert_into_high_order(dense2D<double>& coords,
+    dense2D<unsigned> const& connect_in, unsigned extra_nodes, dense2D<unsigned>& connect_out) noexcept;
+
+/// The same in place: `connect` has `extra_nodes` + 2 rows afterwards. It is unchanged on a failure, and if
+/// `extra_nodes` is 0. Statuses are as above.
+[[nodiscard]] VORNIK1D_API int convert_into_high_order(
+    dense2D<double>& coords, dense2D<unsigned>& connect, unsigned extra_nodes) noexcept;
+/// The same with 1 extra node, in the middle of each element.
+[[nodiscard]] VORNIK1D_API int convert_into_quadratic(
+    dense2D<double>& coords, dense2D<unsigned>& connect) noexcept;
+/// The same with 2 extra nodes, at the thirds of each element.
+[[nodiscard]] VORNIK1D_API int convert_into_cubic(
+    dense2D<double>& coords, dense2D<unsigned>& connect) noexcept;
+
+/// Turns all elements round: reverses the order of their nodes.
+///
+/// It is meant for elements of two nodes. Others lose the order in which the end nodes come first. A matrix
+/// of fewer than 2 rows stays as it is. Cost: linear in elements.
+/// @return 0.
+VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
+
+/// Gives the elements of a line one direction: each then starts where the one before ends.
+///
+/// The common case; `neighbors_of` is in `<vornik1d/helpers.h>`:
+///
+/// ```cpp
+/// dense2D<unsigned> neighbors = neighbors_of(connect);
+/// int turned = mesh_reorient(connect, neighbors, 0, 1);
+/// ```
+///
+/// @param[in,out] connect    an element of two nodes per column, in rows 0 and 1.
+/// @param[in,out] neighbors  as many rows and columns as `connect`: row i of column e is the element that
+///                 meets e at the node opposite local node i, so row 0 at its second node, row 1 at its
+///                 first. A number that is no column means no neighbour. It is kept in step with `connect`.
+/// @param start            the element that keeps its direction.
+/// @param all_components   0: only the component that contains `start` is treated. Otherwise each other
+///                 component that has an element after `start` is treated too, and is oriented like the first
+///                 of them.
+/// @return the number of turns, in which an element of a branching line can count more than once; 0 without
+///         columns, whatever the other arguments are;
+///         -1: `connect` has fewer than 2 rows, or a node 4294967295;
+///         -2: `neighbors` has another shape, or names a neighbour that does not have the node in question;
+///         turns made before that are kept;
+///         -3: `start` is no column;
+///         -199: no memory.
+///
+/// Cost: linear in elements.
+[[nodiscard]] VORNIK1D_API int mesh_reorient(
+    dense2D<unsigned>& connect, dense2D<unsigned>& neighbors, unsigned start, int all_components) noexcept;
 
 /// @}
 /// @defgroup parameters Parameters
 /// Lines on the parameter axis.
 /// @{
 
-/// Sorts parameter values, and nodes along with them, in place: by parameter, and nodes of equal parameter by
-/// number. NaNs go last, by number too.
-///
-/// @return 0; -1: `params` and `indices` differ in size; -199: no storage. On a failure both are as they
-///         were.
-///
-/// Cost: n log n for n nodes.
-[[nodiscard]] VORNIK1D_API int sort(dense1D<double>& params, dense1D<unsigned>& indices) noexcept;
+/// Options of `subdivide`.
+struct subdivide_options
+{
+    bool round_up = false;            ///< Asks for elements that are not longer than their sizes.
+    bool force_even = false;          ///< Asks for an even number of elements.
+    unsigned min_elements = 1;        ///< Minimum number of elements, at least 1. Argument 6 in a status.
+    unsigned max_elements = no_limit; ///< Maximum; `round_up` may exceed it by one, `force_even` by one more.
+};
 
-/// Meshes a line that lives on the parameter axis: `mesh_line` in one dimension, along the sizes alone.
+/// Meshes a line on the parameter axis: `mesh_line` in one dimension, by sizes alone.
 ///
 /// @param[in,out] params  the parameter value of each point; the new points are appended.
-/// @param[in,out] sizes   the target size of each point, in units of the parameter, as many as `params`;
-///                 those of the new points are appended. Sizes of opposite sign measure nothing: then there
-///                 are `min_elements` elements, which may be of length 0.
+/// @param[in,out] sizes   the target size of each point, in units of the parameter, as many as `params`; the
+///                 sizes of the new points are appended.
 /// @param indices     the chain, at least 2 entries of `params`; values may rise and fall along it.
-/// @param round_up    asks for elements that are not longer than their sizes.
-/// @param force_even, min_elements, max_elements  as in `mesh_line`; `round_up` may pass `max_elements` by
-///                 one, and `force_even` by one more.
 /// @param[out] new_indices  the points of the mesh are appended: the chain's first one, the new ones, its
 ///                 last.
+/// @param options     see `subdivide_options`.
 /// @return 0;
 ///         -2: fewer than 2 chain entries, or one that is no entry of `params`; tested last, `sizes` is
 ///         shorter than `params`;
 ///         -6: `min_elements` is 0 or above `max_elements`;
-///         -199: no storage, or more points than 32-bit numbers can name.
-/// On a failure all is as it was. A lack of storage for the new points alone leaves a single element, also
-/// where they are too many to be numbered: `max_elements` is what guards against sizes that are far too
-/// small.
+///         -199: no memory, or more points than 32-bit numbers can name.
+///
+/// On a failure nothing has changed.
+///
+/// Special cases:
+///   - Sizes of opposite sign have no metric length: there are `min_elements` elements, which may have length
+///     0.
+///   - If memory for the new points alone runs out, or if they are too many to be numbered, the result is a
+///     single element. `max_elements` protects from sizes that are far too small.
 ///
 /// Cost: linear in chain plus mesh.
+[[nodiscard]] inline int subdivide(dense1D<double>& params, dense1D<double>& sizes,
+    dense1D<unsigned> const& indices, dense1D<unsigned>& new_indices,
+    subdivide_options const& options = {}) noexcept;
+
+/// The same with all arguments in a row.
 [[nodiscard]] VORNIK1D_API int subdivide(dense1D<double>& params, dense1D<double>& sizes,
     dense1D<unsigned> const& indices, bool round_up, bool force_even, unsigned min_elements,
     unsigned max_elements, dense1D<unsigned>& new_indices) noexcept;
 
+/// Sorts parameter values, and nodes along with them, in place: by parameter, and nodes of equal parameter by
+/// number. NaNs come last, also by number.
+///
+/// @return 0; -1: `params` and `indices` differ in size; -199: no memory. On a failure both are unchanged.
+///
+/// Cost: n log n for n nodes.
+[[nodiscard]] VORNIK1D_API int sort(dense1D<double>& params, dense1D<unsigned>& indices) noexcept;
+
 /// @}
 
-/// The library's version: "5.6.0.0".
+/// The version of the library: "5.6.0.0".
 [[nodiscard]] VORNIK1D_API char const* version() noexcept;
 
 } // namespace trelk::vornik1d
+
+#include <vornik1d/option_overloads.h>

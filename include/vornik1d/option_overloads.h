@@ -1,0 +1,107 @@
+#pragma once
+
+// The bodies of the overloads that take options. `vornik1d.h` includes this file and documents them.
+
+#include <vornik1d/vornik1d.h>
+
+namespace trelk::vornik1d {
+
+/// @cond inside
+namespace options_detail {
+
+/// The list that an option points to, or an empty list of its own if it points to none.
+template <class List>
+class list_or_own
+{
+public:
+    explicit list_or_own(List* given) noexcept : given_(given) {}
+    operator List&() noexcept { return given_ ? *given_ : own_; }
+
+private:
+    List* given_;
+    List own_{};
+};
+
+/// Meshes by sizes or by tensors, with parameters or by chord length.
+template <class Targets>
+int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, Targets const& targets,
+    dense1D<unsigned>& out_indices, line_options const& options, Targets* out_targets) noexcept
+{
+    list_or_own<dense1D<double>> out_params(options.out_params);
+    list_or_own<Targets> new_targets(out_targets);
+    if (!options.params.empty())
+        return vornik1d::mesh_line(coords, indices, options.params, targets, options.force_even,
+            options.min_elements, options.max_elements, options.deviation_tolerance, options.min_size,
+            out_indices, out_params, new_targets);
+
+    int const status = vornik1d::mesh_line(coords, indices, targets, options.force_even, options.min_elements,
+        options.max_elements, options.deviation_tolerance, options.min_size, out_indices, out_params,
+        new_targets);
+    return status <= -3 && status != no_storage ? status - 1 : status; // `params` is argument 3
+}
+
+/// Meshes a spline by sizes or by tensors.
+template <class Targets>
+int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices, Targets const& targets,
+    dense1D<unsigned>& out_indices, spline_options const& options, Targets* out_targets) noexcept
+{
+    list_or_own<dense1D<double>> out_params(options.out_params);
+    list_or_own<Targets> new_targets(out_targets);
+    double unused = 0;
+    return vornik1d::mesh_spline(coords, indices, targets, options.force_even, options.min_elements,
+        options.max_elements, options.deviation_tolerance, options.min_size, options.default_size,
+        options.max_gradation, out_indices, out_params, new_targets,
+        options.deviation ? *options.deviation : unused);
+}
+
+} // namespace options_detail
+/// @endcond
+
+inline int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect, double default_size,
+    remesh_options const& options) noexcept
+{
+    options_detail::list_or_own<dense1D<unsigned>> colors(options.colors);
+    options_detail::list_or_own<dense1D<unsigned>> hard_nodes(options.hard_nodes);
+    return remesh_lines(coords, connect, default_size, options.sizes, colors, hard_nodes, options.hard_edges,
+        options.force_even, options.max_angle, options.deviation_tolerance, options.max_gradation,
+        options.min_size, options.min_elements, options.max_elements);
+}
+
+inline int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& sizes,
+    dense1D<unsigned>& out_indices, line_options const& options) noexcept
+{
+    return options_detail::mesh_line(coords, indices, sizes, out_indices, options, options.out_sizes);
+}
+
+inline int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense2D<double> const& metrics, dense1D<unsigned>& out_indices, line_options const& options) noexcept
+{
+    return options_detail::mesh_line(coords, indices, metrics, out_indices, options, options.out_metrics);
+}
+
+inline int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b, end_sizes const& sizes,
+    dense1D<unsigned>& out_indices) noexcept
+{
+    return mesh_straight(coords, node_a, node_b, sizes.start, sizes.end, sizes.force_even, out_indices);
+}
+
+inline int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense1D<double> const& sizes, dense1D<unsigned>& out_indices, spline_options const& options) noexcept
+{
+    return options_detail::mesh_spline(coords, indices, sizes, out_indices, options, options.out_sizes);
+}
+
+inline int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    dense2D<double> const& metrics, dense1D<unsigned>& out_indices, spline_options const& options) noexcept
+{
+    return options_detail::mesh_spline(coords, indices, metrics, out_indices, options, options.out_metrics);
+}
+
+inline int subdivide(dense1D<double>& params, dense1D<double>& sizes, dense1D<unsigned> const& indices,
+    dense1D<unsigned>& new_indices, subdivide_options const& options) noexcept
+{
+    return subdivide(params, sizes, indices, options.round_up, options.force_even, options.min_elements,
+        options.max_elements, new_indices);
+}
+
+} // namespace trelk::vornik1d
