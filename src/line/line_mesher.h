@@ -11,8 +11,8 @@
 #include "arrays/vectors.h"
 #include "line/curvature_limit.h"
 #include "line/deviation.h"
+#include "line/range_mesher.h"
 #include "line/refinement_step.h"
-#include "line/span_mesher.h"
 #include "placement/line.h"
 #include "rules.h"
 
@@ -25,7 +25,7 @@ class line_mesher
 public:
     /// New nodes become columns of `coords`. `keeps_values`: the mesh has parameters and targets too.
     line_mesher(dense2D<double>& coords, bool keeps_values)
-        : coords_(coords), keeps_values_(keeps_values), span_(coords, mesh_)
+        : coords_(coords), keeps_values_(keeps_values), mesher_(coords, mesh_)
     {}
 
     /// Meshes `chain`: at least two nodes, columns of `coords`. `mesh` is then the result. Returns 0 or
@@ -47,7 +47,7 @@ public:
         }
 
         if (int const status = mesh_range(chain, lengths, rule, may_be_refined); status != 0) return status;
-        if (!(rule.deviation_tolerance > 0 && span_.count() + 1 < rule.max_elements))
+        if (!(rule.deviation_tolerance > 0 && mesher_.count() + 1 < rule.max_elements))
             return accept(chain) ? 0 : no_storage;
         return refine(chain, lengths, rule);
     }
@@ -55,7 +55,7 @@ public:
     line_mesh<Targets> const& mesh() const { return mesh_; }
 
     /// Sets how many columns `coords` is expected to have in the end.
-    void expect_columns(std::size_t columns) { span_.expect_columns(columns); }
+    void expect_columns(std::size_t columns) { mesher_.expect_columns(columns); }
 
 private:
     static void measure_segments(line_view<Targets> const& chain, double* lengths)
@@ -73,19 +73,20 @@ private:
     {
         std::size_t const settled = mesh_.nodes.size(); // the last one is the range's first node
         std::size_t const at = keeps_values_ && settled > 0 ? settled - 1 : 0;
-        return span_.run(range, lengths, rule, at, {keeps_values_ || is_examined, keeps_values_});
+        return mesher_.run(range, lengths, rule, at, {keeps_values_ || is_examined, keeps_values_});
     }
 
     /// Decides what to do about the mesh of a range.
-    refinement_step examine(line_view<Targets> const& range, span_task const& task, line_rule const& rule)
+    refinement_step examine(line_view<Targets> const& range, range_task const& task, line_rule const& rule)
     {
-        auto const scan = scan_deviation(range.over(coords_), span_.mesh_of(range), rule.deviation_tolerance);
-        return decide(scan, task, span_.count() + 1, rule.force_even, stalled_elements_);
+        auto const scan =
+            scan_deviation(range.over(coords_), mesher_.mesh_of(range), rule.deviation_tolerance);
+        return decide(scan, task, mesher_.count() + 1, rule.force_even, stalled_elements_);
     }
 
     /// Does what `examine` has decided. False if memory runs out.
     [[nodiscard]] bool carry_out(
-        refinement_step const& step, line_view<Targets> const& range, span_task const& task)
+        refinement_step const& step, line_view<Targets> const& range, range_task const& task)
     {
         if (step.what == action::keep) return accept(range);
         if (step.what == action::remesh) return pending_.push_back(step.again);
@@ -101,7 +102,7 @@ private:
     int refine(line_view<Targets> const& chain, double const* lengths, line_rule const& rule)
     {
         pending_.clear(); // the next range, the leftmost one, is the last entry
-        span_task task{0, chain.last()};
+        range_task task{0, chain.last()};
         auto range = chain;
         for (;;) {
             if (!carry_out(examine(range, task, rule), range, task)) return no_storage;
@@ -119,16 +120,16 @@ private:
     /// Accepts the latest mesh as that of a range. False if memory runs out.
     [[nodiscard]] bool accept(line_view<Targets> const& range)
     {
-        return span_.accept(range.node(0), range.node(range.last()));
+        return mesher_.accept(range.node(0), range.node(range.last()));
     }
 
     dense2D<double>& coords_;
     bool keeps_values_;
     line_mesh<Targets> mesh_;
-    span_mesher<Targets> span_;
+    range_mesher<Targets> mesher_;
     typename Targets::list bounded_;
     dense1D<double> segment_lengths_;
-    dense1D<span_task> pending_;
+    dense1D<range_task> pending_;
     std::uint64_t stalled_elements_ = 0;
 };
 

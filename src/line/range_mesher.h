@@ -21,12 +21,13 @@ namespace trelk::vornik1d {
 ///
 /// The new nodes are stored after the last column of `coords`; `accept` makes them columns.
 template <class Targets>
-class span_mesher
+class range_mesher
 {
 public:
     static constexpr std::size_t N = Targets::dimension;
 
-    span_mesher(dense2D<double>& coords, line_mesh<Targets>& mesh) : placer_(coords, mesh), coords_(coords) {}
+    range_mesher(dense2D<double>& coords, line_mesh<Targets>& mesh) : placer_(coords, mesh), coords_(coords)
+    {}
 
     void expect_columns(std::size_t columns) { placer_.expect_columns(columns); }
 
