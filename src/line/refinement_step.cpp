@@ -30,7 +30,11 @@ refinement_step decide(deviation_scan const& scan, range_task const& task, std::
     double const ratio = static_cast<double>(elements) / static_cast<double>(more);
     bool const is_spread = scan.mean > 0.5 * scan.worst && ratio * ratio * scan.worst < scan.threshold;
 
-    range_task again{task.first, task.last, is_spread ? more : 1, elements, scan.worst, 0};
+    range_task again{.first = task.first,
+        .last = task.last,
+        .min_elements = is_spread ? more : 1,
+        .replaced_elements = elements,
+        .least_deviation = scan.worst};
     if (task.replaced_elements > 0) {
         double const excess = task.least_deviation - scan.threshold;
         double const gain = task.least_deviation - scan.worst;

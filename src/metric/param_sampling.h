@@ -9,8 +9,8 @@
 #include "arrays/search.h"
 #include "arrays/vectors.h"
 #include "metric/metric_interpolator.h"
-#include "metric/sizes.h"
 #include "metric/tensor.h"
+#include "special_values.h"
 
 // Sizes and tensors given at parameter values, found at others.
 
@@ -19,7 +19,7 @@ namespace trelk::vornik1d {
 /// True if there are at least two parameters, none is below the one before it, and none is NaN.
 inline bool are_parameters(dense1D<double> const& params)
 {
-    return params.size() >= 2 && is_non_decreasing(params.begin(), params.end());
+    return params.size() >= 2 && is_non_decreasing(params);
 }
 
 /// True if the queries are non-decreasing and lie within the parameters. There is at least one query.
@@ -27,8 +27,7 @@ inline bool are_queries(dense1D<double> const& params, dense1D<double> const& qu
 {
     double const first = params[0];
     double const last = params[params.size() - 1];
-    return is_non_decreasing(queries.begin(), queries.end()) && !(first > queries[0]) &&
-           last >= queries[queries.size() - 1];
+    return is_non_decreasing(queries) && !(first > queries[0]) && last >= queries[queries.size() - 1];
 }
 
 constexpr double params_tolerance = 1e-12; // absolute, on parameter gaps and on fractions of them

@@ -14,6 +14,7 @@
 #include "placement/overwritten_entries.h"
 #include "placement/place_nodes.h"
 #include "rules.h"
+#include "special_values.h"
 
 namespace trelk::vornik1d {
 
@@ -57,7 +58,7 @@ public:
         if (!cum) return false;
         std::uint64_t const planned = new_node_count(fill(cum), rule);
         planned_ = static_cast<std::size_t>(planned);
-        return planned <= unlimited && can_be_numbered(coords_.cols() + planned_);
+        return can_be_numbered(planned) && can_be_numbered(coords_.cols() + planned_);
     }
 
     std::size_t planned() const { return planned_; }
@@ -89,7 +90,13 @@ public:
     /// The line from `first_point` over the new nodes to `last_point`.
     placed_line<Targets> placed(vector<N> const& first_point, vector<N> const& last_point) const
     {
-        return {first_point, last_point, points(), coords_.ld(), params(), targets(), count_};
+        return {.first_point = first_point,
+            .last_point = last_point,
+            .points = points(),
+            .ld = coords_.ld(),
+            .params = params(),
+            .targets = targets(),
+            .new_nodes = count_};
     }
 
     /// Copies the parameters and targets of the ends of `line` to the ends of the new line. False if memory
@@ -135,8 +142,10 @@ private:
     {
         if (planned_ > 0 && reserve_values(planned_, wanted)) {
             if (!reserve_points(planned_)) return no_storage;
-            new_nodes<Targets> const out{points(), coords_.ld(), wanted.params ? params() : nullptr,
-                wanted.targets ? targets() : nullptr};
+            new_nodes<Targets> const out{.points = points(),
+                .ld = coords_.ld(),
+                .params = wanted.params ? params() : nullptr,
+                .targets = wanted.targets ? targets() : nullptr};
             if (!walk(out)) planned_ = 0;
         } else
             planned_ = 0;

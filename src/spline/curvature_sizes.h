@@ -4,7 +4,7 @@
 
 #include <trelk/dense1D.h>
 
-#include "metric/sizes.h"
+#include "special_values.h"
 #include "spline/spline_span.h"
 
 namespace trelk::vornik1d {

@@ -7,7 +7,7 @@
 #include <trelk/dense2D.h>
 
 #include "arrays/vectors.h"
-#include "metric/sizes.h"
+#include "special_values.h"
 
 // The spline's model: a chain of cubics in Hermite form, each built from the nodes at its two ends and a
 // guide node on either side.

@@ -10,6 +10,9 @@
 
 namespace trelk::vornik {
 
+/// Status of a call if memory runs out.
+constexpr int no_storage = -199;
+
 /// Kind of a mesh's elements; lines know the two-node one alone.
 enum class element_type { edge = 2 };
 

@@ -6,8 +6,6 @@ namespace trelk::vornik {
 
 namespace {
 
-constexpr int no_storage = -199;
-
 unsigned color_of(dense1D<unsigned> const& colors, std::size_t element)
 {
     return element < colors.size() ? colors[element] : none;
