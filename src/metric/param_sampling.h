@@ -48,13 +48,13 @@ class param_search
 {
 public:
     explicit param_search(dense1D<double> const& params)
-        : first_(params.begin()), at_(first_), end_(params.end())
+        : first_(params.begin()), cursor_(first_), end_(params.end())
     {}
 
     VORNIK1D_INLINE param_position find(double query)
     {
         move_to(query);
-        auto const hi = static_cast<std::size_t>(at_ - first_);
+        auto const hi = static_cast<std::size_t>(cursor_ - first_);
         std::size_t const lo = hi > 0 ? hi - 1 : hi;
         double const p_lo = first_[lo];
         double const p_hi = first_[hi];
@@ -65,7 +65,7 @@ public:
     VORNIK1D_INLINE double find_value(double query, double const* values)
     {
         move_to(query);
-        auto const hi = static_cast<std::size_t>(at_ - first_);
+        auto const hi = static_cast<std::size_t>(cursor_ - first_);
         std::size_t const lo = hi > 0 ? hi - 1 : hi;
         double const v_lo = values[lo];
         double const v_hi = values[hi];
@@ -78,10 +78,10 @@ public:
     }
 
 private:
-    void move_to(double query) { at_ = std::min(advance_to(at_, end_, query), end_ - 1); }
+    void move_to(double query) { cursor_ = std::min(advance_to(cursor_, end_, query), end_ - 1); }
 
     double const* first_;
-    double const* at_;
+    double const* cursor_;
     double const* end_;
 };
 

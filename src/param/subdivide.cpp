@@ -71,8 +71,8 @@ struct subdivision
         new_indices.push_back(last);
         return true;
     }
-    params =
-        params_before; // once there is room for each, nothing fails but sizes that are one object with them
+    // If there is room for each list, this can only fail if parameters and sizes are one object.
+    params = params_before;
     return false;
 }
 

@@ -41,10 +41,10 @@ public:
     /// Sets how many columns `coords` is expected to have in the end.
     void expect_columns(std::size_t columns) { expected_columns_ = columns; }
 
-    /// Starts another line. Its parameters and targets start at entry `at` of the lists.
-    void begin(std::size_t at)
+    /// Starts another line. Its parameters and targets start at entry `first_value` of the lists.
+    void start_line(std::size_t first_value)
     {
-        at_ = at;
+        first_value_ = first_value;
         count_ = planned_ = 0;
     }
 
@@ -130,8 +130,8 @@ public:
 
     /// The points of the new nodes; the parameters and targets of the current line, its first node included.
     double* points() const { return coords_.col(coords_.cols()); }
-    double* params() const { return mesh_.params.data() + at_; }
-    double* targets() const { return mesh_.targets.data() + Targets::width * at_; }
+    double* params() const { return mesh_.params.data() + first_value_; }
+    double* targets() const { return mesh_.targets.data() + Targets::width * first_value_; }
 
 private:
     /// Spare room, since a later pass may place slightly more nodes and should not move everything.
@@ -156,7 +156,7 @@ private:
     /// Makes room in the lists for `count` nodes between two ends.
     [[nodiscard]] bool reserve_values(std::size_t count, wanted_values wanted)
     {
-        std::size_t const needed = at_ + count + 2;
+        std::size_t const needed = first_value_ + count + 2;
         std::size_t const generous = needed + spare_nodes(count);
         return (!wanted.params || mesh_.params.reserve(generous, 2) || mesh_.params.reserve(needed, 2)) &&
                (!wanted.targets || Targets::reserve(mesh_.targets, generous) ||
@@ -194,7 +194,7 @@ private:
     dense1D<double> metric_lengths_;
     overwritten_entries<Targets> overwritten_;
     std::size_t expected_columns_ = 0;
-    std::size_t at_ = 0;
+    std::size_t first_value_ = 0;
     std::size_t count_ = 0;
     std::size_t planned_ = 0;
 };

@@ -19,7 +19,7 @@ constexpr auto edge = vornik::element_type::edge;
 [[nodiscard]] bool prepare(hbuckets_set& set, std::size_t keys)
 {
     constexpr std::size_t start = 23;
-    return set.init(start, start, 1.0) && (keys <= set.buckets() || set.rehash(keys));
+    return set.init(start, start) && (keys <= set.buckets() || set.rehash(keys));
 }
 
 template <std::size_t N>

@@ -69,7 +69,7 @@ public:
             .targets = targets_.data(),
             .count = curve_.samples.cols()};
         wanted_values const wanted{keeps_values_, keeps_values_};
-        placer_.begin(0);
+        placer_.start_line(0);
         bool const is_planned =
             placer_.plan(polyline.last(), rule, [&](double* cum) { return measure<Targets>(polyline, cum); });
         if (!is_planned || placer_.place(polyline, wanted) != 0 || !placer_.set_ends(polyline, wanted))
