@@ -3,11 +3,8 @@
 #include <cstddef>
 #include <type_traits>
 
-#include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 #include <vornik1d/vornik1d.h>
-
-#include "arrays/search.h"
 
 // What the exported functions share: status codes, checks, and the choice of the dimension.
 
@@ -24,14 +21,6 @@ inline bool is_planar_or_spatial(dense2D<double> const& coords) noexcept
 {
     return coords.rows() == 2 || coords.rows() == 3;
 }
-
-inline bool is_non_decreasing(dense1D<double> const& values) noexcept
-{
-    return is_non_decreasing(values.begin(), values.end());
-}
-
-/// Row count of a matrix of metric tensors for `coords`.
-inline std::size_t metric_rows(dense2D<double> const& coords) noexcept { return coords.rows() == 2 ? 3 : 6; }
 
 /// Calls `body` with the row count of `coords`, 2 or 3, as a compile-time constant.
 template <class Body>

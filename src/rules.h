@@ -3,15 +3,12 @@
 #include <cmath>
 #include <cstdint>
 
-#include "metric/sizes.h"
+#include "special_values.h"
 
 // How a line is to be meshed. Each rule extends the one before it, so that one record serves a call and all
 // the functions below it.
 
 namespace trelk::vornik1d {
-
-/// No limit on a count of elements or nodes: the largest 32-bit number.
-constexpr std::uint64_t unlimited = 4294967295;
 
 /// Into how many elements a line is to be cut.
 struct element_rule
@@ -21,39 +18,46 @@ struct element_rule
     std::uint64_t max_elements = unlimited;
 };
 
-/// How a polyline is to be meshed.
+/// How a polyline is to be meshed. A `deviation_tolerance` of 0 means no tolerance.
 struct line_rule : element_rule
 {
-    double deviation_tolerance = 0; // 0: no tolerance
+    double deviation_tolerance = 0;
     double min_size = 0;
 };
 
-/// How a spline is to be meshed. Here `largest` means no tolerance.
+/// How a spline is to be meshed. A `deviation_tolerance` of `largest` means no tolerance.
 struct spline_rule : line_rule
 {
     double default_size = 0;
     double max_gradation = 0;
 };
 
-/// How a network of lines is to be meshed.
+/// How a network of lines is to be meshed. A `deviation_tolerance` of 0 means polylines that follow their
+/// nodes, one of plus or minus `largest` means splines without a tolerance.
 struct remesh_rule : spline_rule
 {
     double max_angle = 0;
 };
 
-/// The tolerance of a polyline in its rule. The largest double, of either sign, means no tolerance. A NaN
-/// passes: it is neither positive nor negative, so it has no effect.
-inline double line_tolerance(double deviation_tolerance)
+/// The tolerance that a caller gives, or `none` if the caller's value means no tolerance: 0, NaN, and the
+/// largest double of either sign.
+inline double tolerance_or(double none, double deviation_tolerance)
 {
-    return std::abs(deviation_tolerance) == largest ? 0 : deviation_tolerance;
+    bool const is_none = deviation_tolerance == 0 || std::isnan(deviation_tolerance) ||
+                         std::abs(deviation_tolerance) == largest;
+    return is_none ? none : deviation_tolerance;
 }
 
-/// The tolerance of a spline in its rule. 0 and NaN mean no tolerance. The negated largest double passes: it
-/// bounds nothing, like every value below -10.
+inline double line_tolerance(double deviation_tolerance) { return tolerance_or(0, deviation_tolerance); }
 inline double spline_tolerance(double deviation_tolerance)
 {
-    bool const is_off = deviation_tolerance == 0 || std::isnan(deviation_tolerance);
-    return is_off ? largest : deviation_tolerance;
+    return tolerance_or(largest, deviation_tolerance);
+}
+
+/// The largest double passes: it selects splines.
+inline double network_tolerance(double deviation_tolerance)
+{
+    return std::isnan(deviation_tolerance) ? 0 : deviation_tolerance;
 }
 
 } // namespace trelk::vornik1d

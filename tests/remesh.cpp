@@ -29,7 +29,7 @@ TEST(hbuckets_set, holds_what_an_unordered_set_holds)
     for (unsigned const range : {10U, 3000U, 4294967295U}) {
         hbuckets_set set;
         std::unordered_set<unsigned> expected;
-        ASSERT_TRUE(set.init(23, 23, 1.0));
+        ASSERT_TRUE(set.init(23, 23));
         for (int step = 0; step < 3000; ++step) {
             unsigned const few[] = {unsigned(random() % range), unsigned(random() % range), 0, 4294967295};
             std::size_t const before = expected.size();
@@ -56,7 +56,7 @@ TEST(hbuckets_set, grows_by_the_table)
 {
     hbuckets_set set;
     EXPECT_FALSE(set.contains(0)); // not yet alive
-    ASSERT_TRUE(set.init(0, 5, 1.0));
+    ASSERT_TRUE(set.init(0, 5));
     EXPECT_EQ(set.buckets(), 23U);
     EXPECT_EQ(set.used(), 23U);
     for (unsigned k = 0; k < 46; ++k) set.insert(23 * k); // all in one bucket
@@ -70,7 +70,7 @@ TEST(hbuckets_set, grows_by_the_table)
     EXPECT_EQ(set.buckets(), 389U);
     EXPECT_EQ(vornik1d::next_prime_size(98), 193U);
     EXPECT_EQ(vornik1d::next_prime_size(5000000000), 4294967291U);
-    EXPECT_FALSE(set.init(4294967290, 4294967291, 1.0));
+    EXPECT_FALSE(set.init(4294967290, 4294967291));
     EXPECT_EQ(set.buckets(), 23U);
 }
 
@@ -84,7 +84,7 @@ TEST(hbuckets_set, knows_what_it_has_no_storage_for)
             hbuckets_set set;
             {
                 failing_allocations const some(refused, extent);
-                bool const is_alive = set.init(10, 23, 1.0);
+                bool const is_alive = set.init(10, 23);
                 EXPECT_TRUE(is_alive || !set.contains(0));
                 for (int step = 0; step < 300; ++step) {
                     unsigned const pair[] = {unsigned(random() % 500), unsigned(random() % 500)};
@@ -99,8 +99,7 @@ TEST(hbuckets_set, knows_what_it_has_no_storage_for)
             for (unsigned const key : keys_of(set)) EXPECT_TRUE(set.contains(key));
         }
     hbuckets_set set;
-    EXPECT_FALSE(
-        set.init(4294967295, 23, 1.0) || set.init(4294967290, 4294967290, 1.0)); // more than links can count
+    EXPECT_FALSE(set.init(4294967295, 23) || set.init(4294967290, 4294967290)); // more than links can count
     EXPECT_TRUE(set.rehash(90));
     EXPECT_EQ(set.buckets(), 97U);
 }

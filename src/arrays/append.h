@@ -9,9 +9,6 @@
 
 namespace trelk::vornik1d {
 
-/// True when 32-bit node numbers, of which the largest one means "none", can name `count` nodes.
-constexpr bool can_be_numbered(std::size_t count) noexcept { return count <= 4294967295; }
-
 /// Keeps the first `count` values or columns; there are at least that many. This cannot fail.
 template <class T>
 void truncate(dense1D<T>& list, std::size_t count) noexcept

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <trelk/dense1D.h>
+
 namespace trelk::vornik1d {
 
 /// True if no value is below the one before it. False if one of several values is NaN.
@@ -8,6 +10,11 @@ inline bool is_non_decreasing(double const* first, double const* last) noexcept
     bool result = true; // no early exit, so that the loop is vectorised
     for (; last - first > 1; ++first) result &= first[1] >= first[0];
     return result;
+}
+
+inline bool is_non_decreasing(dense1D<double> const& values) noexcept
+{
+    return is_non_decreasing(values.begin(), values.end());
 }
 
 /// The first of the sorted values from `first` to `last` that is not below `value`, or `last`. Unlike

@@ -2,8 +2,8 @@
 
 #include <vornik/toolkit.h>
 
-#include "arrays/append.h"
 #include "front_door.h"
+#include "special_values.h"
 
 namespace trelk::vornik1d {
 

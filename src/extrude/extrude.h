@@ -11,6 +11,7 @@
 #include "arrays/vectors.h"
 #include "front_door.h"
 #include "placement/size_law.h"
+#include "special_values.h"
 
 // One extrusion for all motions. A motion in N dimensions answers, for a node at p,
 //
@@ -29,6 +30,13 @@ struct extrusion_steps
     double size_b = 0;
     bool force_even = false;
 };
+
+inline extrusion_steps equal_steps(unsigned element_count) { return {.element_count = element_count}; }
+
+inline extrusion_steps steps_by_sizes(double size_a, double size_b, bool force_even)
+{
+    return {.size_a = size_a, .size_b = size_b, .force_even = force_even};
+}
 
 /// Appends the nodes of the path of `start_node` to `coords`, and the line from that node on to `indices`.
 /// Returns the status of the exported function; on a failure nothing has changed.

@@ -75,29 +75,29 @@ int extrude_rotate(dense2D<double>& coords, vector_fixed<double, 2> const& start
     dense1D<unsigned>& indices) noexcept
 {
     if (element_count == 0) return 0;
-    return extrude(coords, start_point, plane_rotation{center, angle}, {element_count}, indices);
+    return extrude(coords, start_point, plane_rotation{center, angle}, equal_steps(element_count), indices);
 }
 
 int extrude_rotate(dense2D<double>& coords, vector_fixed<double, 2> const& start_point,
     vector_fixed<double, 2> const& center, double angle, double size_a, double size_b, bool force_even,
     dense1D<unsigned>& indices) noexcept
 {
-    return extrude(
-        coords, start_point, plane_rotation{center, angle}, {0, size_a, size_b, force_even}, indices);
+    return extrude(coords, start_point, plane_rotation{center, angle},
+        steps_by_sizes(size_a, size_b, force_even), indices);
 }
 
 int extrude_rotate(dense2D<double>& coords, unsigned start_node, vector_fixed<double, 2> const& center,
     double angle, unsigned element_count, dense1D<unsigned>& indices) noexcept
 {
     if (element_count == 0) return 0;
-    return extrude(coords, start_node, plane_rotation{center, angle}, {element_count}, indices);
+    return extrude(coords, start_node, plane_rotation{center, angle}, equal_steps(element_count), indices);
 }
 
 int extrude_rotate(dense2D<double>& coords, unsigned start_node, vector_fixed<double, 2> const& center,
     double angle, double size_a, double size_b, bool force_even, dense1D<unsigned>& indices) noexcept
 {
-    return extrude(
-        coords, start_node, plane_rotation{center, angle}, {0, size_a, size_b, force_even}, indices);
+    return extrude(coords, start_node, plane_rotation{center, angle},
+        steps_by_sizes(size_a, size_b, force_even), indices);
 }
 
 int extrude_rotate(dense2D<double>& coords, vector_fixed<double, 3> const& start_point,
@@ -105,30 +105,31 @@ int extrude_rotate(dense2D<double>& coords, vector_fixed<double, 3> const& start
     dense1D<unsigned>& indices) noexcept
 {
     if (element_count == 0) return 0;
-    return extrude(coords, start_point, space_rotation{center, rotation}, {element_count}, indices);
+    return extrude(
+        coords, start_point, space_rotation{center, rotation}, equal_steps(element_count), indices);
 }
 
 int extrude_rotate(dense2D<double>& coords, vector_fixed<double, 3> const& start_point,
     vector_fixed<double, 3> const& center, vector_fixed<double, 3> const& rotation, double size_a,
     double size_b, bool force_even, dense1D<unsigned>& indices) noexcept
 {
-    return extrude(
-        coords, start_point, space_rotation{center, rotation}, {0, size_a, size_b, force_even}, indices);
+    return extrude(coords, start_point, space_rotation{center, rotation},
+        steps_by_sizes(size_a, size_b, force_even), indices);
 }
 
 int extrude_rotate(dense2D<double>& coords, unsigned start_node, vector_fixed<double, 3> const& center,
     vector_fixed<double, 3> const& rotation, unsigned element_count, dense1D<unsigned>& indices) noexcept
 {
     if (element_count == 0) return bad_argument(5);
-    return extrude(coords, start_node, space_rotation{center, rotation}, {element_count}, indices);
+    return extrude(coords, start_node, space_rotation{center, rotation}, equal_steps(element_count), indices);
 }
 
 int extrude_rotate(dense2D<double>& coords, unsigned start_node, vector_fixed<double, 3> const& center,
     vector_fixed<double, 3> const& rotation, double size_a, double size_b, bool force_even,
     dense1D<unsigned>& indices) noexcept
 {
-    return extrude(
-        coords, start_node, space_rotation{center, rotation}, {0, size_a, size_b, force_even}, indices);
+    return extrude(coords, start_node, space_rotation{center, rotation},
+        steps_by_sizes(size_a, size_b, force_even), indices);
 }
 
 } // namespace trelk::vornik1d

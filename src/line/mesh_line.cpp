@@ -6,6 +6,7 @@
 #include <vornik/toolkit.h>
 
 #include "arrays/append.h"
+#include "arrays/search.h"
 #include "front_door.h"
 #include "line/chord_length.h"
 #include "line/line_mesher.h"
@@ -20,7 +21,13 @@ namespace {
 line_rule rule_of(bool force_even, unsigned min_elements, unsigned max_elements, double deviation_tolerance,
     double min_size)
 {
-    return {{force_even, min_elements, max_elements}, line_tolerance(deviation_tolerance), min_size};
+    line_rule rule;
+    rule.force_even = force_even;
+    rule.min_elements = min_elements;
+    rule.max_elements = max_elements;
+    rule.deviation_tolerance = line_tolerance(deviation_tolerance);
+    rule.min_size = min_size;
+    return rule;
 }
 
 /// Meshes a chain and appends the mesh to the caller's lists. On a failure these and `coords` are as before.
@@ -54,7 +61,7 @@ int check_and_mesh(dense2D<double>& coords, dense1D<unsigned> const& indices, de
 {
     std::size_t const n = indices.size();
     if (params.size() != n || !is_non_decreasing(params)) return bad_argument(3);
-    if (!are_usable(targets, n) || !fit_dimension(targets, coords)) return bad_argument(targets_argument);
+    if (!check_targets(targets, n, coords)) return bad_argument(targets_argument);
     if (rule.min_elements > rule.max_elements || rule.min_elements == 0)
         return bad_argument(targets_argument + 2);
     if (!can_be_appended_to(out_targets, coords)) return bad_argument(targets_argument + 7);

@@ -64,8 +64,8 @@ int check_and_mesh(dense2D<double>& coords, dense1D<unsigned> const& indices, Li
     std::size_t const n = indices.size();
     if (n == 0) return 0;
     if (n == 1 || !vornik::check_IDs(indices, coords.cols())) return bad_argument(2);
-    if (!are_usable(targets, n)) return bad_argument(3);
-    if (!is_planar_or_spatial(coords)) return bad_argument(1);
+    if (!are_valid_targets(targets, n)) return bad_argument(3);
+    if (!is_planar_or_spatial(coords)) return bad_argument(1); // after the values of the targets
     if (!fit_dimension(targets, coords)) return bad_argument(3);
 
     return by_dimension(

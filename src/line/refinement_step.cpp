@@ -15,7 +15,7 @@ constexpr std::uint64_t most_stalled_elements = 10'000'000; // in a chain
 
 } // namespace
 
-refinement_step decide(deviation_scan const& scan, span_task const& task, std::size_t elements,
+refinement_step decide(deviation_scan const& scan, range_task const& task, std::size_t elements,
     bool force_even, std::uint64_t& stalled_elements)
 {
     bool const is_odd = elements % 2 == 1;
@@ -30,7 +30,11 @@ refinement_step decide(deviation_scan const& scan, span_task const& task, std::s
     double const ratio = static_cast<double>(elements) / static_cast<double>(more);
     bool const is_spread = scan.mean > 0.5 * scan.worst && ratio * ratio * scan.worst < scan.threshold;
 
-    span_task again{task.first, task.last, is_spread ? more : 1, elements, scan.worst, 0};
+    range_task again{.first = task.first,
+        .last = task.last,
+        .min_elements = is_spread ? more : 1,
+        .replaced_elements = elements,
+        .least_deviation = scan.worst};
     if (task.replaced_elements > 0) {
         double const excess = task.least_deviation - scan.threshold;
         double const gain = task.least_deviation - scan.worst;

@@ -8,7 +8,7 @@
 namespace trelk::vornik1d {
 
 /// A range of a chain, both ends included, that is to be meshed with at least `min_elements`.
-struct span_task
+struct range_task
 {
     std::size_t first;
     std::size_t last;
@@ -27,12 +27,12 @@ struct refinement_step
 {
     action what = action::keep;
     std::size_t split = 0; // for `split`: counted from the range's first entry
-    span_task again{};     // for `remesh`
+    range_task again{};    // for `remesh`
 };
 
 /// Decides on a mesh of `elements` elements that is the result of `task`. `stalled_elements` counts, over the
 /// whole chain, the elements of meshes that hardly lowered their deviation.
-refinement_step decide(deviation_scan const& scan, span_task const& task, std::size_t elements,
+refinement_step decide(deviation_scan const& scan, range_task const& task, std::size_t elements,
     bool force_even, std::uint64_t& stalled_elements);
 
 } // namespace trelk::vornik1d

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "arrays/search.h"
 #include "front_door.h"
 #include "measure/chain_position.h"
 

@@ -1,5 +1,7 @@
 #include <vornik1d/vornik1d.h>
 
+#include <cstddef>
+
 #include <vornik/toolkit.h>
 
 #include "arrays/vectors.h"
@@ -9,7 +11,7 @@ namespace trelk::vornik1d {
 
 namespace {
 
-template <int N>
+template <std::size_t N>
 double distance(dense2D<double> const& coords, unsigned a, unsigned b)
 {
     return norm(edge_vector<N>(coords.col(a), coords.col(b)));

@@ -7,7 +7,7 @@
 
 #include "arrays/vectors.h"
 #include "front_door.h"
-#include "metric/sizes.h"
+#include "special_values.h"
 
 namespace trelk::vornik1d {
 

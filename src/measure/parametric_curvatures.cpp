@@ -1,6 +1,7 @@
 #include <vornik1d/vornik1d.h>
 
 #include <cmath>
+#include <cstddef>
 
 #include <vornik/toolkit.h>
 
@@ -14,7 +15,7 @@ namespace {
 /// Adds to each node of `result` the turning of its elements, to `weights` their parameter ranges. With the
 /// mean tangent S / 2 and the second derivative D / du, the curvature of an element of range du is its
 /// turning 4 |S x D| / |S|^3 over du.
-template <int N>
+template <std::size_t N>
 void add_turning(dense1D<double> const& params, dense2D<unsigned> const& connect,
     dense2D<double> const& tangents, dense1D<double>& result, dense1D<double>& weights)
 {

@@ -9,8 +9,8 @@
 #include "arrays/search.h"
 #include "arrays/vectors.h"
 #include "metric/metric_interpolator.h"
-#include "metric/sizes.h"
 #include "metric/tensor.h"
+#include "special_values.h"
 
 // Sizes and tensors given at parameter values, found at others.
 
@@ -19,7 +19,7 @@ namespace trelk::vornik1d {
 /// True if there are at least two parameters, none is below the one before it, and none is NaN.
 inline bool are_parameters(dense1D<double> const& params)
 {
-    return params.size() >= 2 && is_non_decreasing(params.begin(), params.end());
+    return params.size() >= 2 && is_non_decreasing(params);
 }
 
 /// True if the queries are non-decreasing and lie within the parameters. There is at least one query.
@@ -27,8 +27,7 @@ inline bool are_queries(dense1D<double> const& params, dense1D<double> const& qu
 {
     double const first = params[0];
     double const last = params[params.size() - 1];
-    return is_non_decreasing(queries.begin(), queries.end()) && !(first > queries[0]) &&
-           last >= queries[queries.size() - 1];
+    return is_non_decreasing(queries) && !(first > queries[0]) && last >= queries[queries.size() - 1];
 }
 
 constexpr double params_tolerance = 1e-12; // absolute, on parameter gaps and on fractions of them
@@ -49,13 +48,13 @@ class param_search
 {
 public:
     explicit param_search(dense1D<double> const& params)
-        : first_(params.begin()), at_(first_), end_(params.end())
+        : first_(params.begin()), cursor_(first_), end_(params.end())
     {}
 
     VORNIK1D_INLINE param_position find(double query)
     {
         move_to(query);
-        auto const hi = static_cast<std::size_t>(at_ - first_);
+        auto const hi = static_cast<std::size_t>(cursor_ - first_);
         std::size_t const lo = hi > 0 ? hi - 1 : hi;
         double const p_lo = first_[lo];
         double const p_hi = first_[hi];
@@ -66,7 +65,7 @@ public:
     VORNIK1D_INLINE double find_value(double query, double const* values)
     {
         move_to(query);
-        auto const hi = static_cast<std::size_t>(at_ - first_);
+        auto const hi = static_cast<std::size_t>(cursor_ - first_);
         std::size_t const lo = hi > 0 ? hi - 1 : hi;
         double const v_lo = values[lo];
         double const v_hi = values[hi];
@@ -79,10 +78,10 @@ public:
     }
 
 private:
-    void move_to(double query) { at_ = std::min(advance_to(at_, end_, query), end_ - 1); }
+    void move_to(double query) { cursor_ = std::min(advance_to(cursor_, end_, query), end_ - 1); }
 
     double const* first_;
-    double const* at_;
+    double const* cursor_;
     double const* end_;
 };
 

@@ -4,12 +4,11 @@
 #include <cmath>
 
 #include "metric/tensor.h"
+#include "special_values.h"
 
 // Eigenvalues of a metric and the sizes along its axes: h = 1/sqrt(v), v = 1/h^2.
 
 namespace trelk::vornik1d {
-
-constexpr double largest = 1.7976931348623157e308; // stands for an unlimited size or eigenvalue
 
 /// Turns eigenvalues into sizes, in place. 0, and a negative value that is rounding of the largest one, have
 /// an unlimited size; another negative value gives NaN.

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include <trelk/dense2D.h>
 #include <trelk/symmetric_fixed.h>
 #include <trelk/vector_fixed.h>
 
@@ -17,6 +18,12 @@ using tensor = symmetric_fixed<double, N>;
 /// Rows of a matrix that holds one tensor per column.
 template <std::size_t N>
 constexpr std::size_t packed_rows = N*(N + 1) / 2;
+
+/// The same for the tensors at nodes in `coords`, which has 2 or 3 rows.
+inline std::size_t metric_rows(dense2D<double> const& coords) noexcept
+{
+    return coords.rows() == 2 ? packed_rows<2> : packed_rows<3>;
+}
 
 template <std::size_t N>
 VORNIK1D_INLINE tensor<N> tensor_at(double const* column)

@@ -11,6 +11,7 @@
 #include "placement/place_nodes.h"
 #include "placement/size_targets.h"
 #include "rules.h"
+#include "special_values.h"
 
 namespace trelk::vornik1d {
 
@@ -46,7 +47,8 @@ struct subdivision
         line.added_params.clear();
         return true;
     }
-    new_nodes<target_type> const added{line.added_params.data(), 1, nullptr, sizes.data()};
+    new_nodes<target_type> const added{
+        .points = line.added_params.data(), .ld = 1, .params = nullptr, .targets = sizes.data()};
     static_cast<void>(
         place_nodes<target_type>(separate_line<target_type>{chain}, last, cum.data(), count, added)); // true
     line.added_sizes = sizes.sub_vector(1, count);
@@ -69,8 +71,8 @@ struct subdivision
         new_indices.push_back(last);
         return true;
     }
-    params =
-        params_before; // once there is room for each, nothing fails but sizes that are one object with them
+    // If there is room for each list, this can only fail if parameters and sizes are one object.
+    params = params_before;
     return false;
 }
 

@@ -14,6 +14,7 @@
 #include "placement/overwritten_entries.h"
 #include "placement/place_nodes.h"
 #include "rules.h"
+#include "special_values.h"
 
 namespace trelk::vornik1d {
 
@@ -40,10 +41,10 @@ public:
     /// Sets how many columns `coords` is expected to have in the end.
     void expect_columns(std::size_t columns) { expected_columns_ = columns; }
 
-    /// Starts another line. Its parameters and targets start at entry `at` of the lists.
-    void begin(std::size_t at)
+    /// Starts another line. Its parameters and targets start at entry `first_value` of the lists.
+    void start_line(std::size_t first_value)
     {
-        at_ = at;
+        first_value_ = first_value;
         count_ = planned_ = 0;
     }
 
@@ -57,7 +58,7 @@ public:
         if (!cum) return false;
         std::uint64_t const planned = new_node_count(fill(cum), rule);
         planned_ = static_cast<std::size_t>(planned);
-        return planned <= unlimited && can_be_numbered(coords_.cols() + planned_);
+        return can_be_numbered(planned) && can_be_numbered(coords_.cols() + planned_);
     }
 
     std::size_t planned() const { return planned_; }
@@ -89,7 +90,13 @@ public:
     /// The line from `first_point` over the new nodes to `last_point`.
     placed_line<Targets> placed(vector<N> const& first_point, vector<N> const& last_point) const
     {
-        return {first_point, last_point, points(), coords_.ld(), params(), targets(), count_};
+        return {.first_point = first_point,
+            .last_point = last_point,
+            .points = points(),
+            .ld = coords_.ld(),
+            .params = params(),
+            .targets = targets(),
+            .new_nodes = count_};
     }
 
     /// Copies the parameters and targets of the ends of `line` to the ends of the new line. False if memory
@@ -123,8 +130,8 @@ public:
 
     /// The points of the new nodes; the parameters and targets of the current line, its first node included.
     double* points() const { return coords_.col(coords_.cols()); }
-    double* params() const { return mesh_.params.data() + at_; }
-    double* targets() const { return mesh_.targets.data() + Targets::width * at_; }
+    double* params() const { return mesh_.params.data() + first_value_; }
+    double* targets() const { return mesh_.targets.data() + Targets::width * first_value_; }
 
 private:
     /// Spare room, since a later pass may place slightly more nodes and should not move everything.
@@ -135,8 +142,10 @@ private:
     {
         if (planned_ > 0 && reserve_values(planned_, wanted)) {
             if (!reserve_points(planned_)) return no_storage;
-            new_nodes<Targets> const out{points(), coords_.ld(), wanted.params ? params() : nullptr,
-                wanted.targets ? targets() : nullptr};
+            new_nodes<Targets> const out{.points = points(),
+                .ld = coords_.ld(),
+                .params = wanted.params ? params() : nullptr,
+                .targets = wanted.targets ? targets() : nullptr};
             if (!walk(out)) planned_ = 0;
         } else
             planned_ = 0;
@@ -147,7 +156,7 @@ private:
     /// Makes room in the lists for `count` nodes between two ends.
     [[nodiscard]] bool reserve_values(std::size_t count, wanted_values wanted)
     {
-        std::size_t const needed = at_ + count + 2;
+        std::size_t const needed = first_value_ + count + 2;
         std::size_t const generous = needed + spare_nodes(count);
         return (!wanted.params || mesh_.params.reserve(generous, 2) || mesh_.params.reserve(needed, 2)) &&
                (!wanted.targets || Targets::reserve(mesh_.targets, generous) ||
@@ -185,7 +194,7 @@ private:
     dense1D<double> metric_lengths_;
     overwritten_entries<Targets> overwritten_;
     std::size_t expected_columns_ = 0;
-    std::size_t at_ = 0;
+    std::size_t first_value_ = 0;
     std::size_t count_ = 0;
     std::size_t planned_ = 0;
 };

@@ -14,21 +14,27 @@
 
 namespace trelk::vornik1d {
 
+/// Calls `visit(s, length)` with the metric length of each segment s of a line.
+template <class Targets, class Line, class Visit>
+VORNIK1D_INLINE void for_each_metric_length(Line const& line, Visit visit)
+{
+    constexpr std::size_t N = Targets::dimension;
+    auto near = vector_at<N>(line.point(0));
+    for (std::size_t s = 0; s < line.last(); ++s) {
+        auto const far = vector_at<N>(line.point(s + 1));
+        visit(s, Targets::metric_length(far - near, line.target(s), line.target(s + 1)));
+        near = far;
+    }
+}
+
 /// Sets `cum` to the metric lengths from the first entry of a line to each entry; returns the last one.
 template <class Targets, class Line>
 double measure(Line const& line, double* cum)
 {
-    constexpr std::size_t N = Targets::dimension;
-    double length = 0;
+    double sum = 0;
     cum[0] = 0;
-    auto near = vector_at<N>(line.point(0));
-    for (std::size_t s = 0; s < line.last(); ++s) {
-        auto const far = vector_at<N>(line.point(s + 1));
-        length += Targets::metric_length(far - near, line.target(s), line.target(s + 1));
-        cum[s + 1] = length;
-        near = far;
-    }
-    return length;
+    for_each_metric_length<Targets>(line, [&](std::size_t s, double length) { cum[s + 1] = sum += length; });
+    return sum;
 }
 
 /// The number of nodes to place between the ends of a line; 0 if the metric length is NaN.

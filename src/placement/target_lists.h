@@ -6,7 +6,7 @@
 #include <trelk/dense2D.h>
 #include <vornik/toolkit.h>
 
-#include "front_door.h"
+#include "metric/tensor.h"
 #include "placement/size_targets.h"
 #include "placement/tensor_targets.h"
 
@@ -34,12 +34,12 @@ template <class List, std::size_t N>
 using targets_in = typename targets_of_list<List, N>::type;
 
 /// True if there are at least n targets and the first n are valid.
-inline bool are_usable(dense1D<double> const& sizes, std::size_t n)
+inline bool are_valid_targets(dense1D<double> const& sizes, std::size_t n)
 {
     return sizes.size() >= n && vornik::are_valid_metrics(sizes.sub_vector(0, n));
 }
 
-inline bool are_usable(dense2D<double> const& metrics, std::size_t n)
+inline bool are_valid_targets(dense2D<double> const& metrics, std::size_t n)
 {
     return metrics.cols() >= n && vornik::are_valid_metrics(metrics.sub_matrix(0, 0, metrics.rows(), n));
 }
@@ -50,6 +50,13 @@ inline bool fit_dimension(dense1D<double> const&, dense2D<double> const&) { retu
 inline bool fit_dimension(dense2D<double> const& metrics, dense2D<double> const& coords)
 {
     return metrics.rows() == metric_rows(coords);
+}
+
+/// Both checks: true if the first n targets can be used for a line of n nodes in `coords`.
+template <class List>
+bool check_targets(List const& targets, std::size_t n, dense2D<double> const& coords)
+{
+    return are_valid_targets(targets, n) && fit_dimension(targets, coords);
 }
 
 /// True if targets for `coords` can be appended to the list.

@@ -14,6 +14,7 @@
 #include "metric/sizes.h"
 #include "metric/tensor.h"
 #include "placement/size_law.h"
+#include "special_values.h"
 
 namespace trelk::vornik1d {
 

@@ -2,13 +2,12 @@
 
 #include <cmath>
 #include <cstddef>
-#include <limits>
 
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 #include <vornik/toolkit.h>
 
-#include "front_door.h"
+#include "arrays/search.h"
 #include "line/chord_length.h"
 #include "line/line_mesher.h"
 #include "placement/line.h"
@@ -17,6 +16,12 @@
 #include "spline/spline_mesher.h"
 
 namespace trelk::vornik1d {
+
+// Statuses of a chain that cannot be meshed. They are those that the exported meshers return for the chain.
+constexpr int unusable_length = -2; // 0 or NaN
+constexpr int unusable_params = -3; // because the length is infinite
+constexpr int unusable_sizes = -3;
+constexpr int unusable_limits = -5; // no elements are allowed
 
 /// The workspace that meshes chains, one after the other. Its memory is reused from chain to chain.
 template <std::size_t N>
@@ -89,16 +94,15 @@ private:
     /// Checks that are due only if the chain is meshed: a hard edge is not meshed.
     int check_rule() const
     {
-        if (!vornik::are_valid_metrics(sizes_)) return bad_argument(3);
-        return rule_.min_elements == 0 ? bad_argument(5) : 0;
+        if (!vornik::are_valid_metrics(sizes_)) return unusable_sizes;
+        return rule_.min_elements == 0 ? unusable_limits : 0;
     }
 
     int sample_spline()
     {
         if (int const status = check_rule(); status != 0) return status;
-        constexpr double infinite = std::numeric_limits<double>::infinity();
         double const tolerance = rule_.deviation_tolerance;
-        return splines_.sample(nodes_, spline(), tolerance > 0 ? tolerance : infinite);
+        return splines_.sample(nodes_, spline(), tolerance > 0 ? tolerance : any_deviation);
     }
 
     int run_spline()
@@ -112,8 +116,8 @@ private:
         constexpr double exact = 1e-12; // times the chain's length: keeps the mesh on the polyline
         static_cast<void>(params_.resize(sizes_.size())); // there is room
         double const length = set_chord_lengths<N>(coords_, chain_nodes(), params_.data());
-        if (length == 0 || std::isnan(length)) return bad_argument(2);
-        if (!is_non_decreasing(params_)) return bad_argument(3);
+        if (length == 0 || std::isnan(length)) return unusable_length;
+        if (!is_non_decreasing(params_)) return unusable_params;
         if (int const status = check_rule(); status != 0) return status;
 
         line_rule rule = rule_;

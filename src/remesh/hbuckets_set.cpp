@@ -25,14 +25,14 @@ std::size_t next_prime_size(std::size_t wanted)
     return at != std::end(primes) ? *at : *std::prev(at);
 }
 
-bool hbuckets_set::init(std::size_t key_hint, std::size_t bucket_hint, double load) noexcept
+bool hbuckets_set::init(std::size_t key_hint, std::size_t bucket_hint) noexcept
 {
     buckets_ = std::max(bucket_hint, fewest_buckets);
     auto const m = static_cast<double>(buckets_);
     // The expected share of empty buckets if the keys are random. Empty buckets need nodes in addition to
     // those of the keys. The factor 1.3 is a margin for keys that are not random.
     double const empty = std::exp(static_cast<double>(key_hint) * std::log1p(-1 / m));
-    double const spare = std::clamp((1 - (1 - empty) / load) * 1.3, 0.0, 1.0) * m;
+    double const spare = std::min(1.3 * empty, 1.0) * m;
 
     used_ = keys_ = 0;
     bool const can_count = key_hint <= most_nodes && spare <= static_cast<double>(most_nodes - key_hint);
@@ -96,10 +96,10 @@ bool hbuckets_set::add(unsigned key) noexcept
 bool hbuckets_set::rehash(std::size_t wanted) noexcept
 {
     std::size_t const m = next_prime_size(wanted);
-    if (keys_ == 0) return init(0, m, 1.0);
+    if (keys_ == 0) return init(0, m);
 
     hbuckets_set fresh;
-    if (!fresh.init(keys_, m, 1.0)) return false;
+    if (!fresh.init(keys_, m)) return false;
     bool all_came = true;
     for_each([&](unsigned key) { all_came = fresh.add(key) && all_came; });
     fresh.is_complete_ = is_complete_ && all_came;

@@ -33,8 +33,8 @@ public:
     ~hbuckets_set() = default;
 
     /// Empties the set. It gets at least 23 and at least `bucket_hint` buckets, and memory for `key_hint`
-    /// keys at `load` keys per bucket. On false it may have fewer buckets and no room for keys.
-    [[nodiscard]] bool init(std::size_t key_hint, std::size_t bucket_hint, double load) noexcept;
+    /// keys. On false it may have fewer buckets and no room for keys.
+    [[nodiscard]] bool init(std::size_t key_hint, std::size_t bucket_hint) noexcept;
 
     /// Adds a key. If memory runs out, the key is left out and `is_complete` is false.
     void insert(unsigned key) noexcept;

@@ -12,29 +12,30 @@ namespace trelk::vornik1d {
 
 namespace {
 
-/// The progress of a call, to estimate the final length of its result lists.
+/// How many of the old elements are in the chains meshed so far, the current one included. This serves to
+/// estimate the final length of the result lists.
 struct progress
 {
-    std::size_t all_elements;
-    std::size_t done_elements = 0;
+    std::size_t old_elements;
+    std::size_t replaced_elements = 0;
 
     /// The expected final length of a list that has `present` values now, with a small margin.
     std::size_t forecast(std::size_t present) const
     {
         constexpr double least_share = 0.01;
         constexpr double margin = 1.02;
-        double const share = static_cast<double>(done_elements) / static_cast<double>(all_elements);
+        double const share = static_cast<double>(replaced_elements) / static_cast<double>(old_elements);
         return static_cast<std::size_t>(margin * static_cast<double>(present) / std::max(share, least_share));
     }
 };
 
 /// Appends an element between each pair of consecutive nodes. False if memory runs out.
 [[nodiscard]] bool append_elements(
-    dense1D<unsigned> const& nodes, progress const& done, dense2D<unsigned>& connect)
+    dense1D<unsigned> const& nodes, progress const& so_far, dense2D<unsigned>& connect)
 {
     std::size_t const present = filled_columns(connect);
     std::size_t const needed = present + nodes.size() - 1;
-    if (!reserve_foreseen(connect, 2, needed, done.forecast(needed))) return false;
+    if (!reserve_foreseen(connect, 2, needed, so_far.forecast(needed))) return false;
     static_cast<void>(connect.resize(2, needed)); // there is room
     unsigned* column = connect.col(present);
     for (std::size_t k = 1; k < nodes.size(); ++k) *column++ = nodes[k - 1], *column++ = nodes[k];
@@ -42,10 +43,11 @@ struct progress
 }
 
 /// Gives `color` to the elements that have no colour yet. False if memory runs out.
-[[nodiscard]] bool append_colors(unsigned color, progress const& done, new_mesh& mesh)
+[[nodiscard]] bool append_colors(unsigned color, progress const& so_far, new_mesh& mesh)
 {
     std::size_t const needed = mesh.connect.cols();
-    return reserve_foreseen(mesh.colors, needed, done.forecast(needed)) && mesh.colors.resize(needed, color);
+    return reserve_foreseen(mesh.colors, needed, so_far.forecast(needed)) &&
+           mesh.colors.resize(needed, color);
 }
 
 } // namespace
@@ -60,19 +62,19 @@ int mesh_network(dense2D<double>& coords, old_mesh const& old, remesh_rule const
     std::size_t const base_columns = coords.cols();
     bool const has_colors = !lines.chain_colors.empty();
     bool const has_hard_edges = lines.hard_edges.keys() > 0;
-    progress done{old.connect.cols()};
+    progress so_far{old.connect.cols()};
     for (std::size_t c = 0; c < lines.chains.size(); ++c) {
         auto const elements = lines.chains.chain(c);
-        done.done_elements += elements.size();
+        so_far.replaced_elements += elements.size();
         mesher.set_chain(old.connect, elements);
         // Both nodes of a hard edge are break nodes, so it is a chain of its own.
         bool const is_hard = has_hard_edges && lines.hard_edges.contains(elements[0]);
         if (!is_hard) {
-            mesher.expect_columns(base_columns + done.forecast(coords.cols() - base_columns));
+            mesher.expect_columns(base_columns + so_far.forecast(coords.cols() - base_columns));
             if (int const status = mesher.run(lines.node_sizes); status != 0) return status;
         }
-        if (!append_elements(is_hard ? mesher.chain_nodes() : mesher.mesh(), done, mesh.connect) ||
-            (has_colors && !append_colors(lines.chain_colors[c], done, mesh)))
+        if (!append_elements(is_hard ? mesher.chain_nodes() : mesher.mesh(), so_far, mesh.connect) ||
+            (has_colors && !append_colors(lines.chain_colors[c], so_far, mesh)))
             return no_storage;
     }
     return 0;

@@ -4,11 +4,10 @@
 
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
-#include <vornik/toolkit.h>
+
+#include "special_values.h"
 
 namespace trelk::vornik1d {
-
-constexpr unsigned no_color = vornik::none;
 
 /// The mesh to be replaced, with data of its nodes and elements. Lists may be empty or too short.
 struct old_mesh
@@ -20,7 +19,10 @@ struct old_mesh
     dense1D<unsigned> const& hard_edges;
     unsigned max_node;
 
-    unsigned color_of(unsigned element) const { return element < colors.size() ? colors[element] : no_color; }
+    unsigned color_of(unsigned element) const
+    {
+        return element < colors.size() ? colors[element] : uncolored;
+    }
 };
 
 } // namespace trelk::vornik1d

@@ -1,6 +1,5 @@
 #include <vornik1d/vornik1d.h>
 
-#include <cmath>
 #include <cstddef>
 
 #include <vornik/toolkit.h>
@@ -19,9 +18,16 @@ namespace {
 remesh_rule rule_of(double default_size, bool force_even, double max_angle, double deviation_tolerance,
     double max_gradation, double min_size, unsigned min_elements, unsigned max_elements)
 {
-    double const tolerance = std::isnan(deviation_tolerance) ? 0 : deviation_tolerance;
-    return {{{{force_even, min_elements, max_elements}, tolerance, min_size}, default_size, max_gradation},
-        max_angle};
+    remesh_rule rule;
+    rule.force_even = force_even;
+    rule.min_elements = min_elements;
+    rule.max_elements = max_elements;
+    rule.deviation_tolerance = network_tolerance(deviation_tolerance);
+    rule.min_size = min_size;
+    rule.default_size = default_size;
+    rule.max_gradation = max_gradation;
+    rule.max_angle = max_angle;
+    return rule;
 }
 
 /// Lists that an overload may not have. `hard_nodes` is null if `colors` is.
@@ -58,8 +64,12 @@ int remesh_network(
 {
     dense2D<unsigned> const elements = connect.sub_matrix(0, 0, 2, connect.cols());
     dense1D<unsigned> const none;
-    old_mesh const old{elements, lists.sizes, lists.colors ? *lists.colors : none,
-        lists.hard_nodes ? *lists.hard_nodes : none, lists.hard_edges, largest_entry(elements)};
+    old_mesh const old{.connect = elements,
+        .sizes = lists.sizes,
+        .colors = lists.colors ? *lists.colors : none,
+        .hard_nodes = lists.hard_nodes ? *lists.hard_nodes : none,
+        .hard_edges = lists.hard_edges,
+        .max_node = largest_entry(elements)};
     cut_lines lines;
     int status = cut_into_chains<N>(coords, old, rule, lists.hard_nodes != nullptr, lines);
     if (status < 0) return status;
@@ -101,7 +111,7 @@ int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect, double def
     return check_and_remesh(coords, connect,
         rule_of(default_size, force_even, max_angle, deviation_tolerance, max_gradation, min_size,
             min_elements, max_elements),
-        {sizes, hard_edges, &colors, &hard_nodes});
+        {.sizes = sizes, .hard_edges = hard_edges, .colors = &colors, .hard_nodes = &hard_nodes});
 }
 
 int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect, double default_size,
@@ -111,7 +121,7 @@ int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect, double def
     int const status = check_and_remesh(coords, connect,
         rule_of(default_size, force_even, max_angle, deviation_tolerance, max_gradation, min_size,
             min_elements, max_elements),
-        {{}, {}, &colors, nullptr});
+        {.sizes = {}, .hard_edges = {}, .colors = &colors, .hard_nodes = nullptr});
     return status < -4 ? status + 3 : status; // three arguments less before the one at fault
 }
 
@@ -122,7 +132,7 @@ int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect, double def
     int const status = check_and_remesh(coords, connect,
         rule_of(default_size, force_even, max_angle, deviation_tolerance, max_gradation, min_size,
             min_elements, max_elements),
-        {{}, {}, nullptr, nullptr});
+        {.sizes = {}, .hard_edges = {}, .colors = nullptr, .hard_nodes = nullptr});
     return status < -7 ? status + 4 : status; // four arguments less before the one at fault
 }
 

@@ -4,7 +4,7 @@
 
 #include <trelk/dense1D.h>
 
-#include "metric/sizes.h"
+#include "special_values.h"
 #include "spline/spline_span.h"
 
 namespace trelk::vornik1d {
@@ -25,7 +25,7 @@ public:
     {
         tolerance_ = tolerance;
         chord_before_ = 0;
-        at_ = 0;
+        count_ = 0;
         return sizes_.reserve(nodes, 2) && sizes_.resize(nodes);
     }
 
@@ -34,11 +34,12 @@ public:
         double const size = chordal_size(span_mean_curvature(span), tolerance_);
         double const chords = span.chord + chord_before_;
         bool const has_mean = chords > 0 && size < largest && size_before_ < largest;
-        if (at_ == 0) {
-            sizes_[at_++] = size;
-            sizes_[at_++] = size;
+        if (count_ == 0) {
+            sizes_[count_++] = size;
+            sizes_[count_++] = size;
         } else
-            sizes_[at_++] = has_mean ? (size * span.chord + size_before_ * chord_before_) / chords : largest;
+            sizes_[count_++] =
+                has_mean ? (size * span.chord + size_before_ * chord_before_) / chords : largest;
         size_before_ = size;
         chord_before_ = span.chord;
     }
@@ -46,8 +47,8 @@ public:
     /// Sets the last two sizes, after the last span.
     void finish()
     {
-        sizes_[at_++] = size_before_;
-        sizes_[at_++] = size_before_;
+        sizes_[count_++] = size_before_;
+        sizes_[count_++] = size_before_;
     }
 
     /// Adds all spans of a chain. False if memory runs out.
@@ -62,7 +63,7 @@ public:
 
 private:
     dense1D<double>& sizes_;
-    std::size_t at_ = 0;
+    std::size_t count_ = 0; // of the sizes set so far
     double tolerance_ = 0;
     double size_before_ = 0;
     double chord_before_ = 0;

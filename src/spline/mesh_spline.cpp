@@ -18,8 +18,15 @@ namespace {
 spline_rule rule_of(bool force_even, unsigned min_elements, unsigned max_elements, double deviation_tolerance,
     double min_size, double default_size, double max_gradation)
 {
-    return {{{force_even, min_elements, max_elements}, spline_tolerance(deviation_tolerance), min_size},
-        default_size, max_gradation};
+    spline_rule rule;
+    rule.force_even = force_even;
+    rule.min_elements = min_elements;
+    rule.max_elements = max_elements;
+    rule.deviation_tolerance = spline_tolerance(deviation_tolerance);
+    rule.min_size = min_size;
+    rule.default_size = default_size;
+    rule.max_gradation = max_gradation;
+    return rule;
 }
 
 /// Meshes a spline and appends the mesh to the caller's lists. On a failure all is as before.
@@ -37,7 +44,7 @@ int mesh_curve(dense2D<double>& coords, dense1D<unsigned> const& indices, List t
     std::size_t const ld = target_type::ld(targets);
     line_view<target_type> const node_targets{.targets = targets.data() + ld, .target_ld = ld};
     spline_mesher<target_type> mesher(coords, true);
-    int status = mesher.sample(indices, rule);
+    int status = mesher.sample(indices, rule, any_deviation);
     if (status == 0) status = mesher.mesh_sampled(indices, node_targets, rule);
     if (status == 0 && !publish(mesher.mesh(), out_indices, out_params, out_targets)) status = no_storage;
     if (status != 0) {
@@ -58,7 +65,7 @@ int check_and_mesh(dense2D<double>& coords, dense1D<unsigned> const& indices, Li
     std::size_t const n = indices.size();
     if (!is_planar_or_spatial(coords)) return bad_argument(1);
     if (n < 4 || !vornik::check_IDs(indices, coords.cols())) return bad_argument(2);
-    if (!are_usable(targets, n) || !fit_dimension(targets, coords)) return bad_argument(3);
+    if (!check_targets(targets, n, coords)) return bad_argument(3);
     if (rule.min_elements > rule.max_elements || rule.min_elements == 0) return bad_argument(5);
     if (!(rule.min_size >= 0)) return bad_argument(8);
     if (!can_be_appended_to(out_targets, coords)) return bad_argument(13);

@@ -5,8 +5,7 @@
 #include <cstdint>
 
 #include "arrays/append.h"
-#include "metric/sizes.h"
-#include "rules.h"
+#include "special_values.h"
 
 namespace trelk::vornik1d {
 
@@ -25,7 +24,7 @@ double sampling_step(spline_span<N> const& span, double sample_tolerance, double
 /// The number of steps of t in a span: at least 2, also if the ratio is NaN.
 std::uint64_t count_steps(double length, double step)
 {
-    constexpr std::uint64_t too_many = unlimited + 1;
+    constexpr std::uint64_t too_many = std::uint64_t{unlimited} + 1;
     if (step >= largest) return 2;
     double const ratio = length / step;
     if (!(ratio > 2)) return 2;
@@ -33,51 +32,114 @@ std::uint64_t count_steps(double length, double step)
     return count < static_cast<double>(too_many) ? static_cast<std::uint64_t>(count) : too_many;
 }
 
-/// Makes room for `count` samples in all.
-template <std::size_t N>
-[[nodiscard]] bool make_samples(std::size_t count, spline_samples& curve)
-{
-    return can_be_numbered(count) && curve.samples.reserve(N, count, 2) &&
-           curve.sample_params.reserve(count, 2);
-}
-
-/// Appends a span's first node and the `steps` - 1 samples after it; there is room for them. `start` is the
-/// node's parameter before normalisation. Returns the largest squared distance of a sample from the chord.
-template <std::size_t N>
-double append_span(spline_span<N> const& span, std::uint64_t steps, double start, spline_samples& curve)
-{
-    std::size_t const first = curve.sample_params.size();
-    std::size_t const end = first + steps;
-    if (!curve.samples.resize(N, end) || !curve.sample_params.resize(end)) return 0; // there is room
-    double* point = curve.samples.col(first);
-    double* param = curve.sample_params.data() + first;
-    if (!point || !param) return 0;
-    auto const append = [&](double at, vector<N> const& position) {
-        *param++ = at;
-        point = std::copy_n(position.values, N, point);
-    };
-
-    double const speed = norm(span.a1);
-    double const dt = 1 / static_cast<double>(steps);
-    auto const chord = span.a1 + span.a2 + span.a3;
-    double const chord_square = dot(chord, chord);
-    double largest_square = 0;
-    append(start, span.a0);
-    for (std::uint64_t j = 1; j < steps; ++j) {
-        double const t = static_cast<double>(j) * dt;
-        auto const offset = span_offset(span, t);
-        auto const area = cross(offset, chord);
-        append(speed * t + start, span.a0 + offset);
-        largest_square = std::max(largest_square, dot(area, area));
-    }
-    // One division at the end: dividing all values by the same number keeps their order.
-    return largest_square != 0 ? largest_square / chord_square : 0;
-}
-
 void scale(dense1D<double>& values, double factor)
 {
     for (double& v : values) v *= factor;
 }
+
+/// Builds the samples of a spline span by span. Between two spans the caller adds to `curve.spline_length`.
+template <std::size_t N>
+class spline_sampler
+{
+public:
+    spline_sampler(double sample_tolerance, double min_step, spline_samples& curve)
+        : sample_tolerance_(sample_tolerance), min_step_(min_step), curve_(curve)
+    {}
+
+    /// Starts a spline of `nodes` nodes. False if memory runs out.
+    [[nodiscard]] bool begin(std::size_t nodes)
+    {
+        curve_.samples.clear();
+        curve_.sample_params.clear();
+        curve_.spline_length = curve_.deviation = 0;
+        if (!curve_.node_params.reserve(nodes, 2) || !curve_.node_samples.reserve(nodes, 2) ||
+            !make_samples(2 * nodes - 1))
+            return false;
+        static_cast<void>(curve_.node_params.resize(nodes)); // there is room
+        static_cast<void>(curve_.node_samples.resize(nodes));
+        node_param_ = curve_.node_params.data();
+        node_sample_ = curve_.node_samples.data();
+        return true;
+    }
+
+    /// Appends the first node of a span and the samples between its nodes. False if memory runs out.
+    [[nodiscard]] bool add(spline_span<N> const& span)
+    {
+        std::uint64_t const steps =
+            count_steps(span_arc_length(span), sampling_step(span, sample_tolerance_, min_step_));
+        std::size_t const first = curve_.sample_params.size();
+        if (!make_samples(first + steps + 1)) return false; // one more: the last node
+
+        *node_param_++ = curve_.spline_length;
+        *node_sample_++ = static_cast<unsigned>(first);
+        double const square = append_samples(span, steps);
+        if (square > largest_square_) {
+            largest_square_ = square;
+            curve_.deviation = std::sqrt(square);
+        }
+        return true;
+    }
+
+    /// Appends the last node and brings the parameters into the range from 0 to 1.
+    void finish(vector<N> const& last_point)
+    {
+        if (curve_.spline_length > 0) {
+            scale(curve_.sample_params, 1 / curve_.spline_length);
+            scale(curve_.node_params, 1 / curve_.spline_length);
+        }
+        *node_param_ = 1;
+        *node_sample_ = static_cast<unsigned>(curve_.sample_params.size());
+        curve_.sample_params.push_back(1);                           // there is room
+        static_cast<void>(append_point(last_point, curve_.samples)); // there is room
+    }
+
+private:
+    /// Makes room for `count` samples in all.
+    [[nodiscard]] bool make_samples(std::size_t count)
+    {
+        return can_be_numbered(count) && curve_.samples.reserve(N, count, 2) &&
+               curve_.sample_params.reserve(count, 2);
+    }
+
+    /// Appends a span's first node and the `steps` - 1 samples after it; there is room for them. Parameters
+    /// are not normalised yet. Returns the largest squared distance of a sample from the chord.
+    double append_samples(spline_span<N> const& span, std::uint64_t steps)
+    {
+        std::size_t const first = curve_.sample_params.size();
+        std::size_t const end = first + steps;
+        if (!curve_.samples.resize(N, end) || !curve_.sample_params.resize(end)) return 0; // there is room
+        double* point = curve_.samples.col(first);
+        double* param = curve_.sample_params.data() + first;
+        auto const append = [&](double at, vector<N> const& position) {
+            *param++ = at;
+            point = std::copy_n(position.values, N, point);
+        };
+
+        double const start = curve_.spline_length;
+        double const speed = norm(span.a1);
+        double const dt = 1 / static_cast<double>(steps);
+        auto const chord = span.a1 + span.a2 + span.a3;
+        double const chord_square = dot(chord, chord);
+        double largest_square = 0;
+        append(start, span.a0);
+        for (std::uint64_t j = 1; j < steps; ++j) {
+            double const t = static_cast<double>(j) * dt;
+            auto const offset = span_offset(span, t);
+            auto const area = cross(offset, chord);
+            append(speed * t + start, span.a0 + offset);
+            largest_square = std::max(largest_square, dot(area, area));
+        }
+        // One division at the end: dividing all values by the same number keeps their order.
+        return largest_square != 0 ? largest_square / chord_square : 0;
+    }
+
+    double sample_tolerance_;
+    double min_step_;
+    spline_samples& curve_;
+    double* node_param_ = nullptr; // of the next node
+    unsigned* node_sample_ = nullptr;
+    double largest_square_ = 0;
+};
 
 } // namespace
 
@@ -85,57 +147,29 @@ template <std::size_t N>
 bool sample_spline(guided_chain<N> const& chain, double sample_tolerance, double min_step,
     double most_deviation, std::type_identity_t<curvature_sizes<N>>* sizes, spline_samples& curve)
 {
-    curve.samples.clear();
-    curve.sample_params.clear();
-    curve.spline_length = curve.deviation = 0;
     std::size_t const nodes = chain.spans() + 1;
-    if (!curve.node_params.reserve(nodes, 2) || !curve.node_samples.reserve(nodes, 2) ||
-        !make_samples<N>(2 * nodes - 1, curve))
-        return false;
-    static_cast<void>(curve.node_params.resize(nodes)); // there is room
-    static_cast<void>(curve.node_samples.resize(nodes));
-    double* const node_params = curve.node_params.data();
-    unsigned* const node_samples = curve.node_samples.data();
+    spline_sampler<N> sampler(sample_tolerance, min_step, curve);
+    if (!sampler.begin(nodes)) return false;
 
-    double largest_square = 0;
-    double& length = curve.spline_length;
     bool has_room = true;
     bool is_usable = true;
     spline_spans<N> spans(chain);
-    for (std::size_t k = 0; k + 1 < nodes; ++k) {
+    for (std::size_t k = 0; k < chain.spans(); ++k) {
         auto const span = spans.next();
-        // The length is completed without samples: the caller needs it to tell a bad chain from lack of
+        // The length is completed even without samples: the caller needs it to tell a bad chain from a lack of
         // memory.
-        if (is_usable && has_room) {
-            std::uint64_t const steps =
-                count_steps(span_arc_length(span), sampling_step(span, sample_tolerance, min_step));
-            std::size_t const first = curve.sample_params.size();
-            has_room = make_samples<N>(first + steps + 1, curve);
-            if (has_room) {
-                node_params[k] = length;
-                node_samples[k] = static_cast<unsigned>(first);
-                double const square = append_span(span, steps, length, curve);
-                if (square > largest_square) {
-                    largest_square = square;
-                    curve.deviation = std::sqrt(square);
-                    is_usable = !(curve.deviation > most_deviation);
-                }
-                if (is_usable && sizes) sizes->add(span);
-            }
+        if (has_room && is_usable) {
+            has_room = sampler.add(span);
+            is_usable = !(curve.deviation > most_deviation);
+            if (has_room && is_usable && sizes) sizes->add(span);
         }
-        length += norm(span.a1);
+        curve.spline_length += norm(span.a1);
     }
     if (!has_room || !is_usable) return has_room;
 
-    if (length > 0) {
-        scale(curve.sample_params, 1 / length);
-        scale(curve.node_params, 1 / length);
-    }
     if (sizes) sizes->finish();
-    node_samples[nodes - 1] = static_cast<unsigned>(curve.sample_params.size());
-    node_params[nodes - 1] = 1;
-    curve.sample_params.push_back(1); // there is room
-    return append_point(vector_at<N>(chain.point(nodes)), curve.samples);
+    sampler.finish(vector_at<N>(chain.point(nodes)));
+    return true;
 }
 
 template bool sample_spline(

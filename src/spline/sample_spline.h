@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <limits>
 #include <type_traits>
 
 #include <trelk/dense1D.h>
@@ -10,6 +11,9 @@
 #include "spline/spline_span.h"
 
 namespace trelk::vornik1d {
+
+/// The largest deviation to allow if every deviation is accepted.
+constexpr double any_deviation = std::numeric_limits<double>::infinity();
 
 /// A polyline that approximates a spline. Its parameter runs from 0 to 1. Over a span it grows in proportion
 /// to the span's parameter t, by the speed |a1| at the span's first node. The speed equals the chord's

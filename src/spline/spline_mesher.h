@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <limits>
 
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
@@ -11,15 +10,17 @@
 #include <vornik1d/vornik1d.h>
 
 #include "metric/param_sampling.h"
-#include "metric/sizes.h"
 #include "placement/line.h"
 #include "placement/node_placer.h"
 #include "rules.h"
+#include "special_values.h"
 #include "spline/bend_nodes.h"
 #include "spline/curvature_sizes.h"
 #include "spline/sample_spline.h"
 
 namespace trelk::vornik1d {
+
+constexpr int not_finite = -1; // the status that `mesh_spline` returns for such a chain
 
 /// The workspace that meshes splines, one after the other. Its memory is reused from one spline to the next.
 template <class Targets>
@@ -35,12 +36,11 @@ public:
 
     /// Samples the spline through `chain`: columns of `coords`, the first and the last being guide nodes. If
     /// its deviation exceeds `most_deviation`, the spline cannot be meshed afterwards. Returns 0,
-    /// `no_storage`, or -1 if a node or the curve's length is not finite.
-    int sample(dense1D<unsigned> const& chain, spline_rule const& rule,
-        double most_deviation = std::numeric_limits<double>::infinity())
+    /// `no_storage`, or `not_finite` if a node or the curve's length is not finite.
+    int sample(dense1D<unsigned> const& chain, spline_rule const& rule, double most_deviation)
     {
         guided_chain<N> const nodes(coords_, chain.data(), chain.size());
-        if (!are_finite(nodes)) return -1;
+        if (!are_finite(nodes)) return not_finite;
         if (!find_bend_nodes(nodes, bends_, bend_params_) ||
             !bend_sizes_.begin(nodes.count, rule.deviation_tolerance))
             return no_storage;
@@ -49,7 +49,7 @@ public:
         // The samples are ten times closer to the curve than the mesh must be.
         bool const is_sampled = sample_spline(nodes, 0.1 * rule.deviation_tolerance, 0.5 * rule.min_size,
             most_deviation, all_bend_ ? &bend_sizes_ : nullptr, curve_);
-        if (!std::isfinite(curve_.spline_length)) return -1;
+        if (!std::isfinite(curve_.spline_length)) return not_finite;
         return is_sampled ? 0 : no_storage;
     }
 
@@ -69,7 +69,7 @@ public:
             .targets = targets_.data(),
             .count = curve_.samples.cols()};
         wanted_values const wanted{keeps_values_, keeps_values_};
-        placer_.begin(0);
+        placer_.start_line(0);
         bool const is_planned =
             placer_.plan(polyline.last(), rule, [&](double* cum) { return measure<Targets>(polyline, cum); });
         if (!is_planned || placer_.place(polyline, wanted) != 0 || !placer_.set_ends(polyline, wanted))

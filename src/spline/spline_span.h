@@ -7,7 +7,7 @@
 #include <trelk/dense2D.h>
 
 #include "arrays/vectors.h"
-#include "metric/sizes.h"
+#include "special_values.h"
 
 // The spline's model: a chain of cubics in Hermite form, each built from the nodes at its two ends and a
 // guide node on either side.
@@ -126,10 +126,11 @@ public:
     /// The next span; call it at most `spans()` times.
     spline_span<N> next()
     {
-        unsigned const* const i = chain_.nodes + at_;
-        auto const after = chain_.chord(at_ + 2);
-        auto const span = build_span(chain_.point(at_ + 1), i[0] == i[1], i[2] == i[3], before_, own_, after);
-        ++at_;
+        unsigned const* const i = chain_.nodes + first_;
+        auto const after = chain_.chord(first_ + 2);
+        auto const span =
+            build_span(chain_.point(first_ + 1), i[0] == i[1], i[2] == i[3], before_, own_, after);
+        ++first_;
         before_ = own_;
         own_ = after;
         return span;
@@ -137,7 +138,7 @@ public:
 
 private:
     guided_chain<N> chain_;
-    std::size_t at_ = 0; // of the span's first guide node
+    std::size_t first_ = 0; // entry of the next span's first guide node
     spline_chord<N> before_;
     spline_chord<N> own_;
 };

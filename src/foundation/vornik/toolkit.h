@@ -6,8 +6,12 @@
 #include <trelk/dense2D.h>
 #include <trelk/symmetric_fixed.h>
 #include <trelk/vector_fixed.h>
+#include <vornik/neighbors.h>
 
 namespace trelk::vornik {
+
+/// Status of a call if memory runs out.
+constexpr int no_storage = -199;
 
 /// Kind of a mesh's elements; lines know the two-node one alone.
 enum class element_type { edge = 2 };
@@ -73,20 +77,8 @@ void bound_metric_gradations(dense2D<double> const& coords, dense2D<unsigned> co
     element_type type, dense1D<unsigned> const& nodes, bool both_ends, int mode, double max_gradation,
     dense2D<double>& target) noexcept;
 
-/// Stands for no element, no colour.
-constexpr unsigned none = 4294967295;
-
-/// Finds the neighbours of two-node elements, one per column of `connect`, its end nodes in rows 0 and 1.
-///
-/// Two element ends are neighbours if they are the only ones at their node. So neither a free end has one,
-/// nor the ends at a node where three or more meet, nor an element that begins and ends at one node.
-///
-/// @param[out] neighbors  is replaced: row i of column e is the neighbour at the node opposite local node i,
-///                 so row 0 at the second node, row 1 at the first; `none` where there is none. Empty on a
-///                 failure.
-/// @return 0; -1: `connect` is not empty and has fewer than 2 rows; -199: no storage.
-///
-/// Linear in elements plus the span of node numbers, or E log E for E elements if that is wide.
+/// Calls `find_neighbors`. Returns 0; -1 if `connect` is not empty and has fewer than 2 rows; -199 if memory
+/// runs out. `neighbors` is empty on a failure.
 int get_neighbors(
     dense2D<unsigned> const& connect, element_type type, bool flag, dense2D<unsigned>& neighbors) noexcept;
 

@@ -6,49 +6,6 @@ namespace trelk::vornik {
 
 namespace {
 
-constexpr int no_storage = -199;
-
-/// Numbers the nodes of a connectivity from 0: by their distance from the lowest one, or where that would
-/// take far more slots than there are ends of elements, by their rank.
-class node_slots
-{
-public:
-    [[nodiscard]] bool build(dense2D<unsigned> const& connect)
-    {
-        constexpr std::size_t widest = 32; // slots per element
-        lowest_ = none;
-        unsigned highest = 0;
-        for (std::size_t e = 0; e < connect.cols(); ++e) {
-            auto const [low, high] = std::minmax(connect(0, e), connect(1, e));
-            lowest_ = std::min(lowest_, low);
-            highest = std::max(highest, high);
-        }
-        size_ = std::size_t{highest} - lowest_ + 1;
-        if (size_ / widest <= connect.cols()) return true;
-
-        if (!ranked_.resize(2 * connect.cols())) return false;
-        for (std::size_t e = 0; e < connect.cols(); ++e)
-            std::copy_n(connect.col(e), 2, ranked_.data() + 2 * e);
-        std::sort(ranked_.begin(), ranked_.end());
-        size_ = static_cast<std::size_t>(std::unique(ranked_.begin(), ranked_.end()) - ranked_.begin());
-        return true;
-    }
-
-    std::size_t size() const { return size_; }
-
-    std::size_t operator()(unsigned node) const
-    {
-        if (ranked_.empty()) return node - lowest_;
-        auto const* const first = ranked_.begin();
-        return static_cast<std::size_t>(std::lower_bound(first, first + size_, node) - first);
-    }
-
-private:
-    unsigned lowest_ = 0;
-    std::size_t size_ = 0;
-    dense1D<unsigned> ranked_;
-};
-
 unsigned color_of(dense1D<unsigned> const& colors, std::size_t element)
 {
     return element < colors.size() ? colors[element] : none;
@@ -58,35 +15,11 @@ unsigned color_of(dense1D<unsigned> const& colors, std::size_t element)
 
 int get_neighbors(dense2D<unsigned> const& connect, element_type, bool, dense2D<unsigned>& neighbors) noexcept
 {
-    if (connect.empty() || connect.rows() < 2) {
-        int const status = connect.empty() ? 0 : -1;
+    if (!connect.empty() && connect.rows() < 2) {
         neighbors.clear();
-        return status;
+        return -1;
     }
-    std::size_t const n = connect.cols();
-    node_slots slots;
-    dense1D<unsigned> ends;   // at each node, 3 standing for more
-    dense1D<unsigned> owners; // the elements of these ends, combined by exclusive or
-    dense2D<unsigned> result;
-    if (n > none || !slots.build(connect) || !ends.resize(slots.size(), 0) ||
-        !owners.resize(slots.size(), 0) || !result.resize(2, n)) {
-        neighbors.clear();
-        return no_storage;
-    }
-    for (std::size_t e = 0; e < n; ++e)
-        for (std::size_t i = 0; i < 2; ++i) {
-            std::size_t const slot = slots(connect(i, e));
-            ends[slot] = std::min(ends[slot] + 1, 3U);
-            owners[slot] ^= static_cast<unsigned>(e);
-        }
-    for (std::size_t e = 0; e < n; ++e)
-        for (std::size_t i = 0; i < 2; ++i) {
-            std::size_t const slot = slots(connect(i, e));
-            bool const is_pair = ends[slot] == 2 && connect(0, e) != connect(1, e);
-            result(1 - i, e) = is_pair ? owners[slot] ^ static_cast<unsigned>(e) : none;
-        }
-    neighbors = result;
-    return 0;
+    return find_neighbors(connect, neighbors) ? 0 : no_storage;
 }
 
 int get_colors_boundaries(dense2D<unsigned> const& connect, dense2D<unsigned> const& neighbors,

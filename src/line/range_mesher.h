@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <numeric>
 
 #include <trelk/dense2D.h>
 #include <vornik1d/vornik1d.h>
@@ -21,22 +22,23 @@ namespace trelk::vornik1d {
 ///
 /// The new nodes are stored after the last column of `coords`; `accept` makes them columns.
 template <class Targets>
-class span_mesher
+class range_mesher
 {
 public:
     static constexpr std::size_t N = Targets::dimension;
 
-    span_mesher(dense2D<double>& coords, line_mesh<Targets>& mesh) : placer_(coords, mesh), coords_(coords) {}
+    range_mesher(dense2D<double>& coords, line_mesh<Targets>& mesh) : placer_(coords, mesh), coords_(coords)
+    {}
 
     void expect_columns(std::size_t columns) { placer_.expect_columns(columns); }
 
     /// Meshes `chain`. `segment_lengths` has the metric lengths of its segments, or is null. The wanted
-    /// parameters and targets of the mesh start at entry `at` of the lists. Returns 0, or `no_storage` if
-    /// memory runs out or the nodes exceed 32-bit numbers.
+    /// parameters and targets of the mesh start at entry `first_value` of the lists. Returns 0, or
+    /// `no_storage` if memory runs out or the nodes exceed 32-bit numbers.
     int run(line_view<Targets> const& chain, double const* segment_lengths, element_rule const& rule,
-        std::size_t at, wanted_values wanted)
+        std::size_t first_value, wanted_values wanted)
     {
-        placer_.begin(at);
+        placer_.start_line(first_value);
         first_point_ = point_of(chain, 0);
         last_point_ = point_of(chain, chain.last());
         bool const is_straight = chain.count == 2; // one pass is exact
@@ -83,10 +85,9 @@ private:
     {
         return placer_.plan(chain.last(), rule, [&](double* cum) {
             if (!segment_lengths) return measure<Targets>(chain.over(coords_), cum);
-            double length = 0;
             cum[0] = 0;
-            for (std::size_t s = 0; s < chain.last(); ++s) cum[s + 1] = length += segment_lengths[s];
-            return length;
+            std::partial_sum(segment_lengths, segment_lengths + chain.last(), cum + 1);
+            return cum[chain.last()];
         });
     }
 

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <limits>
+
+// Numbers with a meaning of their own. This header depends on nothing, so that every layer can use it.
+
+namespace trelk::vornik1d {
+
+/// Stands for no limit of a size, an eigenvalue or a tolerance.
+constexpr double largest = std::numeric_limits<double>::max();
+
+/// Stands for no limit of a count of elements or nodes.
+constexpr unsigned unlimited = 4294967295;
+
+/// Stands for the colour of an element that has none.
+constexpr unsigned uncolored = 4294967295;
+
+/// True if 32-bit node numbers can name `count` nodes. The largest 32-bit number means "none".
+constexpr bool can_be_numbered(std::size_t count) noexcept { return count <= 4294967295; }
+
+} // namespace trelk::vornik1d
