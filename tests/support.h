@@ -11,7 +11,7 @@
 
 // Builders of containers and calls, and a switch that makes allocations fail.
 
-constexpr unsigned no_limit = 4294967295;
+using trelk::vornik1d::no_limit;
 constexpr double largest_double = std::numeric_limits<double>::max();
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();

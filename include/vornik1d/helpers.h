@@ -1,0 +1,289 @@
+#pragma once
+
+// Inline helpers for steps at which people go wrong. They call exported functions alone, throw nothing, and run in
+// linear time unless they say otherwise.
+
+#include <algorithm>
+#include <cstddef>
+
+#include <vornik/neighbors.h>
+#include <vornik1d/vornik1d.h>
+
+namespace trelk::vornik1d {
+
+/// @defgroup helpers Helpers
+/// `#include <vornik1d/helpers.h>`: status texts, guide nodes, neighbours, and sizes for closed loops.
+/// @{
+
+/// Puts a status into words: "success", "argument 4 is wrong", "no memory ...". Arguments are counted from 1
+/// in the overload that was called; an overload with options counts as its fullest one.
+[[nodiscard]] inline char const* status_text(int status) noexcept
+{
+    constexpr char const* texts[] = {"success", "argument 1 is wrong", "argument 2 is wrong",
+        "argument 3 is wrong", "argument 4 is wrong", "argument 5 is wrong", "argument 6 is wrong",
+        "argument 7 is wrong", "argument 8 is wrong", "argument 9 is wrong", "argument 10 is wrong",
+        "argument 11 is wrong", "argument 12 is wrong", "argument 13 is wrong"};
+    if (status >= 0) return texts[0]; // `mesh_reorient` returns a count
+    if (status > -14) return texts[-status];
+    bool const is_memory = status == no_storage || status == -196 || status == -195; // short `remesh_lines`
+    return is_memory ? "no memory, or more nodes than 32-bit numbers can name" : "unknown status";
+}
+
+/// @cond inside
+namespace helpers_detail {
+
+/// Positions in a chain: its entries and a guide before and after them. Empty if the chain is too short or
+/// memory runs out.
+inline dense1D<unsigned> guided_positions(dense1D<unsigned> const& chain, bool closed) noexcept
+{
+    std::size_t n = chain.size();
+    if (closed && n > 1 && chain[0] == chain[n - 1]) --n;
+    dense1D<unsigned> result;
+    if (n < (closed ? 3U : 2U) || n >= no_limit || !result.resize(closed ? n + 3 : n + 2)) return {};
+
+    auto const last = static_cast<unsigned>(n - 1);
+    result[0] = closed ? last : 0;
+    for (unsigned k = 0; k <= last; ++k) result[k + 1] = k;
+    result[n + 1] = closed ? 0 : last;
+    if (closed) result[n + 2] = 1;
+    return result;
+}
+
+} // namespace helpers_detail
+/// @endcond
+
+/// Adds the guide nodes that `mesh_spline` needs to a chain.
+///
+/// An open chain a, b, ..., z becomes a, a, b, ..., z, z. A closed chain a, b, ..., z becomes z, a, b, ...,
+/// z, a, b; its first node may or may not be repeated at its end.
+///
+/// @return a new list, which is empty if an open chain has fewer than 2 nodes, a closed one fewer than 3, or
+///         if memory runs out. `mesh_spline` then returns -2.
+[[nodiscard]] inline dense1D<unsigned> with_guides(dense1D<unsigned> const& chain, bool closed) noexcept
+{
+    dense1D<unsigned> result = helpers_detail::guided_positions(chain, closed);
+    for (unsigned& entry : result) entry = chain[entry];
+    return result;
+}
+
+/// The sizes that go with `with_guides(chain, closed)`, from a size per entry of `chain`.
+/// @return a new list; empty if `sizes` is shorter than `chain`, and where the other overload is empty.
+[[nodiscard]] inline dense1D<double> with_guides(
+    dense1D<unsigned> const& chain, dense1D<double> const& sizes, bool closed) noexcept
+{
+    dense1D<unsigned> const positions = helpers_detail::guided_positions(chain, closed);
+    dense1D<double> result;
+    if (sizes.size() < chain.size() || !result.resize(positions.size())) return {};
+    for (std::size_t k = 0; k < positions.size(); ++k) result[k] = sizes[positions[k]];
+    return result;
+}
+
+/// The tensors that go with `with_guides(chain, closed)`, from a column per entry of `chain`.
+/// @return a new matrix; empty if `metrics` has fewer columns than `chain` entries, and where the first
+///         overload is empty.
+[[nodiscard]] inline dense2D<double> with_guides(
+    dense1D<unsigned> const& chain, dense2D<double> const& metrics, bool closed) noexcept
+{
+    dense1D<unsigned> const positions = helpers_detail::guided_positions(chain, closed);
+    dense2D<double> result;
+    if (metrics.cols() < chain.size() || !result.resize(metrics.rows(), positions.size())) return {};
+    for (std::size_t k = 0; k < positions.size(); ++k)
+        std::copy_n(metrics.col(positions[k]), metrics.rows(), result.col(k));
+    return result;
+}
+
+/// Finds the neighbours that `mesh_reorient` needs.
+///
+/// Two elements are neighbours at a node where they alone meet. At an end of a line, and where three or more
+/// elements meet, an element has no neighbour (4294967295).
+///
+/// @param connect  an element per column, its end nodes in rows 0 and 1, at least 2 rows.
+/// @return 2 rows: row 0 of column e is the neighbour of element e at its second node, row 1 the one at its
+///         first node. Empty if `connect` is empty or has 1 row, or if memory runs out. `mesh_reorient` then
+///         returns -2.
+[[nodiscard]] inline dense2D<unsigned> neighbors_of(dense2D<unsigned> const& connect) noexcept
+{
+    dense2D<unsigned> result;
+    if (connect.rows() >= 2) static_cast<void>(vornik::find_neighbors(connect, result)); // empty on a failure
+    return result;
+}
+
+/// @cond inside
+namespace helpers_detail {
+
+/// The closed chains of a network: chains that begin and end at one node.
+class closed_chains
+{
+public:
+    dense1D<unsigned> labels; ///< For each element the number of its closed chain, or `no_color`.
+
+    /// Follows the chains of `connect`, which are cut at `break_nodes`. False if memory runs out.
+    [[nodiscard]] bool find(dense2D<double> const& coords, dense2D<unsigned> const& connect,
+        dense1D<unsigned> const& break_nodes) noexcept
+    {
+        std::size_t const n = coords.cols();
+        std::size_t const count = connect.cols();
+        dense1D<unsigned> is_visited;
+        if (!ends_.resize(n, 0) || !next_.resize(n, no_color) || !is_visited.resize(count, 0) ||
+            !labels.resize(count, no_color))
+            return false;
+        constexpr unsigned arrives = 1, leaves = 2, is_end = 4;
+        for (unsigned e = 0; e < count; ++e) {
+            unsigned& start = ends_[connect(0, e)];
+            start |= (start & leaves) != 0 ? is_end : leaves;
+            unsigned& end = ends_[connect(1, e)];
+            end |= (end & arrives) != 0 ? is_end : arrives;
+            next_[connect(0, e)] = e;
+        }
+        for (unsigned& at_node : ends_) at_node = at_node == (arrives | leaves) ? 0 : 1;
+        for (unsigned const node : break_nodes) ends_[node] = 1;
+
+        for (bool const from_ends : {true, false}) // then rings without an end
+            for (unsigned e = 0; e < count; ++e)
+                if (is_visited[e] == 0 && (!from_ends || ends_[connect(0, e)] != 0))
+                    if (!follow(coords, connect, e, is_visited)) return false;
+        return true;
+    }
+
+    std::size_t size() const noexcept { return lengths_.size(); }
+
+    /// Lowers the sizes at the nodes of closed chain `c` to its length divided by `parts`. If other chains
+    /// meet it at its end node, the size there is only lowered to the length of `c`, and only if it is fixed
+    /// from outside.
+    void lower_sizes(std::size_t c, dense2D<unsigned> const& connect, double parts, double default_size,
+        double min_size, dense1D<double>& sizes) const noexcept
+    {
+        for (std::size_t k = starts_[c]; k < starts_[c + 1]; ++k) {
+            unsigned const node = connect(0, elements_[k]);
+            bool const is_end = ends_[node] != 0;
+            if (is_end && !(sizes[node] > lengths_[c] || min_size > lengths_[c])) continue;
+            double const size = sizes[node] > 0 ? sizes[node] : default_size;
+            sizes[node] = std::min(size, is_end ? lengths_[c] : lengths_[c] / parts);
+        }
+    }
+
+private:
+    /// Follows the chain that begins with element `first`, and keeps it if it is closed.
+    bool follow(dense2D<double> const& coords, dense2D<unsigned> const& connect, unsigned first,
+        dense1D<unsigned>& is_visited) noexcept
+    {
+        std::size_t const start = elements_.size();
+        dense1D<unsigned> nodes;
+        unsigned e = first;
+        for (;;) {
+            is_visited[e] = 1;
+            if (!elements_.push_back(e) || !nodes.push_back(connect(0, e))) return false;
+            unsigned const end = connect(1, e);
+            if (end == connect(0, first) || ends_[end] != 0) break;
+            e = next_[end];
+        }
+        double chain_length = 0;
+        bool const is_closed = connect(1, e) == connect(0, first);
+        if (!nodes.push_back(connect(1, e))) return false;
+        if (!is_closed || length(coords, nodes, chain_length) != 0 || !(chain_length > 0))
+            return elements_.resize(start);
+
+        for (std::size_t k = start; k < elements_.size(); ++k)
+            labels[elements_[k]] = static_cast<unsigned>(size());
+        return (!starts_.empty() || starts_.push_back(0)) && lengths_.push_back(chain_length) &&
+               starts_.push_back(static_cast<unsigned>(elements_.size()));
+    }
+
+    dense1D<unsigned> ends_; // by node: not 0 if chains end there
+    dense1D<unsigned> next_; // by node: the element that leaves it
+    dense1D<unsigned> elements_;
+    dense1D<unsigned> starts_; // of each closed chain in `elements_`, and their end
+    dense1D<double> lengths_;
+};
+
+/// Remeshes a copy of a network. `colors` and `hard_nodes` become those of the new mesh.
+inline int try_remesh(dense2D<double> const& coords, dense2D<unsigned> const& connect, double default_size,
+    remesh_options options, dense1D<unsigned>& colors, dense1D<unsigned>& hard_nodes) noexcept
+{
+    dense2D<double> new_coords;
+    dense2D<unsigned> new_connect = connect; // replaced, not changed
+    if (!new_coords.copy(coords)) return no_storage;
+    options.colors = &colors, options.hard_nodes = &hard_nodes;
+    return remesh_lines(new_coords, new_connect, default_size, options);
+}
+
+} // namespace helpers_detail
+/// @endcond
+
+/// Finds sizes with which `remesh_lines` keeps closed loops from collapsing.
+///
+/// A ring of length 10 and size 5 becomes 2 elements, and then a single element from a node to itself. This
+/// function lowers the sizes at the nodes of such rings until each has `min_elements` elements:
+///
+/// ```cpp
+/// dense1D<double> sizes;
+/// int status = loop_sizes(coords, connect, 5.0, options, 3, sizes);
+/// options.sizes = sizes;
+/// if (status == 0) status = remesh_lines(coords, connect, 5.0, options);
+/// ```
+///
+/// A closed loop is a chain that begins and ends at one node, whether other chains meet it there or not. The
+/// sizes of other chains stay. If no loop has too few elements, `sizes` equals `options.sizes` with zeros
+/// appended.
+///
+/// @param coords, connect, default_size, options  as `remesh_lines` will get them; none is changed.
+/// @param min_elements  the least number of elements of a closed loop, usually 3.
+/// @param[out] sizes    replaced by a size per node, 0 where the default holds; unchanged on a failure.
+/// @return 0, also for an empty `connect`; n > 0 if n loops could not be helped within 100 trials; -5 if
+///         `min_elements` is above `options.max_elements`; otherwise as `remesh_lines`.
+///
+/// Cost: remeshes copies of the network, once without loops, usually 2 to 6 times with loops that collapse.
+[[nodiscard]] inline int loop_sizes(dense2D<double> const& coords, dense2D<unsigned> const& connect,
+    double default_size, remesh_options const& options, unsigned min_elements,
+    dense1D<double>& sizes) noexcept
+{
+    constexpr int most_trials = 100;
+    dense1D<double> result;
+    dense1D<unsigned> colors;
+    dense1D<unsigned> break_nodes;
+    if (!result.copy(options.sizes) || (options.colors && !colors.copy(*options.colors)) ||
+        (options.hard_nodes && !break_nodes.copy(*options.hard_nodes)))
+        return no_storage;
+    if (connect.empty()) return sizes = result, 0;
+    if (min_elements > options.max_elements) return -5;
+
+    remesh_options trial = options;
+    trial.min_elements = std::min(options.min_elements, 1U), trial.max_elements = 1;
+    int status = helpers_detail::try_remesh(coords, connect, default_size, trial, colors, break_nodes);
+    if (status != 0) return status;
+
+    helpers_detail::closed_chains loops;
+    dense1D<double> parts; // into which each loop is cut by its sizes
+    dense1D<unsigned> counts;
+    if (!loops.find(coords, connect, break_nodes) || !parts.resize(loops.size(), min_elements) ||
+        !result.resize(std::max(result.size(), coords.cols()), 0) || !counts.resize(loops.size()))
+        return no_storage;
+
+    int unhelped = 0;
+    for (int k = 0; k < most_trials && loops.size() > 0; ++k) {
+        trial = options;
+        trial.sizes = result;
+        dense1D<unsigned> hard_nodes;
+        if (!colors.copy(loops.labels) || !hard_nodes.copy(break_nodes)) return no_storage;
+        status = helpers_detail::try_remesh(coords, connect, default_size, trial, colors, hard_nodes);
+        if (status != 0) return status;
+
+        std::fill(counts.begin(), counts.end(), 0);
+        for (unsigned const label : colors)
+            if (label < loops.size()) ++counts[label];
+        unhelped = 0;
+        for (std::size_t c = 0; c < loops.size(); ++c) {
+            if (counts[c] >= min_elements) continue;
+            loops.lower_sizes(c, connect, parts[c], default_size, options.min_size, result);
+            parts[c] *= 1.25;
+            ++unhelped;
+        }
+        if (unhelped == 0) break;
+    }
+    sizes = result;
+    return unhelped;
+}
+
+/// @}
+
+} // namespace trelk::vornik1d
