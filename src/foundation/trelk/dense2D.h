@@ -45,6 +45,8 @@ public:
         using difference_type = std::ptrdiff_t;            ///< Difference of two positions.
         using iterator_category = std::input_iterator_tag; ///< Since columns come by value.
 
+        /// @{
+        /// The usual operations of an iterator.
         iterator() noexcept = default;
         value_type operator*() const noexcept { return {base_ + at_ * ld_, rows_}; }
         iterator& operator++() noexcept { return ++at_, *this; }
@@ -56,6 +58,7 @@ public:
         }
         bool operator==(iterator const& other) const noexcept { return at_ == other.at_; }
         bool operator!=(iterator const& other) const noexcept { return at_ != other.at_; }
+        /// @}
 
     private:
         friend class matrix_columns;
