@@ -88,8 +88,9 @@ constexpr unsigned no_color = 4294967295;
 
 /// @}
 /// @defgroup tolerances The three meanings of a tolerance
+/// How a mesh treats the bends of its line.
 ///
-/// `deviation_tolerance` says how a mesh treats the bends of its line. Its sign selects the meaning:
+/// The sign of `deviation_tolerance` selects the meaning:
 ///
 /// | | `mesh_line` | `mesh_spline` | `remesh_lines`, for each chain |
 /// | --- | --- | --- | --- |
@@ -172,24 +173,22 @@ struct remesh_options
 /// @param default_size  target size at nodes without one of their own, at least 0, in length units of the
 ///                 model.
 /// @param options  see `remesh_options`.
-/// @return 0, also for an empty `connect`, whatever the other arguments are;
-///         -1: `coords` has neither 2 nor 3 rows;
-///         -2: `connect` has 1 row, or an end node that is no column of `coords`;
-///         -3: `default_size` is negative or NaN;
-///         -7: an entry of `hard_edges` is no column of `connect`;
-///         -9: `max_angle` is negative or NaN;
-///         -11: `max_gradation` is negative or NaN;
-///         -12: `min_size` is negative or NaN;
-///         -13: `min_elements` is above `max_elements`;
-///         -199: no memory, or more nodes than 32-bit numbers can name.
-///         A chain that cannot be meshed returns the status of its mesher:
-///         -1, -2: positions that are not finite; -2 also for a chain of length 0 if `deviation_tolerance` is
-///         0;
-///         -3: a size that is 0 or not finite at a node of the chain, also at the ends of a chain of length 0
-///         without `min_size`;
-///         -5: `min_elements` is 0.
+/// @retval 0    success, also for an empty `connect`, whatever the other arguments are
+/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -2   `connect` has 1 row, or an end node that is no column of `coords`
+/// @retval -3   `default_size` is negative or NaN
+/// @retval -7   an entry of `hard_edges` is no column of `connect`
+/// @retval -9   `max_angle` is negative or NaN
+/// @retval -11  `max_gradation` is negative or NaN
+/// @retval -12  `min_size` is negative or NaN
+/// @retval -13  `min_elements` is above `max_elements`
+/// @retval -199 no memory, or more nodes than 32-bit numbers can name
 ///
 /// Special cases:
+///   - **A chain that cannot be meshed** returns the status of its mesher: -1 or -2 for positions that are not
+///     finite, -2 for a chain of length 0 if `deviation_tolerance` is 0, -3 for a size that is 0 or not finite at
+///     one of its nodes (also at the ends of a chain of length 0 without `min_size`), -5 for a `min_elements` of
+///     0.
 ///   - **A ring** without break nodes begins and ends at the first node of its lowest element, and that node
 ///     stays. A ring whose size is near its length or above becomes a single element from a node to itself:
 ///     `loop_sizes` in `<vornik1d/helpers.h>` prevents that.
@@ -197,7 +196,7 @@ struct remesh_options
 ///     node. A run that begins there is taken up from its lowest element, so it may be cut once more,
 ///     depending on the order of columns. `mesh_reorient` gives lines one direction.
 ///   - **Angles.** A change of direction by more than a right angle is always a corner. From 90 degrees on,
-///     `max_angle` acts as its supplement.
+///     `max_angle` acts as its supplement, so 90 gives the fewest corners, and 180 makes every bend a corner.
 ///   - **Colours.** The list may be short or empty; `no_color` means none. Each chain gets the first colour
 ///     along it, or a new colour above all others, as long as there are any below `no_color`.
 ///   - **Hard nodes** above all nodes of `connect` are ignored.
@@ -226,9 +225,17 @@ struct remesh_options
 
 /// The same without sizes, hard nodes and hard edges.
 ///
-/// @return 0; -1, -2, -3 as above; -6: `max_angle`; -8: `max_gradation`; -9: `min_size`; -10: `min_elements`
-///         is above `max_elements`; -196: no memory, or too many nodes. -2 may also mean that `min_elements`
-///         is 0.
+/// @retval 0    success, also for an empty `connect`, whatever the other arguments are
+/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -2   `connect` has 1 row, or an end node that is no column of `coords`; also a `min_elements` of 0
+/// @retval -3   `default_size` is negative or NaN
+/// @retval -6   `max_angle` is negative or NaN
+/// @retval -8   `max_gradation` is negative or NaN
+/// @retval -9   `min_size` is negative or NaN
+/// @retval -10  `min_elements` is above `max_elements`
+/// @retval -196 no memory, or more nodes than 32-bit numbers can name
+///
+/// A chain that cannot be meshed returns the status of its mesher, as in the fullest overload.
 [[nodiscard]] VORNIK1D_API int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
     double default_size, dense1D<unsigned>& colors, bool force_even, double max_angle,
     double deviation_tolerance, double max_gradation, double min_size, unsigned min_elements,
@@ -236,8 +243,17 @@ struct remesh_options
 
 /// The same without colours too.
 ///
-/// @return 0; -1, -2, -3 as above; -5: `max_angle`, or a `min_elements` of 0; -7: `max_gradation`; -8:
-///         `min_size`; -9: `min_elements` is above `max_elements`; -195: no memory, or too many nodes.
+/// @retval 0    success, also for an empty `connect`, whatever the other arguments are
+/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -2   `connect` has 1 row, or an end node that is no column of `coords`
+/// @retval -3   `default_size` is negative or NaN
+/// @retval -5   `max_angle` is negative or NaN; also a `min_elements` of 0
+/// @retval -7   `max_gradation` is negative or NaN
+/// @retval -8   `min_size` is negative or NaN
+/// @retval -9   `min_elements` is above `max_elements`
+/// @retval -195 no memory, or more nodes than 32-bit numbers can name
+///
+/// A chain that cannot be meshed returns the status of its mesher, as in the fullest overload.
 [[nodiscard]] VORNIK1D_API int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
     double default_size, bool force_even, double max_angle, double deviation_tolerance, double max_gradation,
     double min_size, unsigned min_elements, unsigned max_elements) noexcept;
@@ -284,15 +300,15 @@ struct line_options
 ///                 values are ignored.
 /// @param[out] out_indices  the mesh nodes are appended in the order of travel.
 /// @param options  see `line_options`.
-/// @return 0;
-///         -1: `coords` has neither 2 nor 3 rows;
-///         -2: fewer than 2 chain entries, or one that is no column of `coords`; also a chain of length 0 or
-///         NaN if `params` is empty;
-///         -3: `params` does not have one value per chain entry, decreases, or contains a NaN;
-///         -4: `sizes` has fewer values than the chain, or one that is not positive and finite; also an
-///         infinitely long chain if `params` is empty;
-///         -6: `min_elements` is 0 or above `max_elements`;
-///         -199: no memory, or more nodes than 32-bit numbers can name (then nothing is placed).
+/// @retval 0    success
+/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -2   fewer than 2 chain entries, or one that is no column of `coords`; also a chain of length 0 or
+///              NaN if `params` is empty
+/// @retval -3   `params` does not have one value per chain entry, decreases, or contains a NaN
+/// @retval -4   `sizes` has fewer values than the chain, or one that is not positive and finite; also an
+///              infinitely long chain if `params` is empty
+/// @retval -6   `min_elements` is 0 or above `max_elements`
+/// @retval -199 no memory, or more nodes than 32-bit numbers can name (then nothing is placed)
 ///
 /// On a failure nothing has changed, except that `out_params` may be empty.
 ///
@@ -323,10 +339,16 @@ struct line_options
 /// @param metrics  3 or 6 rows for 2 or 3 rows of `coords`: a tensor per chain entry, finite and positive
 ///                 definite; further columns are ignored.
 /// @param coords, indices, out_indices, options  as above.
-/// @return as above, except
-///         -4: `metrics` has the wrong row count, fewer columns than the chain has entries, or a tensor that
-///         is not finite and positive definite; also an infinitely long chain if `params` is empty;
-///         -11: `*options.out_metrics` is not empty and has the wrong row count.
+/// @retval 0    success
+/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -2   fewer than 2 chain entries, or one that is no column of `coords`; also a chain of length 0 or
+///              NaN if `params` is empty
+/// @retval -3   `params` does not have one value per chain entry, decreases, or contains a NaN
+/// @retval -4   `metrics` has the wrong row count, fewer columns than the chain has entries, or a tensor that
+///              is not finite and positive definite; also an infinitely long chain if `params` is empty
+/// @retval -6   `min_elements` is 0 or above `max_elements`
+/// @retval -11  `*options.out_metrics` is not empty and has the wrong row count
+/// @retval -199 no memory, or more nodes than 32-bit numbers can name
 ///
 /// If two neighbouring tensors cannot be reduced to a common basis, the line gets no new nodes. This happens
 /// with tensors that are nearly singular, and with sizes outside about 1e-18 to 1e18.
@@ -334,10 +356,17 @@ struct line_options
     dense2D<double> const& metrics, dense1D<unsigned>& out_indices,
     line_options const& options = {}) noexcept;
 
-/// Meshes a polyline by sizes, with all arguments in a row. Meaning and statuses are as above.
+/// Meshes a polyline by sizes, with all arguments in a row; their meaning is as above.
 /// @param[out] out_params  emptied before all checks, then replaced: the parameter at each mesh node, from
 ///                 the first to the last value of `params`.
 /// @param[out] out_sizes   the size at each mesh node is appended.
+/// @retval 0    success
+/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -2   fewer than 2 chain entries, or one that is no column of `coords`
+/// @retval -3   `params` does not have one value per chain entry, decreases, or contains a NaN
+/// @retval -4   `sizes` has fewer values than the chain, or one that is not positive and finite
+/// @retval -6   `min_elements` is 0 or above `max_elements`
+/// @retval -199 no memory, or more nodes than 32-bit numbers can name
 [[nodiscard]] VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& params, dense1D<double> const& sizes, bool force_even, unsigned min_elements,
     unsigned max_elements, double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices,
@@ -345,13 +374,13 @@ struct line_options
 
 /// Meshes a polyline by sizes, with its chord length as parameter: 0 at the first entry, 1 at the last one.
 ///
-/// @return 0;
-///         -1: `coords` has neither 2 nor 3 rows;
-///         -2: fewer than 2 chain entries, one that is no column of `coords`, or a chain of length 0 or NaN;
-///         -3: `sizes` has fewer values than the chain, or one that is not positive and finite; also a chain
-///         that is infinitely long before its last entry;
-///         -5: `min_elements` is 0 or above `max_elements`;
-///         -199: no memory, or more nodes than 32-bit numbers can name.
+/// @retval 0    success
+/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -2   fewer than 2 chain entries, one that is no column of `coords`, or a chain of length 0 or NaN
+/// @retval -3   `sizes` has fewer values than the chain, or one that is not positive and finite; also a chain
+///              that is infinitely long before its last entry
+/// @retval -5   `min_elements` is 0 or above `max_elements`
+/// @retval -199 no memory, or more nodes than 32-bit numbers can name
 ///
 /// `out_params` is unchanged on -1 and -2, and if memory for the chain's own parameters runs out. Every other
 /// failure leaves it empty.
@@ -360,7 +389,17 @@ struct line_options
     double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
     dense1D<double>& out_sizes) noexcept;
 
-/// Meshes a polyline by tensors, with all arguments in a row. Meaning and statuses are as above.
+/// Meshes a polyline by tensors, with all arguments in a row; their meaning is as above.
+///
+/// @retval 0    success
+/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -2   fewer than 2 chain entries, or one that is no column of `coords`
+/// @retval -3   `params` does not have one value per chain entry, decreases, or contains a NaN
+/// @retval -4   `metrics` has the wrong row count, fewer columns than the chain has entries, or a tensor that
+///              is not finite and positive definite
+/// @retval -6   `min_elements` is 0 or above `max_elements`
+/// @retval -11  `out_metrics` is not empty and has the wrong row count
+/// @retval -199 no memory, or more nodes than 32-bit numbers can name
 [[nodiscard]] VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& params, dense2D<double> const& metrics, bool force_even, unsigned min_elements,
     unsigned max_elements, double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices,
@@ -368,11 +407,15 @@ struct line_options
 
 /// Meshes a polyline by tensors, with its chord length as parameter: 0 at the first entry, 1 at the last one.
 ///
-/// @return 0;
-///         -1, -2, -5, -199: as the overload by sizes and chord length;
-///         -3: `metrics` has the wrong row count, fewer columns than the chain has entries, or a tensor that
-///         is not finite and positive definite; also a chain that is infinitely long before its last entry;
-///         -10: `out_metrics` is not empty and has the wrong row count.
+/// @retval 0    success
+/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -2   fewer than 2 chain entries, one that is no column of `coords`, or a chain of length 0 or NaN
+/// @retval -3   `metrics` has the wrong row count, fewer columns than the chain has entries, or a tensor that
+///              is not finite and positive definite; also a chain that is infinitely long before its last
+///              entry
+/// @retval -5   `min_elements` is 0 or above `max_elements`
+/// @retval -10  `out_metrics` is not empty and has the wrong row count
+/// @retval -199 no memory, or more nodes than 32-bit numbers can name
 [[nodiscard]] VORNIK1D_API int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense2D<double> const& metrics, bool force_even, unsigned min_elements, unsigned max_elements,
     double deviation_tolerance, double min_size, dense1D<unsigned>& out_indices, dense1D<double>& out_params,
@@ -400,11 +443,11 @@ struct end_sizes
 /// @param sizes    a target size per chain entry, positive and finite; further values are ignored.
 /// @param force_even  asks for an even number of elements on each segment.
 /// @param[out] out_indices  the mesh nodes are appended in the order of travel.
-/// @return 0, also for an empty chain, which changes nothing;
-///         -1: `coords` has neither 2 nor 3 rows (tested last);
-///         -2: one chain entry, or one that is no column of `coords`;
-///         -3: `sizes` has fewer values than the chain, or one that is not positive and finite;
-///         -199: no memory, or more nodes than 32-bit numbers can name.
+/// @retval 0    success, also for an empty chain, which changes nothing
+/// @retval -1   `coords` has neither 2 nor 3 rows (tested last)
+/// @retval -2   one chain entry, or one that is no column of `coords`
+/// @retval -3   `sizes` has fewer values than the chain, or one that is not positive and finite
+/// @retval -199 no memory, or more nodes than 32-bit numbers can name
 ///
 /// On a failure nothing has changed. There is no maximum number of elements.
 ///
@@ -416,57 +459,59 @@ struct end_sizes
 ///
 /// @param metrics  a tensor per chain entry, 3 or 6 rows for 2 or 3 rows of `coords`.
 /// @param coords, indices, force_even, out_indices  as above.
-/// @return 0;
-///         -1, -2, -199: as above;
-///         -3: `metrics` has the wrong row count, fewer columns than the chain has entries, or a tensor that
-///         is not finite and positive definite.
+/// @retval 0    success, also for an empty chain, which changes nothing
+/// @retval -1   `coords` has neither 2 nor 3 rows (tested last)
+/// @retval -2   one chain entry, or one that is no column of `coords`
+/// @retval -3   `metrics` has the wrong row count, fewer columns than the chain has entries, or a tensor that
+///              is not finite and positive definite
+/// @retval -199 no memory, or more nodes than 32-bit numbers can name
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense2D<double> const& metrics, bool force_even, dense1D<unsigned>& out_indices) noexcept;
 
 /// Meshes each segment of a polyline by one size: the length of the chain divided by `element_count`. Each
 /// segment gets a whole number of elements, so their sum can differ from `element_count`.
 ///
-/// @return 0, also if `element_count` is 0, whatever the other arguments are;
-///         -1: `coords` has neither 2 nor 3 rows;
-///         -2: fewer than 2 chain entries, or one that is no column of `coords`;
-///         -3: the chain has length 0;
-///         -199: no memory, or more nodes than 32-bit numbers can name.
+/// @retval 0    success, also if `element_count` is 0, whatever the other arguments are
+/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -2   fewer than 2 chain entries, or one that is no column of `coords`
+/// @retval -3   the chain has length 0
+/// @retval -199 no memory, or more nodes than 32-bit numbers can name
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
     unsigned element_count, bool force_even, dense1D<unsigned>& out_indices) noexcept;
 
 /// Meshes the segment from `node_a` to `node_b` by the sizes at its ends: `mesh_straight(coords, 0, 1, {1.0,
 /// 0.2}, nodes)`.
 ///
-/// @return 0;
-///         -1: `coords` has neither 2 nor 3 rows;
-///         -2, -3: `node_a`, `node_b` is no column of `coords`;
-///         -4, -5: `sizes.start`, `sizes.end` is not positive; an infinite one gives -3;
-///         -199: no memory, or more nodes than 32-bit numbers can name.
+/// @retval 0    success
+/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -2,-3 `node_a`, `node_b` is no column of `coords`
+/// @retval -4,-5 `sizes.start`, `sizes.end` is not positive; an infinite one gives -3
+/// @retval -199 no memory, or more nodes than 32-bit numbers can name
 [[nodiscard]] inline int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
     end_sizes const& sizes, dense1D<unsigned>& out_indices) noexcept;
 
-/// The same with the sizes as arguments 4 and 5.
+/// The same with the sizes as arguments 4 and 5, and the same statuses.
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
     double size_a, double size_b, bool force_even, dense1D<unsigned>& out_indices) noexcept;
 
 /// Cuts the segment from `node_a` to `node_b` into `element_count` equal elements.
 ///
-/// @return 0, also if `element_count` is 0, whatever the other arguments are;
-///         -1: `coords` has neither 2 nor 3 rows;
-///         -2, -3: `node_a`, `node_b` is no column of `coords`;
-///         -4: both nodes are at one place;
-///         -199: no memory, or more nodes than 32-bit numbers can name.
+/// @retval 0    success, also if `element_count` is 0, whatever the other arguments are
+/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -2,-3 `node_a`, `node_b` is no column of `coords`
+/// @retval -4   both nodes are at one place
+/// @retval -199 no memory, or more nodes than 32-bit numbers can name
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
     unsigned element_count, dense1D<unsigned>& out_indices) noexcept;
 
 /// Cuts the segments from `node_a` to `node_b` and from `node_b` to `node_c` into about `element_count`
 /// elements of one size.
 ///
-/// @return 0, also if `element_count` is 0, whatever the other arguments are;
-///         -1: `coords` has neither 2 nor 3 rows;
-///         -2, -3, -4: `node_a`, `node_b`, `node_c` is no column of `coords`; -3 also if all three nodes are
-///         at one place;
-///         -199: no memory, or more nodes than 32-bit numbers can name.
+/// @retval 0    success, also if `element_count` is 0, whatever the other arguments are
+/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -2,-3,-4 `node_a`, `node_b`, `node_c` is no column of `coords`; -3 also if all three nodes are at one
+///              place
+/// @retval -199 no memory, or more nodes than 32-bit numbers can name
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
     unsigned node_c, unsigned element_count, dense1D<unsigned>& out_indices) noexcept;
 
@@ -521,14 +566,14 @@ struct spline_options
 ///                 the guide nodes have no effect, and further values are ignored.
 /// @param[out] out_indices  the mesh nodes are appended in the order of travel.
 /// @param options  see `spline_options`.
-/// @return 0;
-///         -1: `coords` has neither 2 nor 3 rows; also, tested last, chain nodes whose positions are not
-///         finite, or so far apart that the curve's length is not;
-///         -2: fewer than 4 chain entries, or one that is no column of `coords`;
-///         -3: `sizes` has fewer values than the chain, or one that is not positive and finite;
-///         -5: `min_elements` is 0 or above `max_elements`;
-///         -8: `min_size` is negative or NaN;
-///         -199: no memory, or more samples or nodes than 32-bit numbers can name.
+/// @retval 0    success
+/// @retval -1   `coords` has neither 2 nor 3 rows; also, tested last, chain nodes whose positions are not
+///              finite, or so far apart that the curve's length is not
+/// @retval -2   fewer than 4 chain entries, or one that is no column of `coords`
+/// @retval -3   `sizes` has fewer values than the chain, or one that is not positive and finite
+/// @retval -5   `min_elements` is 0 or above `max_elements`
+/// @retval -8   `min_size` is negative or NaN
+/// @retval -199 no memory, or more samples or nodes than 32-bit numbers can name
 ///
 /// On a failure nothing has changed, except that `deviation` is 0.
 ///
@@ -565,10 +610,16 @@ struct spline_options
 /// @param metrics  3 or 6 rows for 2 or 3 rows of `coords`: a tensor per chain entry, finite and positive
 ///                 definite; further columns are ignored.
 /// @param coords, indices, out_indices, options  as above.
-/// @return as above, except
-///         -3: `metrics` has the wrong row count, fewer columns than the chain has entries, or a tensor that
-///         is not finite and positive definite;
-///         -13: `*options.out_metrics` is not empty and has the wrong row count.
+/// @retval 0    success
+/// @retval -1   `coords` has neither 2 nor 3 rows; also, tested last, chain nodes whose positions are not
+///              finite, or so far apart that the curve's length is not
+/// @retval -2   fewer than 4 chain entries, or one that is no column of `coords`
+/// @retval -3   `metrics` has the wrong row count, fewer columns than the chain has entries, or a tensor that
+///              is not finite and positive definite
+/// @retval -5   `min_elements` is 0 or above `max_elements`
+/// @retval -8   `min_size` is negative or NaN
+/// @retval -13  `*options.out_metrics` is not empty and has the wrong row count
+/// @retval -199 no memory, or more nodes than 32-bit numbers can name
 ///
 /// If a new node falls between tensors that cannot be reduced to a common basis, the curve becomes a single
 /// element.
@@ -576,14 +627,16 @@ struct spline_options
     dense2D<double> const& metrics, dense1D<unsigned>& out_indices,
     spline_options const& options = {}) noexcept;
 
-/// Meshes a spline by sizes, with all arguments in a row. Meaning and statuses are as above.
+/// Meshes a spline by sizes, with all arguments in a row; meaning and statuses are those of the overload with
+/// options.
 [[nodiscard]] VORNIK1D_API int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& sizes, bool force_even, unsigned min_elements, unsigned max_elements,
     double deviation_tolerance, double min_size, double default_size, double max_gradation,
     dense1D<unsigned>& out_indices, dense1D<double>& out_params, dense1D<double>& out_sizes,
     double& deviation) noexcept;
 
-/// Meshes a spline by tensors, with all arguments in a row. Meaning and statuses are as above.
+/// Meshes a spline by tensors, with all arguments in a row; meaning and statuses are those of the overload with
+/// options.
 [[nodiscard]] VORNIK1D_API int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense2D<double> const& metrics, bool force_even, unsigned min_elements, unsigned max_elements,
     double deviation_tolerance, double min_size, double default_size, double max_gradation,
@@ -603,8 +656,9 @@ struct spline_options
 /// @param t       0 gives node i1 exactly, 1 gives node i2 up to rounding; other values extrapolate the
 ///                 cubic.
 /// @param[out] point  the position; unchanged on a failure.
-/// @return 0; -1: `coords` does not have as many rows as `point`; -2, -3, -4, -5: i0, i1, i2, i3 is no column
-///         of `coords`.
+/// @retval 0    success
+/// @retval -1   `coords` does not have as many rows as `point`
+/// @retval -2,-3,-4,-5 i0, i1, i2, i3 is no column of `coords`
 ///
 /// Special cases:
 ///   - If a neighbouring chord is at most 1 % as long as the span's own chord (length l), the tangent is l u
@@ -637,11 +691,11 @@ struct spline_options
 ///                 positive.
 /// @param new_params  the parameter values wanted, non-decreasing, within the range of `params`.
 /// @param[out] new_sizes  replaced by a value per entry of `new_params`; empty on a failure.
-/// @return 0, also for empty `new_params`, whatever the other arguments are;
-///         -1: `params` has fewer than 2 values, or decreases;
-///         -2: `sizes` does not have as many values as `params`;
-///         -3: `new_params` decreases, or leaves the range of `params`;
-///         -199: no memory.
+/// @retval 0    success, also for empty `new_params`, whatever the other arguments are
+/// @retval -1   `params` has fewer than 2 values, or decreases
+/// @retval -2   `sizes` does not have as many values as `params`
+/// @retval -3   `new_params` decreases, or leaves the range of `params`
+/// @retval -199 no memory
 ///
 /// Cost: linear in old and new values.
 [[nodiscard]] VORNIK1D_API int interpolate_metrics(dense1D<double> const& params,
@@ -657,9 +711,11 @@ struct spline_options
 ///                 rows give 0 rows.
 /// @param params, new_params  as above.
 /// @param[out] new_metrics  replaced by a column per entry of `new_params`; empty on a failure.
-/// @return 0, also for empty `new_params`, whatever the other arguments are;
-///         -1, -3, -199: as above;
-///         -2: `metrics` does not have a column per entry of `params`, or has another row count.
+/// @retval 0    success, also for empty `new_params`, whatever the other arguments are
+/// @retval -1   `params` has fewer than 2 values, or decreases
+/// @retval -2   `metrics` does not have a column per entry of `params`, or has another row count
+/// @retval -3   `new_params` decreases, or leaves the range of `params`
+/// @retval -199 no memory
 [[nodiscard]] VORNIK1D_API int interpolate_metrics(dense1D<double> const& params,
     dense2D<double> const& metrics, dense1D<double> const& new_params, dense2D<double>& new_metrics) noexcept;
 
@@ -670,12 +726,12 @@ struct spline_options
 /// @param indices      the nodes to treat, column numbers of `directions`.
 /// @param size_along, size_across  the sizes along the vector and across it, positive.
 /// @param[in,out] metrics  a tensor per node, 3 rows, or empty. Columns up to the largest node are added.
-/// @return 0, also for empty `indices`, whatever the other arguments are;
-///         -1: `directions` does not have 2 rows;
-///         -2: an entry of `indices` is no column of `directions`;
-///         -3, -4: `size_along`, `size_across` is not positive;
-///         -5: `metrics` is not empty and does not have 3 rows;
-///         -199: no memory.
+/// @retval 0    success, also for empty `indices`, whatever the other arguments are
+/// @retval -1   `directions` does not have 2 rows
+/// @retval -2   an entry of `indices` is no column of `directions`
+/// @retval -3,-4 `size_along`, `size_across` is not positive
+/// @retval -5   `metrics` is not empty and does not have 3 rows
+/// @retval -199 no memory
 ///
 /// On a failure `metrics` is unchanged. Cost: linear in the nodes treated.
 [[nodiscard]] VORNIK1D_API int metrics_gen_aniso2d(dense2D<double> const& directions,
@@ -691,11 +747,11 @@ struct spline_options
 /// @param normal_size  the size across the element, in length units of the model. A negative value is
 ///                 relative to the length of the element; 0 and NaN stand for that length.
 /// @param[in,out] metrics  a tensor per node, 3 rows, or empty. Columns up to the largest node are added.
-/// @return 0, also for an empty `connect`, whatever the other arguments are;
-///         -1: `coords` has fewer than 2 rows;
-///         -2: `connect` does not have 2 rows, or has a node that is no column of `coords`;
-///         -4: `metrics` is not empty and does not have 3 rows;
-///         -199: no memory.
+/// @retval 0    success, also for an empty `connect`, whatever the other arguments are
+/// @retval -1   `coords` has fewer than 2 rows
+/// @retval -2   `connect` does not have 2 rows, or has a node that is no column of `coords`
+/// @retval -4   `metrics` is not empty and does not have 3 rows
+/// @retval -199 no memory
 ///
 /// On a failure `metrics` is unchanged. Cost: linear in elements.
 [[nodiscard]] VORNIK1D_API int metrics_gen_aniso2d(dense2D<double> const& coords,
@@ -706,11 +762,11 @@ struct spline_options
 /// @param coords       node positions, at least 3 rows; only the first 3 count.
 /// @param connect, normal_size  as in the plane.
 /// @param[in,out] metrics  a tensor per node, 6 rows, or empty. Columns up to the largest node are added.
-/// @return 0, also for an empty `connect`, whatever the other arguments are;
-///         -1: `coords` has fewer than 3 rows;
-///         -2: `connect` does not have 2 rows, or has a node that is no column of `coords`;
-///         -4: `metrics` is not empty and does not have 6 rows;
-///         -199: no memory.
+/// @retval 0    success, also for an empty `connect`, whatever the other arguments are
+/// @retval -1   `coords` has fewer than 3 rows
+/// @retval -2   `connect` does not have 2 rows, or has a node that is no column of `coords`
+/// @retval -4   `metrics` is not empty and does not have 6 rows
+/// @retval -199 no memory
 ///
 /// On a failure `metrics` is unchanged. Cost: linear in elements.
 [[nodiscard]] VORNIK1D_API int metrics_gen_aniso3d(dense2D<double> const& coords,
@@ -720,8 +776,15 @@ struct spline_options
 /// in which the line bends at the end of the element, `binormal_size` perpendicular to that plane.
 ///
 /// If the line does not bend there, or if no element or more than one continues it, the larger size holds in
-/// all directions across. Arguments and statuses are as above, also -4 for `metrics`; a -199 may leave new
-/// columns of zeros.
+/// all directions across.
+///
+/// @param coords, connect, metrics  as for one size across.
+/// @param normal_size, binormal_size  the two sizes; each is relative to the element if negative.
+/// @retval 0    success, also for an empty `connect`, whatever the other arguments are
+/// @retval -1   `coords` has fewer than 3 rows
+/// @retval -2   `connect` does not have 2 rows, or has a node that is no column of `coords`
+/// @retval -4   `metrics` is not empty and does not have 6 rows
+/// @retval -199 no memory; new columns of zeros may have been added
 [[nodiscard]] VORNIK1D_API int metrics_gen_aniso3d(dense2D<double> const& coords,
     dense2D<unsigned> const& connect, double normal_size, double binormal_size,
     dense2D<double>& metrics) noexcept;
@@ -901,7 +964,9 @@ struct spline_options
 /// @param coords   d x n, d = 2 or 3: node positions, in length units of the model.
 /// @param indices  the chain, at least 2 column numbers of `coords`.
 /// @param[out] result  the sum of the segment lengths, same unit; on -2 the sum up to the first bad entry.
-/// @return 0; -1: `coords` has neither 2 nor 3 rows; -2: fewer than 2 entries, or one that is no column.
+/// @retval 0    success
+/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -2   fewer than 2 entries, or one that is no column
 ///
 /// Cost: one pass, no allocation.
 [[nodiscard]] VORNIK1D_API int length(
@@ -912,8 +977,9 @@ struct spline_options
 /// @param coords   d x n, d = 2 or 3: node positions, in length units of the model.
 /// @param connect  an element per column, its end nodes in rows 0 and 1; it may be empty.
 /// @param[out] result  the length, same unit; 0 on a failure.
-/// @return 0; -1: `coords` has neither 2 nor 3 rows; -2: `connect` has 1 row, or an end node that is no
-///         column.
+/// @retval 0    success
+/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -2   `connect` has 1 row, or an end node that is no column
 [[nodiscard]] VORNIK1D_API int length(
     dense2D<double> const& coords, dense2D<unsigned> const& connect, double& result) noexcept;
 
@@ -923,10 +989,10 @@ struct spline_options
 /// @param coords   d x n, d = 2 or 3: node positions, in length units of the model.
 /// @param indices  the chain, column numbers of `coords`.
 /// @param[out] result  replaced by a value per chain entry, in 1/length; empty on a failure.
-/// @return 0, also for an empty chain, whatever `coords` is;
-///         -1: `coords` has neither 2 nor 3 rows;
-///         -2: an entry of `indices` is no column of `coords`;
-///         -199: no memory.
+/// @retval 0    success, also for an empty chain, whatever `coords` is
+/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -2   an entry of `indices` is no column of `coords`
+/// @retval -199 no memory
 ///
 /// Special cases:
 ///   - The two end entries get the values of their neighbours, also in a closed chain.
@@ -946,10 +1012,10 @@ struct spline_options
 /// @param tangents  2 or 3 rows, a column per node: the derivative of the curve by the parameter.
 /// @param[out] result  replaced by a value per node, in 1/length, 0 for nodes without elements; empty on a
 ///                 failure, but a zero per node if only the memory for weights is missing.
-/// @return 0, also for an empty `connect`, whatever the other arguments are;
-///         -2: `connect` has 1 row, or an end node for which `params` has no value;
-///         -3: `tangents` has neither 2 nor 3 rows, or not a column per value of `params`;
-///         -199: no memory.
+/// @retval 0    success, also for an empty `connect`, whatever the other arguments are
+/// @retval -2   `connect` has 1 row, or an end node for which `params` has no value
+/// @retval -3   `tangents` has neither 2 nor 3 rows, or not a column per value of `params`
+/// @retval -199 no memory
 ///
 /// Special cases:
 ///   - An element whose tangents are opposite is ignored.
@@ -967,10 +1033,10 @@ struct spline_options
 /// @param exponent     the weight of an element of length L is L to this power: 0 gives the plain mean.
 /// @param unit_length  whether the means are scaled to length 1; a mean of length 0 stays.
 /// @param[out] result  replaced: 2 rows, a vector per node; empty on a failure.
-/// @return 0, also without nodes or elements, for which `result` is empty;
-///         -1: `coords` does not have 2 rows;
-///         -2: `connect` has 1 row, or an end node that is no column of `coords`;
-///         -199: no memory.
+/// @retval 0    success, also without nodes or elements, for which `result` is empty
+/// @retval -1   `coords` does not have 2 rows
+/// @retval -2   `connect` has 1 row, or an end node that is no column of `coords`
+/// @retval -199 no memory
 ///
 /// Special cases:
 ///   - An exponent that is NaN, or at least the largest double, selects the longest element of a node; minus
@@ -989,11 +1055,11 @@ struct spline_options
 /// @param params       a parameter value per chain entry, non-decreasing.
 /// @param new_indices  the nodes to move, column numbers of `coords`.
 /// @param new_params   a parameter value per node to move, non-decreasing.
-/// @return 0;
-///         -2: `params` and `indices` differ in size;
-///         -3: `params` decreases, or contains a NaN among several values;
-///         -4: `new_params` and `new_indices` differ in size;
-///         -5: `new_params` decreases.
+/// @retval 0    success
+/// @retval -2   `params` and `indices` differ in size
+/// @retval -3   `params` decreases, or contains a NaN among several values
+/// @retval -4   `new_params` and `new_indices` differ in size
+/// @retval -5   `new_params` decreases
 ///
 /// Special cases:
 ///   - A value at or below the first one of the chain gives the chain's first node, a value above the last
@@ -1022,7 +1088,10 @@ struct spline_options
 ///
 /// @param indices  the nodes in order along the line: none, or at least 2.
 /// @param[in,out] connect  the elements are appended; it is empty or has 2 rows.
-/// @return 0; -1: there is 1 node; -2: `connect` has another row count; -199: no memory.
+/// @retval 0    success
+/// @retval -1   there is 1 node
+/// @retval -2   `connect` has another row count
+/// @retval -199 no memory
 ///
 /// On a failure `connect` is unchanged.
 [[nodiscard]] VORNIK1D_API int indices_to_connectE2(
@@ -1040,8 +1109,10 @@ struct spline_options
 ///
 /// @param connect_in   3 rows, or empty.
 /// @param[in,out] connect_out  0 or 2 rows; the elements are appended.
-/// @return 0, also for an empty `connect_in`; -1: `connect_in` does not have 3 rows; -2: `connect_out` has
-///         neither 0 nor 2 rows, even if it is empty; -199: no memory.
+/// @retval 0    success, also for an empty `connect_in`
+/// @retval -1   `connect_in` does not have 3 rows
+/// @retval -2   `connect_out` has neither 0 nor 2 rows, even if it is empty
+/// @retval -199 no memory
 ///
 /// On a failure `connect_out` is unchanged.
 [[nodiscard]] VORNIK1D_API int split_into_linear(
@@ -1049,7 +1120,8 @@ struct spline_options
 
 /// Cuts elements down to their two end nodes. Interior nodes stay in the coordinates without an element.
 ///
-/// @return 0, also for an empty `connect`; -1: `connect` has fewer than 3 rows.
+/// @retval 0    success, also for an empty `connect`
+/// @retval -1   `connect` has fewer than 3 rows
 [[nodiscard]] VORNIK1D_API int convert_into_linear(dense2D<unsigned>& connect) noexcept;
 
 /// Gives each element interior nodes at equal distances on the straight line between its end nodes.
@@ -1058,23 +1130,28 @@ struct spline_options
 /// @param connect_in   an element per column, its end nodes in rows 0 and 1; further rows are ignored.
 /// @param extra_nodes  interior nodes per element: 1 for quadratic, 2 for cubic elements.
 /// @param[out] connect_out  emptied, then replaced: `extra_nodes` + 2 rows, a column per element.
-/// @return 0, also without elements or extra nodes, for which `connect_out` stays empty;
-///         -1: `coords` has another row count, tested before `connect_out` is emptied;
-///         -2: `connect_in` has 1 row, or an end node that is no column of `coords`;
-///         -199: no memory, or more nodes than 32-bit numbers can name.
+/// @retval 0    success, also without elements or extra nodes, for which `connect_out` stays empty
+/// @retval -1   `coords` has another row count, tested before `connect_out` is emptied
+/// @retval -2   `connect_in` has 1 row, or an end node that is no column of `coords`
+/// @retval -199 no memory, or more nodes than 32-bit numbers can name
 ///
 /// On a failure `coords` is unchanged.
 [[nodiscard]] VORNIK1D_API int convert_into_high_order(dense2D<double>& coords,
     dense2D<unsigned> const& connect_in, unsigned extra_nodes, dense2D<unsigned>& connect_out) noexcept;
 
 /// The same in place: `connect` has `extra_nodes` + 2 rows afterwards. It is unchanged on a failure, and if
-/// `extra_nodes` is 0. Statuses are as above.
+/// `extra_nodes` is 0.
+///
+/// @retval 0    success
+/// @retval -1   `coords` has neither 1, 2 nor 3 rows
+/// @retval -2   `connect` has 1 row, or an end node that is no column of `coords`
+/// @retval -199 no memory, or more nodes than 32-bit numbers can name
 [[nodiscard]] VORNIK1D_API int convert_into_high_order(
     dense2D<double>& coords, dense2D<unsigned>& connect, unsigned extra_nodes) noexcept;
-/// The same with 1 extra node, in the middle of each element.
+/// The same with 1 extra node, in the middle of each element, and the same statuses.
 [[nodiscard]] VORNIK1D_API int convert_into_quadratic(
     dense2D<double>& coords, dense2D<unsigned>& connect) noexcept;
-/// The same with 2 extra nodes, at the thirds of each element.
+/// The same with 2 extra nodes, at the thirds of each element, and the same statuses.
 [[nodiscard]] VORNIK1D_API int convert_into_cubic(
     dense2D<double>& coords, dense2D<unsigned>& connect) noexcept;
 
@@ -1103,12 +1180,12 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 ///                 component that has an element after `start` is treated too, and is oriented like the first
 ///                 of them.
 /// @return the number of turns, in which an element of a branching line can count more than once; 0 without
-///         columns, whatever the other arguments are;
-///         -1: `connect` has fewer than 2 rows, or a node 4294967295;
-///         -2: `neighbors` has another shape, or names a neighbour that does not have the node in question;
-///         turns made before that are kept;
-///         -3: `start` is no column;
-///         -199: no memory.
+/// columns, whatever the other arguments are
+/// @retval -1   `connect` has fewer than 2 rows, or a node 4294967295
+/// @retval -2   `neighbors` has another shape, or names a neighbour that does not have the node in question;
+///              turns made before that are kept
+/// @retval -3   `start` is no column
+/// @retval -199 no memory
 ///
 /// Cost: linear in elements.
 [[nodiscard]] VORNIK1D_API int mesh_reorient(
@@ -1137,11 +1214,11 @@ struct subdivide_options
 /// @param[out] new_indices  the points of the mesh are appended: the chain's first one, the new ones, its
 ///                 last.
 /// @param options     see `subdivide_options`.
-/// @return 0;
-///         -2: fewer than 2 chain entries, or one that is no entry of `params`; tested last, `sizes` is
-///         shorter than `params`;
-///         -6: `min_elements` is 0 or above `max_elements`;
-///         -199: no memory, or more points than 32-bit numbers can name.
+/// @retval 0    success
+/// @retval -2   fewer than 2 chain entries, or one that is no entry of `params`; tested last, `sizes` is
+///              shorter than `params`
+/// @retval -6   `min_elements` is 0 or above `max_elements`
+/// @retval -199 no memory, or more points than 32-bit numbers can name
 ///
 /// On a failure nothing has changed.
 ///
@@ -1164,7 +1241,9 @@ struct subdivide_options
 /// Sorts parameter values, and nodes along with them, in place: by parameter, and nodes of equal parameter by
 /// number. NaNs come last, also by number.
 ///
-/// @return 0; -1: `params` and `indices` differ in size; -199: no memory. On a failure both are unchanged.
+/// @retval 0    success
+/// @retval -1   `params` and `indices` differ in size
+/// @retval -199 no memory. On a failure both are unchanged
 ///
 /// Cost: n log n for n nodes.
 [[nodiscard]] VORNIK1D_API int sort(dense1D<double>& params, dense1D<unsigned>& indices) noexcept;
