@@ -70,12 +70,16 @@ network_summary summarize(network const& mesh, network const& original, std::vec
     result.nodes =
         colors.size() - static_cast<std::size_t>(std::ranges::count(colors, std::vector<unsigned>()));
 
+    result.shortest = std::numeric_limits<double>::infinity();
     double target = 0.0; // of a chain, whose elements are side by side, from the original node it begins at
     for (std::size_t e = 0; e < mesh.connect.cols(); ++e) {
         if (mesh.connect(0, e) < targets.size()) target = targets[mesh.connect(0, e)];
         point const a = mesh.node(mesh.connect(0, e));
         point const b = mesh.node(mesh.connect(1, e));
-        result.longest = std::max(result.longest, distance(a, b) / target);
+        double const length = distance(a, b);
+        result.shortest = std::min(result.shortest, length);
+        result.longest = std::max(result.longest, length);
+        result.longest_to_target = std::max(result.longest_to_target, length / target);
         point const middle = {0.5 * (a.x + b.x), 0.5 * (a.y + b.y)};
         if (original.colors[nearest(middle, original).element] != mesh.colors[e]) ++result.other_colors;
     }

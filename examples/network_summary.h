@@ -14,8 +14,10 @@ struct network_summary
     std::size_t junctions = 0;
     /// Elements whose middle is nearer to an original element of another colour than to any of their own.
     std::size_t other_colors = 0;
-    /// The largest length of an element over the target size there.
+    /// Lengths of elements, and the largest length over the target size there.
+    double shortest = 0.0;
     double longest = 0.0;
+    double longest_to_target = 0.0;
     /// The largest distance of a node of the original from the mesh, and of one of the mesh from the original.
     double original_off_mesh = 0.0;
     double mesh_off_original = 0.0;
