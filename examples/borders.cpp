@@ -1,6 +1,6 @@
-// Remeshes the borders and coasts of countries. Lines that meet stay joined, and each pair of neighbours keeps its
-// colour. The table compares three meshes: one that keeps the shape of the input (tolerance 0), and two along
-// splines, within a distance of the curve and within a fraction of its radius. The picture shows the second.
+// Remeshes the borders and coasts of countries. Lines that meet stay joined, and each pair of neighbours
+// keeps its colour. The table compares three meshes, with tolerance 0, a positive one and a negative one. The
+// picture shows the input beside the mesh with the positive tolerance.
 
 #include <algorithm>
 #include <array>
@@ -65,8 +65,8 @@ std::vector<unsigned> number_by_sides(line_mesh const& borders)
     return colors;
 }
 
-/// Target sizes by node. On islands: a sixth of the shore, at most the default, so that no island shrinks to a line.
-/// Elsewhere: 0, which stands for the default.
+/// Target sizes by node. On islands: a sixth of the shore, at most the default, so that no island shrinks to
+/// a line. Elsewhere: 0, which stands for the default.
 trelk::dense1D<double> island_sizes(line_mesh const& borders, double default_size)
 {
     trelk::dense1D<double> sizes;
@@ -251,6 +251,6 @@ void add_options(CLI::App& app, options& chosen)
 
 int main(int argc, char** argv)
 {
-    return run_demo("borders", "Remeshes the borders of countries, which stay joined where they meet.", argc,
+    return run_demo("borders", "Remeshes the borders of countries. Borders that meet stay joined.", argc,
         argv, add_options, run);
 }

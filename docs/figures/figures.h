@@ -80,8 +80,8 @@ struct picture_panel
     std::function<void(map_frame const&)> draw;
 };
 
-/// Draws panels side by side on STEM.svg and STEM.png. `regions` has one region for all panels, or one for each; all
-/// have the same shape.
+/// Draws panels side by side on STEM.svg and STEM.png. `regions` has one region for all panels, or one for
+/// each; all have the same shape.
 inline void save_panels(std::filesystem::path const& stem, std::vector<rectangle> const& regions,
     std::vector<picture_panel> const& panels)
 {

@@ -1,5 +1,5 @@
-// Meshes a wing section along the spline through its points. Elements are short where the curve bends and at the
-// trailing edge.
+// Meshes a wing section along the spline through its points. Elements are short where the curve bends and at
+// the trailing edge.
 
 #include <cmath>
 #include <cstdio>
@@ -10,8 +10,9 @@ int main()
 {
     using namespace trelk;
 
-    // The section is NACA 0012 with a closed trailing edge. Points run from there over the upper side to the nose
-    // and back along the lower side. The trailing edge is a corner, so the curve is open: two nodes at one place.
+    // The section is NACA 0012 with a closed trailing edge. Points run from there over the upper side to the
+    // nose and back along the lower side. The trailing edge is a corner, so the curve is open: two nodes at
+    // one place.
     constexpr unsigned n = 61;
     double const pi = std::acos(-1.0);
     dense2D<double> coords;

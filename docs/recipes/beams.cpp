@@ -1,4 +1,5 @@
-// Cuts the members of a frame into beam elements of three nodes, at most 1.2 m long. Joints keep their numbers.
+// Cuts the members of a frame into beam elements of three nodes, at most 1.2 m long. Joints keep their
+// numbers.
 
 #include <cmath>
 #include <cstdio>

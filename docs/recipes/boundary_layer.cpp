@@ -1,5 +1,5 @@
-// Draws lines away from a wall. The first element is 0.005 long, in the unit of the coordinates. Each further element
-// is 1.25 times as long as the one before.
+// Draws lines away from a wall. The first element is 0.005 long, in the unit of the coordinates. Each further
+// element is 1.25 times as long as the one before.
 
 #include <cmath>
 #include <cstdio>

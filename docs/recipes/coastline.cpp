@@ -1,4 +1,5 @@
-// Meshes the coast of an island, with short elements near a harbour. The mesh stays within a tolerance of the coast.
+// Meshes the coast of an island, with short elements near a harbour. The mesh stays within a tolerance of the
+// coast.
 
 #include <cmath>
 #include <cstdio>

@@ -36,7 +36,8 @@ struct network
 
 int main()
 {
-    // Node 0 is the triple point. Nodes 1 to 3 are the ends of borders on the outline, 4 and 5 its other corners.
+    // Node 0 is the triple point. Nodes 1 to 3 are the ends of borders on the outline, 4 and 5 its other
+    // corners.
     double places[] = {0.5, 0.45, 0.5, 0, 0, 1, 1, 1, 0, 0, 1, 0};
     network mesh{dense2D<double>(2, 6, places), {}, {}};
     bool const is_complete = mesh.add(0, 1, 0.05, 0) && mesh.add(0, 2, 0.05, 1) && mesh.add(0, 3, 0.05, 2) &&
@@ -52,7 +53,8 @@ int main()
         /* max_elements */ 1000);
     if (status != 0) return 1;
 
-    // Elements keep the colours of their borders. So the boundary of a region is the elements with its colours.
+    // Elements keep the colours of their borders. So the boundary of a region is the elements with its
+    // colours.
     unsigned const colors_of_regions[3][3] = {{0, 1, 3}, {1, 2, 4}, {2, 0, 5}};
     for (int r = 0; r < 3; ++r) {
         auto const& own = colors_of_regions[r];

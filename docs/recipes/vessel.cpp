@@ -1,5 +1,5 @@
-// Meshes the centre line of a vessel that forks. Elements are half as long as the radius. The radius is carried to the
-// new nodes. Lengths are in mm.
+// Meshes the centre line of a vessel that forks. Elements are half as long as the radius. The radius is
+// carried to the new nodes. Lengths are in mm.
 
 #include <cmath>
 #include <cstdio>
