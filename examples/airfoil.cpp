@@ -284,12 +284,11 @@ std::vector<std::string> caption(options const& chosen)
 {
     return {
         "Top: wing section NACA " + chosen.digits +
-            ". Middle: its leading edge. Bottom: a knot in space, seen from above.",
-        "Coloured dots are nodes of the mesh. Pale dots are the known points, the pale line is the true "
-        "curve.",
-        "Labels give the largest distance of the curve from the mesh, in chords of the section. Elements are "
-        "short in",
-        "bends, and sizes grow by at most " + brief(chosen.growth) + " per length away from them.",
+            ". Middle: its leading edge. Bottom: a knot in space, from",
+        "above. Coloured dots are nodes of the mesh, pale dots the known points, and the pale line is the",
+        "true curve. Labels give the largest distance of the curve from the mesh, in chords of the section.",
+        "Elements are short in bends. Away from them, sizes grow by at most " + brief(chosen.growth) +
+            " per length.",
     };
 }
 

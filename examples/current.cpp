@@ -54,14 +54,13 @@ std::vector<std::string> caption(current_field const& current)
 {
     std::string const finest = in_km(current.finest);
     return {
-        "Dots are nodes, the pale line is the input, and the blue band is the axis of an ocean current. On "
-        "the axis,",
-        "elements should be " + finest +
-            " long across the current. Labels on the lines beside it give this length there.",
-        "Sizes ask for it in every direction. Tensors ask for " + brief(current.stretch) +
-            " times that length along the current. Circles and",
-        "ellipses show the target: the distance from centre to rim. The lower maps enlarge the part in the "
-        "box.",
+        "Dots are nodes, the pale line is the input, and the blue band is the axis of an ocean current. On",
+        "the axis, elements should be " + finest +
+            " long across the current. Labels on the lines beside it give",
+        "this length there. Sizes ask for this length in every direction. Tensors ask for " +
+            brief(current.stretch) + " times this length",
+        "along the current. Circles and ellipses show the target: the distance from centre to rim. The lower",
+        "maps enlarge the part in the box.",
     };
 }
 

@@ -220,10 +220,9 @@ void run(options const& chosen)
         {whole.height / whole.width, 1.2 / 2.8, 1.2 / 2.8},
         {"Roads cross a fault, the grey band. Across the fault, elements should be " + in_km(chosen.across) +
                 " long at the crossing.",
-            "Sizes ask for this length in every direction, tensors only across the fault. Circles and "
-            "ellipses show",
-            "the target at a crossing: the distance from centre to rim. The lower maps enlarge the parts in "
-            "the boxes."},
+            "Sizes ask for this length in every direction, tensors only across the fault. Circles and",
+            "ellipses show the target at a crossing: the distance from centre to rim. The lower maps",
+            "enlarge the parts in the boxes."},
         draw_map);
 }
 
