@@ -1,6 +1,6 @@
-// Meshes curves of which some points are known, by the curvature of a spline through these: the section of a
-// wing in the plane, and a knot in space. Elements are as short as each tolerance asks for where the curve
-// bends, and grow no faster than they may away from there.
+// Meshes two curves of which some points are known: the section of a wing in the plane, and a knot in space.
+// A spline runs through the known points. Elements are short where the spline bends, and shorter for a
+// smaller tolerance. A limit on growth sets how fast they become longer away from the bends.
 
 #include <algorithm>
 #include <array>
@@ -41,16 +41,15 @@ struct options
 
 constexpr std::array<color, 3> inks = {vermilion, blue, green};
 
-/// A closed curve by its points, densely; those of them that are known; the chain through these, with guides;
-/// and points of the spline that this chain stands for, densely. It may have a corner where it ends.
+/// A closed curve and the spline through some of its points.
 struct curve
 {
     std::string name;
-    bool has_corner;
-    line_mesh exact;
-    line_mesh input;
-    trelk::dense1D<unsigned> chain;
-    line_mesh spline;
+    bool has_corner;                // at the point where it begins and ends
+    line_mesh exact;                // many points of the curve
+    line_mesh input;                // the known points
+    trelk::dense1D<unsigned> chain; // the known points, with guide nodes
+    line_mesh spline;               // many points of the spline
 };
 
 /// The points of a closed curve at equal steps of an angle.
@@ -70,7 +69,7 @@ line_mesh sample(Shape const& shape, std::size_t count)
     return result;
 }
 
-/// The spline of a chain, as a closed curve on which each span takes up the same angle.
+/// The spline of a chain, as a closed curve. Each span covers the same angle.
 template <int N>
 struct spline
 {
@@ -91,8 +90,8 @@ struct spline
     }
 };
 
-/// The chain through all nodes of a closed line. A smooth line takes its neighbours across the ends for guides,
-/// one with a corner there none.
+/// The chain through all nodes of a closed line, with guide nodes. A smooth line has its neighbours across
+/// the ends as guide nodes. A line with a corner there repeats its end nodes.
 trelk::dense1D<unsigned> with_guides(trelk::dense1D<unsigned> const& nodes, bool has_corner)
 {
     std::size_t const last = nodes.size() - 1;
@@ -118,8 +117,8 @@ curve known_at(unsigned points, std::string const& name, Shape const& shape, boo
 
 line_mesh mesh_by_curvature(curve const& shape, double tolerance, double growth)
 {
-    constexpr double target_size = 0.2;  // where neither curvature nor growth bounds it
-    constexpr double min_size = 0.0005;  // bounds the number of samples at kinks of the spline
+    constexpr double target_size = 0.2;  // unless curvature or growth bounds it
+    constexpr double min_size = 0.0005;  // limits the number of samples at kinks of the spline
     constexpr double default_size = 0.0; // none
     constexpr unsigned min_elements = 3; // two elements enclose nothing
     constexpr unsigned no_limit = std::numeric_limits<unsigned>::max();
@@ -150,7 +149,7 @@ std::vector<double> element_lengths(line_mesh const& mesh)
     return lengths;
 }
 
-/// The largest quotient of the lengths of neighbours, which elements on either side of a corner are not.
+/// The largest ratio of the lengths of two neighbouring elements. A corner is skipped.
 double largest_growth(std::vector<double> const& lengths, bool has_corner)
 {
     double result = 1.0;
@@ -232,7 +231,7 @@ std::vector<line_mesh> pieces(line_mesh const& mesh, std::size_t elements)
     return result;
 }
 
-/// Draws a curve in space from above: what is higher is thicker, and covers what it crosses.
+/// Draws a curve in space from above. Higher parts are thicker and cover lower ones.
 void draw_stacked(
     map_frame const& map, curve const& shape, line_mesh const& mesh, color const& ink, pens const& widths)
 {
@@ -242,7 +241,8 @@ void draw_stacked(
         std::function<void()> draw;
     };
     std::vector<layer> layers;
-    // Puts layers over those of the same strand, `lift` times their order, and still below a strand above.
+    // A layer is `lift` times its order above the strand: over its lower layers, but under a strand that
+    // crosses above.
     constexpr double lift = 0.05;
     auto const add = [&](std::vector<line_mesh> const& parts, double order, auto const& draw) {
         for (line_mesh const& part : parts) {
@@ -276,18 +276,19 @@ struct column
 std::string off_by(double distance)
 {
     std::array<char, 32> text;
-    std::snprintf(text.data(), text.size(), "up to %.5f off", distance);
+    std::snprintf(text.data(), text.size(), "at most %.5f away", distance);
     return text.data();
 }
 
 std::vector<std::string> caption(options const& chosen)
 {
-    std::string const bound = "by no more than " + brief(chosen.growth) + " of the way from there.";
-    std::string const top = "Top: wing section NACA " + chosen.digits + ". Middle: its leading edge. ";
     return {
-        "Coloured dots are nodes of the mesh, pale ones the known points, the pale line the true curve.",
-        "Labels tell how far the mesh is off it. Elements are short where it bends, and grow " + bound,
-        top + "Bottom: a knot in space, from above. Lengths are in chords of the section.",
+        "Top: wing section NACA " + chosen.digits +
+            ". Middle: its leading edge. Bottom: a knot in space, from",
+        "above. Coloured dots are nodes of the mesh, pale dots the known points, and the pale line is the",
+        "true curve. Labels give the largest distance of the curve from the mesh, in chords of the section.",
+        "Elements are short in bends. Away from them, sizes grow by at most " + brief(chosen.growth) +
+            " per length.",
     };
 }
 
@@ -362,10 +363,12 @@ void add_options(CLI::App& app, options& chosen)
     app.add_option("output", chosen.output, "folder for airfoil.svg and airfoil.png");
     app.add_option("--section", chosen.digits, "section of the NACA four-digit series")
         ->check(fault_of_digits);
-    app.add_option("--points", chosen.points, "known points of either curve")->check(CLI::Range(4, 1000));
-    app.add_option("--tolerances", chosen.tolerances, "distances that elements are to keep from the curve")
+    app.add_option("--points", chosen.points, "number of known points of each curve")
+        ->check(CLI::Range(4, 1000));
+    app.add_option(
+           "--tolerances", chosen.tolerances, "positive deviation_tolerance of each of the three meshes")
         ->check(CLI::PositiveNumber);
-    app.add_option("--growth", chosen.growth, "largest growth of the sizes per length of the curve")
+    app.add_option("--growth", chosen.growth, "max_gradation: growth of sizes per length of the curve")
         ->check(CLI::PositiveNumber);
 }
 
@@ -374,7 +377,7 @@ void add_options(CLI::App& app, options& chosen)
 int main(int argc, char** argv)
 {
     return run_demo("airfoil",
-        "Meshes a wing section and a knot by the curvature of splines through some of their points. "
+        "Meshes a wing section and a knot along splines through some of their points. "
         "Lengths are in chords of the section.",
         argc, argv, add_options, run);
 }

@@ -14,7 +14,7 @@ namespace {
 
 constexpr unsigned none = std::numeric_limits<unsigned>::max();
 
-/// The root of each node's component, which is the same for all nodes of it.
+/// A root for each node. All nodes of a component have the same root.
 std::vector<unsigned> component_roots(dense2D<unsigned> const& connect, std::size_t nodes)
 {
     std::vector<unsigned> parent(nodes);
@@ -42,7 +42,7 @@ network_batches::network_batches(network_mesh const& network, std::size_t elemen
     auto const& connect = network.connect;
     std::vector<unsigned> const roots = component_roots(connect, network.coords.cols());
 
-    // Components by their lowest elements, then their elements, by counting.
+    // Number components by their lowest elements, then list the elements of each, by counting.
     std::vector<unsigned> component_of_root(roots.size(), none);
     std::vector<std::size_t> first = {0};
     for (std::size_t e = 0; e < connect.cols(); ++e) {

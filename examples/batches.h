@@ -11,7 +11,7 @@ struct network_mesh
     trelk::dense2D<unsigned> connect;
 };
 
-/// What `remesh_lines` is asked for.
+/// Arguments of `remesh_lines`.
 struct remesh_request
 {
     double size = 1.0;
@@ -19,25 +19,25 @@ struct remesh_request
     double deviation_tolerance = 0.0;
 };
 
-/// A network cut into batches of components that share no node, so that batches can be remeshed at the same
-/// time, in containers of their own, and joined.
+/// A network, split into batches of components that share no node. Each batch has its own containers. So
+/// batches can be remeshed at the same time and joined afterwards.
 ///
-/// The batches depend on the network alone, and so do the numbers in the joined mesh: old nodes keep theirs, new
-/// ones follow batch by batch, and so do the elements. Batches hold components in the order of their lowest
-/// elements.
+/// Batches depend on the network alone. They hold components in the order of their lowest elements. In the
+/// joined mesh old nodes keep their numbers. New nodes and elements follow batch by batch.
 class network_batches
 {
 public:
-    /// A batch ends with the component that brings it to `elements` or more. Throws std::bad_alloc.
+    /// A batch ends with the component that brings it to at least `elements` elements. Throws std::bad_alloc.
     network_batches(network_mesh const& network, std::size_t elements);
 
     std::size_t size() const { return starts_.size() - 1; }
     std::size_t components() const { return components_; }
 
-    /// Remeshes a batch. May be called for different batches at the same time. Throws what a failure asks for.
+    /// Remeshes a batch. May be called for different batches at the same time. Throws std::bad_alloc or
+    /// std::runtime_error.
     void remesh(std::size_t batch, remesh_request const& request);
 
-    /// The network by its remeshed batches. `for_each(n, body)` calls `body(i)` for all i below n, in any order.
+    /// Joins the remeshed batches. `for_each(n, body)` calls `body(i)` for all i below n, in any order.
     template <class ForEach>
     network_mesh join(ForEach for_each)
     {
@@ -49,7 +49,7 @@ public:
 private:
     struct part
     {
-        std::vector<unsigned> nodes; // old ones, by their numbers in the batch
+        std::vector<unsigned> nodes; // old nodes: entry i is the network number of node i of the batch
         network_mesh mesh;
         std::size_t first_new_node = 0;
         std::size_t first_element = 0;
@@ -61,7 +61,7 @@ private:
     network_mesh const& network_;
     std::size_t components_ = 0;
     std::vector<unsigned> elements_;  // by component
-    std::vector<std::size_t> starts_; // of the batches among these
-    std::vector<unsigned> numbers_;   // in its batch, of each node
+    std::vector<std::size_t> starts_; // of the batches, in elements_
+    std::vector<unsigned> numbers_;   // of each node in its batch
     std::vector<part> parts_;
 };

@@ -1,5 +1,5 @@
-// Meshes a coast with elements that are short near a harbour and grow with the distance from it: by these
-// target sizes alone, which lets the mesh cut corners, and then under a tolerance that holds it to the coast.
+// Meshes a coast with elements that are short near a harbour and longer far from it. The first mesh follows
+// these target sizes alone and cuts corners. The second one also stays within a tolerance of the coast.
 
 #include <cmath>
 #include <filesystem>
@@ -21,7 +21,7 @@ struct options : demo_options
     size_field sizes;
 };
 
-/// Rings about the harbour where the target size is a power of two times the finest one.
+/// Rings around the harbour, on which the target size is a power of two times the smallest size.
 void draw_size_rings(map_frame const& map, size_field const& sizes)
 {
     constexpr double label_angle = -1.68; // a little west of south: open water off Lofoten
@@ -41,16 +41,18 @@ void run(options const& chosen)
     print_heading();
     std::vector<panel> const panels = {
         present("Input", {coast}, coast, black),
-        present("Tolerance 0", mesh_lines(coast, 0.0), coast, vermilion),
-        present("Tolerance " + in_km(chosen.tolerance), mesh_lines(coast, chosen.tolerance), coast, blue),
+        present("By size alone", mesh_lines(coast, 0.0), coast, vermilion),
+        present("Within " + in_km(chosen.tolerance), mesh_lines(coast, chosen.tolerance), coast, blue),
     };
 
     std::filesystem::create_directories(chosen.output);
     auto const backdrop = [&](map_frame const& map) { draw_size_rings(map, chosen.sizes); };
-    std::string const caption =
-        "Dots are nodes, the pale line is the input. Rings about the harbour are labelled "
-        "with the target size of the elements there.";
-    scene const view = {coast, backdrop, chosen.harbour, chosen.detail_area(), {caption}};
+    std::vector<std::string> const caption = {
+        "Dots are nodes, and the pale line is the input. A label on a ring around the harbour gives the "
+        "target size",
+        "there. The lower maps enlarge the part in the box.",
+    };
+    scene const view = {coast, backdrop, chosen.harbour, chosen.detail_area(), caption};
     save_figure(chosen.output / "coastline", view, panels);
 }
 
@@ -59,9 +61,9 @@ void add_options(CLI::App& app, options& chosen)
     add_coast_options(app, chosen, "coastline");
     app.add_option("--finest", chosen.sizes.finest, "target size at the harbour, km")
         ->check(CLI::PositiveNumber);
-    app.add_option("--coarsest", chosen.sizes.coarsest, "limit of the target sizes, km")
+    app.add_option("--coarsest", chosen.sizes.coarsest, "largest target size, km")
         ->check(CLI::PositiveNumber);
-    app.add_option("--growth", chosen.sizes.growth, "growth of the target size per km from the harbour")
+    app.add_option("--growth", chosen.sizes.growth, "growth of the target size in km per km from the harbour")
         ->check(CLI::PositiveNumber);
 }
 

@@ -1,5 +1,5 @@
-// Meshes a coast along which a current flows. What changes across the current wants short elements; along it
-// far longer ones will do. Sizes must then be short in every direction, while tensors ask for both lengths.
+// Meshes a coast along which an ocean current flows. Elements should be short across the current and can be
+// long along it. Tensors ask for both lengths. Sizes ask for the short length in every direction.
 
 #include <algorithm>
 #include <cmath>
@@ -33,8 +33,8 @@ void set_tensors(line_mesh& coast, current_field const& current)
     }
 }
 
-/// The axis of the current, and the lines on either side where the size across it is a power of two times the
-/// finest one, labelled on the left.
+/// The axis of the current, and lines on both sides of it. On each line the size across the current is a
+/// power of two times the smallest size. Labels are on the left.
 void draw_current(map_frame const& map, current_field const& current)
 {
     constexpr double label_angle = -0.5; // open water off Vesterålen
@@ -49,17 +49,18 @@ void draw_current(map_frame const& map, current_field const& current)
     }
 }
 
-/// What is to be seen, in lines as long as the figure is wide.
+/// The caption, in lines as long as the figure is wide.
 std::vector<std::string> caption(current_field const& current)
 {
     std::string const finest = in_km(current.finest);
     return {
-        "Dots are nodes, the pale line is the input, the blue band the axis of a current. Elements should be",
-        finest +
-            " long across it there, and as the labels say on the lines beside it; along it, tensors ask "
-            "for " +
-            brief(current.stretch) + " times that.",
-        "From the middle of a circle or an ellipse to its rim, an element is as long as it should be.",
+        "Dots are nodes, the pale line is the input, and the blue band is the axis of an ocean current. On",
+        "the axis, elements should be " + finest +
+            " long across the current. Labels on the lines beside it give",
+        "this length there. Sizes ask for this length in every direction. Tensors ask for " +
+            brief(current.stretch) + " times this length",
+        "along the current. Circles and ellipses show the target: the distance from centre to rim. The lower",
+        "maps enlarge the part in the box.",
     };
 }
 
@@ -91,11 +92,11 @@ void add_options(CLI::App& app, options& chosen)
     add_coast_options(app, chosen, "current");
     app.add_option("--finest", chosen.current.finest, "size across the current on its axis, km")
         ->check(CLI::PositiveNumber);
-    app.add_option("--coarsest", chosen.current.coarsest, "limit of the sizes across the current, km")
+    app.add_option("--coarsest", chosen.current.coarsest, "largest size across the current, km")
         ->check(CLI::PositiveNumber);
-    app.add_option("--growth", chosen.current.growth, "growth of the size across per km from the axis")
+    app.add_option("--growth", chosen.current.growth, "growth of the size across in km per km from the axis")
         ->check(CLI::PositiveNumber);
-    app.add_option("--stretch", chosen.current.stretch, "size along the current over size across it")
+    app.add_option("--stretch", chosen.current.stretch, "size along the current divided by size across it")
         ->check(CLI::PositiveNumber);
 }
 
@@ -104,6 +105,6 @@ void add_options(CLI::App& app, options& chosen)
 int main(int argc, char** argv)
 {
     return run_demo("current",
-        "Meshes a coast by metric tensors that are fine across a current and coarse along it.", argc, argv,
+        "Meshes a coast by metric tensors: short elements across a current, long ones along it.", argc, argv,
         add_options, run);
 }

@@ -5,8 +5,9 @@
 
 #include "line_mesh.h"
 
-/// A current along an arc, and what it asks of elements, in kilometres: across the current they are finest on
-/// its axis and grow with the distance from it, along the current they are longer by a constant factor.
+/// A current along an arc, and the sizes it asks for, in kilometres. The size across the current is smallest
+/// on its axis and grows with the distance from it. The size along the current is longer by a constant
+/// factor.
 struct current_field
 {
     point centre = {-240.0, 240.0}; // of the arc

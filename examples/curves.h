@@ -5,8 +5,9 @@
 #include <string>
 
 /// A section of the NACA four-digit series, in chord lengths: Jacobs, Ward, Pinkerton, The characteristics of
-/// 78 related airfoil sections from tests in the variable-density wind tunnel, NACA Report 460, 1933. The last
-/// coefficient of the thickness is -0.1036 instead of the report's -0.1015, which closes the trailing edge.
+/// 78 related airfoil sections from tests in the variable-density wind tunnel, NACA Report 460, 1933. The
+/// last coefficient of the thickness is -0.1036 instead of the report's -0.1015, which closes the trailing
+/// edge.
 struct naca_section
 {
     double camber;
@@ -18,8 +19,8 @@ struct naca_section
           thickness(0.01 * std::stod(digits.substr(2)))
     {}
 
-    /// From the trailing edge at 0 over the upper side to the leading edge at pi and back below at 2 pi. Equal
-    /// steps of the angle are shortest along the chord at either edge.
+    /// The trailing edge is at angle 0, the leading edge at pi, the trailing edge again at 2 pi. The upper
+    /// side comes first. For equal steps of the angle, points are closest near the two edges.
     std::array<double, 2> at(double angle) const
     {
         double const s = std::cos(0.5 * angle);

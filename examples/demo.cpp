@@ -20,7 +20,7 @@ std::string subtitle(summary const& s)
     if (s.deviation == 0.0) return nodes;
     std::array<char, 32> km;
     std::snprintf(km.data(), km.size(), "%.2f km", s.deviation);
-    return nodes + ", up to " + km.data() + " off the coast";
+    return nodes + ", at most " + km.data() + " from the coast";
 }
 
 } // namespace
@@ -36,7 +36,7 @@ void add_coast_options(CLI::App& app, demo_options& chosen, std::string const& p
 {
     app.add_option("input", chosen.input, "GeoJSON file of LineStrings");
     app.add_option("output", chosen.output, "folder for " + picture + ".svg and " + picture + ".png");
-    app.add_option("--tolerance", chosen.tolerance, "km that the mesh may stray from the coast")
+    app.add_option("--tolerance", chosen.tolerance, "largest distance of the coast from the mesh, km")
         ->check(CLI::PositiveNumber);
     app.add_option("--harbour", chosen.harbour, "name of the harbour");
     app.add_option("--position", chosen.position, "longitude and latitude of the harbour, degrees");
@@ -94,8 +94,8 @@ meshing mesh_lines(line_mesh const& coast, double tolerance)
 
 void print_heading()
 {
-    std::printf("%-18s %5s %6s %9s  %-27s %9s %7s\n", "", "", "", "", "metric length of elements",
-        "deviation", "time");
+    std::printf("%-18s %5s %6s %9s  %-27s %9s %7s\n", "", "", "", "", "metric length of elements", "distance",
+        "time");
     std::printf("%-18s %5s %6s %9s  %8s %8s %9s %9s %7s\n", "", "lines", "nodes", "elements", "shortest",
         "mean", "longest", "km", "ms");
 }

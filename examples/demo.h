@@ -14,7 +14,7 @@
 #include "figure.h"
 #include "line_mesh.h"
 
-// What the demo programs share: options, the coast, its meshes, and the rows and panels that show them.
+// Shared by the demo programs: options, the coast, its meshes, and the rows and panels that show them.
 
 struct demo_options
 {
@@ -28,10 +28,10 @@ struct demo_options
     rectangle detail_area() const;
 };
 
-/// Adds these to the options of the program that draws `picture`.svg and `picture`.png.
+/// Adds these options to the program that draws `picture`.svg and `picture`.png.
 void add_coast_options(CLI::App& app, demo_options& chosen, std::string const& picture);
 
-/// Parses the arguments and runs the program. Returns what main is to return; errors are reported.
+/// Parses the arguments and runs the program. Prints errors. Returns the exit status of main.
 template <class Options>
 int run_demo(char const* name, char const* purpose, int argc, char** argv,
     void (*add_options)(CLI::App&, Options&), void (*run)(Options const&))
@@ -54,10 +54,11 @@ int run_demo(char const* name, char const* purpose, int argc, char** argv,
     return EXIT_SUCCESS;
 }
 
-/// Throws if a function of the library has not returned 0.
+/// Throws if `status`, which `function` returned, is not 0.
 void require_success(int status, std::string const& function);
 
-/// Reads lines into the plane, with the origin at the given longitude and latitude. They have no targets yet.
+/// Reads lines and projects them to the plane. The origin is at the given longitude and latitude. Lines have
+/// no targets yet.
 line_mesh read_lines(std::filesystem::path const& input, std::array<double, 2> const& origin);
 
 /// Sets the target size at each node of each line.
@@ -74,5 +75,5 @@ meshing mesh_lines(line_mesh const& coast, double tolerance);
 
 void print_heading();
 
-/// Prints a row on a mesh of the coast, and gives the panel that shows it.
+/// Prints a row of the table for a mesh of the coast, and returns the panel that shows the mesh.
 panel present(std::string const& title, meshing const& shown, line_mesh const& coast, color const& ink);

@@ -151,7 +151,7 @@ void map_frame::circle(point const& centre, double radius, color const& ink, dou
 
 void map_frame::unit_ball(point const& centre, tensor const& metric, color const& ink, double pen_width) const
 {
-    // With M = U^T U, U upper triangular, the inverse of U takes the unit circle there.
+    // For M = U^T U with U upper triangular, the inverse of U maps the unit circle to the unit ball of M.
     auto const [m00, m01, m11] = metric;
     double const u00 = std::sqrt(m00);
     double const u01 = m01 / u00;
@@ -163,7 +163,7 @@ void map_frame::unit_ball(point const& centre, tensor const& metric, color const
     page_->transform({1.0 / u00, 0.0, -u01 / (u00 * u11), 1.0 / u11, 0.0, 0.0});
     page_->begin_new_sub_path();
     page_->arc(0.0, 0.0, 1.0, 0.0, 2.0 * std::numbers::pi);
-    page_->restore(); // the path stays, and the pen is round again
+    page_->restore(); // the path stays; the pen is round again
     stroke(ink, pen_width);
 }
 
@@ -218,7 +218,7 @@ point map_frame::to_page(point const& where) const
         frame_.corner.y + frame_.height - (where.y - region_.corner.y) * points_per_unit_};
 }
 
-// A stroke of length 0 with round ends is a dot, and takes far less of an SVG file than a circle.
+// A stroke of length 0 with round ends is a dot. It needs less space in an SVG file than a circle.
 void map_frame::add_dot(point const& where) const
 {
     auto const [x, y] = to_page(where);

@@ -28,7 +28,7 @@ constexpr color vermilion = {0.84, 0.37, 0.0};
 constexpr color blue = {0.0, 0.45, 0.7};
 constexpr color green = {0.0, 0.5, 0.37};
 
-/// The corner is the one with the least coordinates.
+/// `corner` is the lower left corner.
 struct rectangle
 {
     point corner;
@@ -36,16 +36,16 @@ struct rectangle
     double height = 0.0;
 };
 
-/// The smallest rectangle that holds a mesh, and one that is wider on every side.
+/// The smallest rectangle around a mesh, and a rectangle that is wider on every side.
 rectangle bounds(line_mesh const& mesh);
 rectangle widened(rectangle const& area, double by);
 
-/// Runs a drawing, of the given size in points, on STEM.svg and on STEM.png, which has two pixels per point.
-/// Throws if they cannot be written.
+/// Writes a drawing to STEM.svg and STEM.png. Width and height are in points; the PNG has two pixels per
+/// point. Throws if the files cannot be written.
 void save_drawing(std::filesystem::path const& stem, double width, double height, color const& ground,
     std::function<void(canvas const&)> const& draw);
 
-/// A number as briefly as possible, and a length with its unit.
+/// A number without trailing zeros, and a length with its unit.
 std::string brief(double number);
 std::string in_km(double length);
 
@@ -55,9 +55,8 @@ enum class font { normal, bold };
 void draw_text(canvas const& page, point const& where, std::string const& text, double size, color const& ink,
     font face = font::normal);
 
-/// A map in a frame of the page. Positions are in length units of the model, y upwards; of those with a third
-/// coordinate the plan is shown. Widths of pens and dots are in points. Nothing is drawn outside the frame
-/// while the map lives.
+/// A map in a frame of the page. Positions are in length units of the model, y upwards; a third coordinate is
+/// ignored. Widths of pens and dots are in points. Nothing is drawn outside the frame while the map exists.
 class map_frame
 {
 public:
@@ -68,12 +67,12 @@ public:
     ~map_frame();
 
     void lines(line_mesh const& mesh, color const& ink, double pen_width) const;
-    /// Clears the ground along the lines, up to their ends.
+    /// Paints a strip of ground colour along the lines, up to their ends.
     void clear(line_mesh const& mesh, double pen_width) const;
     void nodes(line_mesh const& mesh, color const& ink, double diameter) const;
     void dot(point const& where, color const& ink, double diameter) const;
     void circle(point const& centre, double radius, color const& ink, double pen_width) const;
-    /// The points at distance 1 from the centre, as the tensor measures it.
+    /// The points at distance 1 from the centre, measured by the tensor.
     void unit_ball(point const& centre, tensor const& metric, color const& ink, double pen_width) const;
     void box(rectangle const& area, color const& ink, double pen_width) const;
 

@@ -1,6 +1,6 @@
-// Meshes roads that cross a geological fault. The fault's own line gives the tensors at the crossings: fine
-// across it, coarse along it. So a road that crosses it squarely is meshed finely there, and one that runs
-// beside it is not; sizes cannot tell one from the other.
+// Meshes roads that cross a geological fault. The line of the fault gives the tensors at the crossings: short
+// elements across the fault, long ones along it. So a road that crosses at a right angle gets short elements
+// there, and a road almost parallel to the fault gets long ones. Sizes can't make this difference.
 
 #include <algorithm>
 #include <array>
@@ -34,7 +34,7 @@ struct options
     double growth = 0.3;
 };
 
-/// A road by its nodes, in the middle of which it crosses the fault, at an angle in degrees.
+/// A road by its nodes. It crosses the fault at the middle node, at an angle in degrees.
 struct road
 {
     double angle;
@@ -82,8 +82,8 @@ map_of_roads make_map()
     return result;
 }
 
-/// At the nodes of the fault: `across` in the direction across it, the length of its elements along it. At all
-/// nodes: no more than `coarsest` in any direction.
+/// At the nodes of the fault: size `across` across it, the length of its elements along it. At all nodes: at
+/// most `coarsest` in any direction.
 trelk::dense2D<double> make_tensors(map_of_roads const& map, options const& chosen)
 {
     trelk::dense2D<unsigned> fault;
@@ -105,7 +105,7 @@ trelk::dense2D<double> make_tensors(map_of_roads const& map, options const& chos
     return tensors;
 }
 
-/// The tensors of the same finest size in every direction.
+/// Tensors that ask for the smallest size of the given ones in every direction.
 trelk::dense2D<double> make_isotropic(trelk::dense2D<double> const& tensors)
 {
     trelk::dense2D<double> result;
@@ -118,14 +118,14 @@ trelk::dense2D<double> make_isotropic(trelk::dense2D<double> const& tensors)
     return result;
 }
 
-/// Appends a mesh of the spline through some nodes between two neighbours, which may each be the end of it.
-void mesh_between(unsigned before, std::array<unsigned, 3> const& nodes, unsigned behind,
+/// Appends a mesh of the spline through three nodes. `before` and `after` are its guide nodes.
+void mesh_between(unsigned before, std::array<unsigned, 3> const& nodes, unsigned after,
     trelk::dense2D<double> const& tensors, options const& chosen, line_mesh& mesh)
 {
     trelk::dense1D<unsigned> chain;
     trelk::dense2D<double> targets;
     if (!targets.resize(3, 5)) throw std::bad_alloc();
-    for (unsigned const node : {before, nodes[0], nodes[1], nodes[2], behind}) {
+    for (unsigned const node : {before, nodes[0], nodes[1], nodes[2], after}) {
         std::copy_n(tensors.col(node), 3, targets.col(chain.size()));
         chain.push_back(node);
     }
@@ -139,7 +139,7 @@ void mesh_between(unsigned before, std::array<unsigned, 3> const& nodes, unsigne
         "mesh_spline");
 }
 
-/// Meshes each road on either side of its crossing, which stays, towards its ends.
+/// Meshes each road from its crossing to its two ends. The node at the crossing stays.
 line_mesh mesh_roads(map_of_roads const& map, trelk::dense2D<double> const& tensors, options const& chosen)
 {
     line_mesh result;
@@ -151,7 +151,7 @@ line_mesh mesh_roads(map_of_roads const& map, trelk::dense2D<double> const& tens
     return result;
 }
 
-/// What tensors ask for at the start of a line and what they get: the length of its first element.
+/// Prints the length that tensors ask for at the start of a line, and the length of its first element.
 void print_row(double angle, line_mesh const& by_tensors, line_mesh const& by_sizes, std::size_t side)
 {
     auto const first_length = [&](line_mesh const& mesh) {
@@ -218,11 +218,11 @@ void run(options const& chosen)
     std::filesystem::create_directories(chosen.output);
     save_columns(chosen.output / "fault", {title("Sizes", 0), title("Tensors", 1)},
         {whole.height / whole.width, 1.2 / 2.8, 1.2 / 2.8},
-        {"Roads that cross a fault, the grey band. Across it elements should be " + in_km(chosen.across) +
-                " long; from",
-            "there on they grow. From the middle of a circle or an ellipse to its rim, an element is as long",
-            "as it should be at the crossing: sizes ask for that in all directions, tensors across the fault "
-            "only."},
+        {"Roads cross a fault, the grey band. Across the fault, elements should be " + in_km(chosen.across) +
+                " long at the crossing.",
+            "Sizes ask for this length in every direction, tensors only across the fault. Circles and",
+            "ellipses show the target at a crossing: the distance from centre to rim. The lower maps",
+            "enlarge the parts in the boxes."},
         draw_map);
 }
 
@@ -230,8 +230,9 @@ void add_options(CLI::App& app, options& chosen)
 {
     app.add_option("output", chosen.output, "folder for fault.svg and fault.png");
     app.add_option("--across", chosen.across, "size across the fault, km")->check(CLI::PositiveNumber);
-    app.add_option("--coarsest", chosen.coarsest, "limit of all sizes, km")->check(CLI::PositiveNumber);
-    app.add_option("--growth", chosen.growth, "largest growth of sizes per length")
+    app.add_option("--coarsest", chosen.coarsest, "largest size in any direction, km")
+        ->check(CLI::PositiveNumber);
+    app.add_option("--growth", chosen.growth, "max_gradation: growth of sizes per length")
         ->check(CLI::PositiveNumber);
 }
 
@@ -239,6 +240,6 @@ void add_options(CLI::App& app, options& chosen)
 
 int main(int argc, char** argv)
 {
-    return run_demo("fault", "Meshes roads that cross a fault, by tensors from the line of the fault.", argc,
-        argv, add_options, run);
+    return run_demo("fault", "Meshes roads that cross a fault, by tensors made from the line of the fault.",
+        argc, argv, add_options, run);
 }

@@ -15,8 +15,9 @@ constexpr double heading_height = 44.0;
 constexpr double caption_height = 24.0;
 constexpr double line_height = 17.0;
 
-/// The unit balls of some of the mesh's targets, which tell how long elements should be: from the middle to
-/// the rim. Their middles are `clearance` apart, in the targets of both; like balls do not touch from 2 on.
+/// Draws the unit balls of some targets of the mesh: the distance from centre to rim is the target length.
+/// Centres are at least `clearance` apart, measured by both targets. Equal balls do not touch if this is at
+/// least 2.
 void draw_targets(map_frame const& map, line_mesh const& mesh, double clearance)
 {
     struct ball

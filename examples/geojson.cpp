@@ -20,7 +20,7 @@ line_mesh to_line_mesh(nlohmann::json const& collection)
     std::vector<std::array<double, 2>> nodes;
     for (auto const& feature : collection.at("features")) {
         auto const& geometry = feature.at("geometry");
-        if (geometry.at("type") != "LineString") throw std::runtime_error("a geometry is no LineString");
+        if (geometry.at("type") != "LineString") throw std::runtime_error("a geometry is not a LineString");
 
         auto const positions = geometry.at("coordinates").get<std::vector<std::array<double, 2>>>();
         if (positions.size() < 2) throw std::runtime_error("a LineString has fewer than two positions");

@@ -4,9 +4,9 @@
 
 #include "line_mesh.h"
 
-/// Reads a FeatureCollection of LineStrings. Coordinates are longitude and latitude in degrees; the target
-/// sizes are left empty. A property `between` of a line, a list of strings, names what lies on either side of
-/// it. Throws std::runtime_error if the file cannot be read or holds something else.
+/// Reads a FeatureCollection of LineStrings. Coordinates are longitude and latitude in degrees. Lines get no
+/// target sizes. The property `between` of a line, a list of strings, names its two sides. Throws
+/// std::runtime_error if the file cannot be read or holds something else.
 line_mesh read_geojson(std::filesystem::path const& path);
 
 /// Projects longitude and latitude in degrees to kilometres east and north of a centre. The projection is

@@ -27,17 +27,17 @@ inline double metric_distance(tensor const& m, point const& a, point const& b)
     return std::sqrt(m[0] * dx * dx + 2.0 * m[1] * dx * dy + m[2] * dy * dy);
 }
 
-/// A chain of nodes, each given by its column of the coordinates, with the target at each of them: a size in
-/// `sizes`, or a tensor in a column of `metrics`. The other list is empty.
+/// A chain of node numbers, with a target at each node: a size in `sizes`, or a tensor in a column of
+/// `metrics`. The other list is empty.
 struct line
 {
     trelk::dense1D<unsigned> nodes;
     trelk::dense1D<double> sizes;
     trelk::dense2D<double> metrics;
-    /// What lies on either side of the line, where its file says so.
+    /// The names of the two sides of the line, if its file has them.
     std::vector<std::string> between = {};
 
-    /// Whether the line ends with the node it starts with.
+    /// Whether the line ends with its first node.
     bool closed() const { return nodes[0] == nodes[nodes.size() - 1]; }
 
     /// The target at entry i. A size asks for the same length in all directions.

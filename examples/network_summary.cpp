@@ -28,7 +28,7 @@ neighbour nearest(point const& where, network const& mesh)
     return result;
 }
 
-/// The largest distance of a node of `from` that elements have from the elements of `to`.
+/// The largest distance of a node of `from` from the elements of `to`. Nodes without elements are ignored.
 double largest_distance(network const& from, network const& to)
 {
     double result = 0.0;
@@ -38,7 +38,7 @@ double largest_distance(network const& from, network const& to)
     return result;
 }
 
-/// Two elements of one colour meet within a line.
+/// True inside a line, where two elements of one colour meet, and at nodes without elements.
 bool within_line(std::vector<unsigned> const& colors)
 {
     return colors.empty() || (colors.size() == 2 && colors[0] == colors[1]);
@@ -48,7 +48,7 @@ void require_same_topology(network const& mesh, network const& original)
 {
     auto const found = colors_at_nodes(mesh);
     auto expected = colors_at_nodes(original);
-    expected.resize(found.size()); // new nodes are within lines
+    expected.resize(found.size()); // new nodes are inside lines
     for (std::size_t node = 0; node < found.size(); ++node) {
         bool const is_same =
             within_line(expected[node]) ? within_line(found[node]) : found[node] == expected[node];
@@ -70,12 +70,16 @@ network_summary summarize(network const& mesh, network const& original, std::vec
     result.nodes =
         colors.size() - static_cast<std::size_t>(std::ranges::count(colors, std::vector<unsigned>()));
 
-    double target = 0.0; // of a chain, whose elements are side by side, from the original node it begins at
+    result.shortest = std::numeric_limits<double>::infinity();
+    double target = 0.0; // of the chain, read at the original node at which it begins
     for (std::size_t e = 0; e < mesh.connect.cols(); ++e) {
         if (mesh.connect(0, e) < targets.size()) target = targets[mesh.connect(0, e)];
         point const a = mesh.node(mesh.connect(0, e));
         point const b = mesh.node(mesh.connect(1, e));
-        result.longest = std::max(result.longest, distance(a, b) / target);
+        double const length = distance(a, b);
+        result.shortest = std::min(result.shortest, length);
+        result.longest = std::max(result.longest, length);
+        result.longest_to_target = std::max(result.longest_to_target, length / target);
         point const middle = {0.5 * (a.x + b.x), 0.5 * (a.y + b.y)};
         if (original.colors[nearest(middle, original).element] != mesh.colors[e]) ++result.other_colors;
     }

@@ -1,7 +1,7 @@
-// Remeshes a large network on several cores, by oneTBB. The library has no threads of its own, and calls on
-// different containers may run side by side: so the network is cut into batches of components, which share no
-// node, and each batch is remeshed by a task. The result is the same on any number of threads, and has the
-// elements that a single call makes of the whole network.
+// Remeshes a large network on several cores with oneTBB. The library starts no threads, but calls on
+// different containers can run at the same time. So the network is split into batches of components that
+// share no node, and a task remeshes each batch. The result is the same for any number of threads. Its
+// elements are those of a single call.
 
 #include <algorithm>
 #include <array>
@@ -34,13 +34,13 @@ struct options
     remesh_request request = {0.06};
 };
 
-/// Draws islands on a grid, in turn a ring and a star of five crooked arms that meet.
+/// Makes islands on a grid, in turn a ring and a star of five crooked arms that meet.
 class island_maker
 {
 public:
     explicit island_maker(std::size_t elements)
     {
-        // A star has a node more than elements.
+        // A star has one node more than elements.
         if (!made_.coords.reserve(2, elements + elements / 60 + 100) ||
             !made_.connect.reserve(2, elements + 100))
             throw std::bad_alloc();
@@ -115,7 +115,7 @@ double seconds(Run run)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// Splits, remeshes and joins; `for_each(n, body)` calls `body(i)` for all i below n.
+/// Splits, remeshes and joins the network. `for_each(n, body)` calls `body(i)` for all i below n.
 template <class ForEach>
 network_mesh remesh(network_mesh const& network, options const& chosen, ForEach for_each)
 {
@@ -186,23 +186,25 @@ void run(options const& chosen)
         by_one_call = std::min(by_one_call, seconds([&] { remesh_whole(whole, chosen.request); }));
         on_one = std::min(on_one, seconds([&] { serial = remesh(network, chosen, in_turn); }));
         on_all = std::min(on_all, seconds([&] { parallel = remesh(network, chosen, side_by_side); }));
-        require(
-            sorted_elements(serial) == sorted_elements(whole), "The elements differ from those of one call.");
+        require(sorted_elements(serial) == sorted_elements(whole),
+            "The elements differ from those of a single call.");
         require(are_equal(parallel, serial), "The mesh differs from the serial one.");
     }
-    std::printf("One call                    %8.3f s, the best of %d\n", by_one_call, chosen.rounds);
-    std::printf("Batches, one after the other%8.3f s\n", on_one);
-    std::printf("Batches on %d threads        %8.3f s, the same mesh, %.2f times as fast as on one\n",
+    std::printf("Single call                  %8.3f s, best of %d\n", by_one_call, chosen.rounds);
+    std::printf("Batches on one thread        %8.3f s\n", on_one);
+    std::printf("Batches on %d threads         %8.3f s: the same mesh, %.2f times as fast as on one thread\n",
         chosen.threads, on_all, on_one / on_all);
 }
 
 void add_options(CLI::App& app, options& chosen)
 {
-    app.add_option("--elements", chosen.elements, "elements of the network")
+    app.add_option("--elements", chosen.elements, "minimum number of elements in the network")
         ->check(CLI::Range(1, 100'000'000));
-    app.add_option("--batch", chosen.batch, "elements of a batch at least")->check(CLI::PositiveNumber);
-    app.add_option("--threads", chosen.threads, "threads")->check(CLI::PositiveNumber);
-    app.add_option("--rounds", chosen.rounds, "times that each is measured")->check(CLI::PositiveNumber);
+    app.add_option("--batch", chosen.batch, "minimum number of elements in a batch")
+        ->check(CLI::PositiveNumber);
+    app.add_option("--threads", chosen.threads, "number of threads")->check(CLI::PositiveNumber);
+    app.add_option("--rounds", chosen.rounds, "number of measurements; the best one counts")
+        ->check(CLI::PositiveNumber);
     app.add_option("--size", chosen.request.size, "target size")->check(CLI::PositiveNumber);
     app.add_option("--tolerance", chosen.request.deviation_tolerance, "deviation_tolerance of remesh_lines");
 }

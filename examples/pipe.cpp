@@ -1,6 +1,6 @@
-// Draws the centre line of a pipe in space, with an expansion loop: straight runs by translation, elbows by
-// rotation, each from the node at which the one before ends. Elements are short in the elbows and grow along
-// the runs.
+// Draws the centre line of a pipe with an expansion loop in space. Straight runs are translations, elbows are
+// rotations. Each piece starts from the last node of the piece before. Elements are short in the elbows and
+// grow along the runs.
 
 #include <algorithm>
 #include <array>
@@ -54,7 +54,7 @@ struct pipe
 
     unsigned end() const { return static_cast<unsigned>(coords.cols() - 1); }
 
-    /// Goes straight on, by sizes that are fine at both ends and coarse in the middle.
+    /// Goes straight on. Sizes are `fine` at both ends and `coarse` in the middle.
     void run(double length, double fine, double coarse)
     {
         vector3 const half = scaled(heading, 0.5 * length);
@@ -132,7 +132,7 @@ void print_row(char const* name, line_mesh const& mesh)
     std::printf("%-12s %6zu %9zu %9.4f %9.4f\n", name, mesh.lines.size(), elements, shortest, longest);
 }
 
-/// As seen from the right, in front and above, with no foreshortening of the axes against each other.
+/// The view from the right, in front and above. All axes have the same scale.
 line_mesh in_perspective(line_mesh const& mesh)
 {
     line_mesh result = {{}, mesh.lines};
@@ -155,8 +155,9 @@ void run(options const& chosen)
     double length = 0.0;
     require_success(trelk::vornik1d::length(drawn.coords, drawn.connect, length), "length");
     double const* const end = drawn.coords.col(drawn.end());
-    std::printf("Length %.4f m, of the pipe itself %.4f m. It ends %.1e m off its axis.\n", length,
-        drawn.exact_length, std::hypot(end[1], end[2]));
+    std::printf(
+        "Length of the mesh: %.4f m, of the exact pipe: %.4f m. Distance of the end from the axis: %.1e m.\n",
+        length, drawn.exact_length, std::hypot(end[1], end[2]));
 
     line_mesh const runs = in_perspective(drawn.runs);
     line_mesh const elbows = in_perspective(drawn.elbows);
@@ -172,10 +173,10 @@ void run(options const& chosen)
     save_columns(chosen.output / "pipe",
         {{"Expansion loop", std::to_string(drawn.connect.cols()) + " elements", black}},
         {whole.height / whole.width},
-        {"Straight runs by translation, blue, and elbows by rotation, red. Elements are " +
-                brief(chosen.fine) + " m long in the elbows",
-            "and grow to " + brief(chosen.coarse) + " m in the middle of the runs."},
-        draw_map);
+        {"Blue: straight runs, made by translation. Red: elbows, made by rotation. The target size is " +
+                brief(chosen.fine) + " m in the elbows",
+            "and grows to " + brief(chosen.coarse) + " m in the middle of the runs."},
+        draw_map, /* page_width */ 720.0);
 }
 
 void add_options(CLI::App& app, options& chosen)

@@ -5,7 +5,8 @@
 
 #include "line_mesh.h"
 
-/// Target sizes in kilometres: finest at the harbour, which is the origin, and growing with the distance.
+/// Target sizes in kilometres: smallest at the harbour, which is the origin, and growing with the distance
+/// from it.
 struct size_field
 {
     double finest = 0.5;
@@ -17,6 +18,6 @@ struct size_field
         return std::min(finest + growth * std::hypot(where.x, where.y), coarsest);
     }
 
-    /// The distance at which a size is reached.
+    /// The distance from the harbour at which a size is reached.
     double radius(double size) const { return (size - finest) / growth; }
 };

@@ -1,5 +1,5 @@
-// Draws the pictures of the manual: figures RESULTS PICTURES, the folders of what the recipes printed and of
-// the pictures.
+// Draws the pictures of the manual. Usage: figures RESULTS PICTURES. RESULTS is the folder of what the
+// recipes printed, PICTURES the folder for the pictures.
 
 #include "figures.h"
 

@@ -16,7 +16,7 @@
 #include "figure.h"
 #include "line_mesh.h"
 
-// What the pictures of the manual share. Each is a row of panels, or a column of them.
+// Helpers for the pictures of the manual. A picture is a row or a column of panels.
 
 constexpr double picture_width = 720.0; // points
 constexpr unsigned no_limit = 4294967295;
@@ -55,7 +55,7 @@ inline trelk::dense1D<unsigned> first_nodes(std::size_t n)
     return result;
 }
 
-/// A mesh of one line, of values of its own.
+/// A mesh of one line, with its own copy of the values.
 inline line_mesh one_line(trelk::dense2D<double> const& coords, trelk::dense1D<unsigned> const& nodes)
 {
     line_mesh result;
@@ -80,7 +80,8 @@ struct picture_panel
     std::function<void(map_frame const&)> draw;
 };
 
-/// Draws panels side by side on STEM.svg and STEM.png. They have regions of one shape, or all of them one.
+/// Draws panels side by side on STEM.svg and STEM.png. `regions` has one region for all panels, or one for
+/// each; all have the same shape.
 inline void save_panels(std::filesystem::path const& stem, std::vector<rectangle> const& regions,
     std::vector<picture_panel> const& panels)
 {
@@ -107,6 +108,6 @@ inline std::string short_number(double value)
     return text.data();
 }
 
-/// The pictures of the guide's pages on ideas, and those of its recipes, from what these printed.
+/// Draw the pictures of the guide. Those of the recipes show what the recipes printed.
 void draw_ideas(std::filesystem::path const& folder);
 void draw_recipes(std::filesystem::path const& results, std::filesystem::path const& folder);

@@ -126,17 +126,19 @@ void draw_tolerance(std::filesystem::path const& folder)
     {
         double tolerance;
         std::string title;
+        std::string meaning;
         color ink;
-    } const ways[] = {{0.0, "0", blue}, {0.05, "0.05", vermilion}, {-0.01, "-0.01", green}};
+    } const ways[] = {{0.0, "0", "sizes alone", blue}, {0.05, "0.05", "a distance", vermilion},
+        {-0.01, "-0.01", "relative to the radius", green}};
     std::vector<picture_panel> panels;
-    for (auto const& [tolerance, title, ink] : ways) {
+    for (auto const& [tolerance, title, meaning, ink] : ways) {
         dense2D<double> coords = nodes_at(bay(n));
         dense1D<double> const sizes(n + 1, 0.6);
         dense1D<unsigned> mesh;
         dense1D<double> params, mesh_sizes;
         require_success(vornik1d::mesh_line(
             coords, chain, sizes, false, 3, no_limit, tolerance, 0.0, mesh, params, mesh_sizes));
-        panels.push_back({{"Tolerance " + title, counted(mesh.size() - 1), ink},
+        panels.push_back({{"Tolerance " + title, meaning + ": " + counted(mesh.size() - 1), ink},
             [=, result = one_line(coords, mesh), shade = ink](map_frame const& map) {
                 map.lines(input, light_grey, 3.0);
                 draw_mesh(map, result, shade);
@@ -157,7 +159,7 @@ void draw_spline(std::filesystem::path const& folder)
         by_line, first_nodes(6), line_sizes, false, 1, no_limit, 0.01, 0.0, line_nodes, params, mesh_sizes));
 
     //! [spline]
-    // An open curve through the nodes 0 to 5: its ends stand twice.
+    // An open curve through the nodes 0 to 5. The guide nodes repeat its ends.
     auto const chain = list_of<unsigned>({0, 0, 1, 2, 3, 4, 5, 5});
     dense1D<double> const sizes(8, 0.8);
     double deviation = 0.0;
@@ -208,8 +210,7 @@ void draw_gradation(std::filesystem::path const& folder)
             gradation, mesh, params, mesh_sizes, deviation));
         std::vector<point> law;
         for (std::size_t i = 0; i < mesh.size(); ++i) law.push_back({coords(0, mesh[i]), mesh_sizes[i]});
-        std::string const growth =
-            gradation > 0.0 ? "max_gradation " + short_number(gradation) : "no limit to growth";
+        std::string const growth = gradation > 0.0 ? "max_gradation " + short_number(gradation) : "no limit";
         results.push_back(
             {one_line(coords, mesh), polyline(law), growth + ": " + counted(mesh.size() - 1), ink});
     }
@@ -225,11 +226,11 @@ void draw_gradation(std::filesystem::path const& folder)
     };
     double const shape = region.height / region.width;
     save_columns(folder / "gradation",
-        {{"Growth of sizes", "a node asks for 0.1 among others that ask for 1", black}},
+        {{"A limit on the growth of sizes", "one node has size 0.1, all others have size 1", black}},
         {shape, shape, shape}, {}, draw_map, picture_width);
 }
 
-/// A network: a baseline with a branch and a corner, and a bend that changes colour on the way.
+/// A network: a straight line with a branch and a corner, then an arc on which the colour changes.
 void draw_corners(std::filesystem::path const& folder)
 {
     dense2D<double> coords;
@@ -276,7 +277,7 @@ void draw_corners(std::filesystem::path const& folder)
         hard_nodes, no_hard_edges, /* force_even */ false, /* max_angle */ 30.0,
         /* deviation_tolerance */ 0.02, /* max_gradation */ 0.0, /* min_size */ 0.0, /* min_elements */ 1,
         no_limit));
-    // hard_nodes holds all break nodes now.
+    // Now hard_nodes holds all break nodes.
     //! [remesh]
 
     std::array<color, 4> const inks = {blue, vermilion, green, grey};
@@ -287,18 +288,19 @@ void draw_corners(std::filesystem::path const& folder)
                 inks[colors_of[e] % 4]);
     };
     save_panels(folder / "corners-and-colours", {{{-0.6, -1.6}, 5.6, 4.8}},
-        {{{"Before", counted(old_connect.cols()) + " of four colours", black},
+        {{{"Before", counted(old_connect.cols()) + " in four colours", black},
              [&](map_frame const& map) { draw(map, old_connect, old_colors); }},
-            {{"After", counted(connect.cols()) + ", break nodes ringed", black}, [&](map_frame const& map) {
-                 draw(map, connect, colors);
-                 for (unsigned const node : hard_nodes)
-                     map.circle({coords(0, node), coords(1, node)}, 0.1, black, 1.2);
-                 map.label({0.15, -0.3}, "end", black);
-                 map.label({0.8, 0.3}, "hard node", black);
-                 map.label({2.0, 0.3}, "junction", black);
-                 map.label({4.4, -0.3}, "corner", black);
-                 map.label({3.0, 1.6}, "colours change", black);
-             }}});
+            {{"After", counted(connect.cols()) + "; rings mark the break nodes", black},
+                [&](map_frame const& map) {
+                    draw(map, connect, colors);
+                    for (unsigned const node : hard_nodes)
+                        map.circle({coords(0, node), coords(1, node)}, 0.1, black, 1.2);
+                    map.label({0.15, -0.3}, "end", black);
+                    map.label({0.8, 0.3}, "hard node", black);
+                    map.label({2.0, 0.3}, "junction", black);
+                    map.label({4.4, -0.3}, "corner", black);
+                    map.label({3.0, 1.6}, "colours change", black);
+                }}});
 }
 
 void draw_counts(std::filesystem::path const& folder)
@@ -317,9 +319,9 @@ void draw_counts(std::filesystem::path const& folder)
         }
     };
     save_panels(folder / "counts", {{{-0.8, -3.5}, 5.1, 3.5}},
-        {{{"Any count", "lengths at the left, counts at the right; the size is 1", blue},
+        {{{"Any count", "size 1; left: length, right: number of elements", blue},
              [&](map_frame const& map) { draw(map, false, blue); }},
-            {{"force_even", "at least 2, and 4 from a length of 2.83 on", vermilion},
+            {{"force_even", "at least 2; 4 if the length is at least 2.83", vermilion},
                 [&](map_frame const& map) { draw(map, true, vermilion); }}});
 }
 
@@ -341,14 +343,14 @@ void draw_outputs(std::filesystem::path const& folder)
         map.label({p.x, p.y + 0.3}, std::to_string(node), ink);
     };
     save_panels(folder / "outputs", {{{-0.5, -0.5}, 7.0, 2.4}},
-        {{{"Before", "4 nodes, the chain 0, 1, 2, 3", grey},
+        {{{"Before", "4 nodes; the chain is 0, 1, 2, 3", grey},
              [&](map_frame const& map) {
                  draw_mesh(map, polyline(places), grey);
                  for (std::size_t k = 0; k < 4; ++k) number(map, places[k], k, grey);
              }},
             {{"After",
-                 std::to_string(coords.cols()) + " nodes, of which the mesh has " +
-                     std::to_string(mesh.size()),
+                 std::to_string(coords.cols()) + " nodes; the mesh uses " + std::to_string(mesh.size()) +
+                     " of them",
                  blue},
                 [&](map_frame const& map) {
                     draw_mesh(map, polyline(places), light_grey);
@@ -377,14 +379,15 @@ void draw_status(std::filesystem::path const& folder)
         vornik1d::mesh_line(coords, chain, sizes, false, 1, no_limit, 0.0, 0.0, mesh, params, mesh_sizes);
     //! [status]
 
-    std::string const kept = std::to_string(nodes_after_refusal) + " nodes as before";
+    std::string const kept = std::to_string(nodes_after_refusal) + " nodes";
     save_panels(folder / "status", {{{-0.4, -0.4}, 6.8, 2.0}},
-        {{{"Status " + std::to_string(refused), "argument 2 names no node: " + kept, vermilion},
+        {{{"Status " + std::to_string(refused), "argument 2 is wrong; coords still has " + kept, vermilion},
              [&](map_frame const& map) {
                  draw_mesh(map, polyline({places[0], places[1], places[2]}), grey);
                  map.nodes(polyline({places[3]}), grey, 5.0);
              }},
-            {{"Status " + std::to_string(done), "mended and called again: " + counted(mesh.size() - 1), blue},
+            {{"Status " + std::to_string(done), "chain corrected, called again: " + counted(mesh.size() - 1),
+                 blue},
                 [&](map_frame const& map) {
                     draw_mesh(map, polyline(places), light_grey);
                     draw_mesh(map, one_line(coords, mesh), blue);
@@ -410,7 +413,7 @@ void draw_threads(std::filesystem::path const& folder)
     }
 
     //! [threads]
-    auto const mesh_island = [](island& own) { // writes to no storage that another thread uses
+    auto const mesh_island = [](island& own) { // writes to no memory that another thread uses
         dense1D<unsigned> chain = first_nodes(n);
         dense1D<double> const sizes(n + 1, 0.4);
         dense1D<double> params, mesh_sizes;
@@ -431,9 +434,8 @@ void draw_threads(std::filesystem::path const& folder)
 
     std::array<color, thread_count> const inks = {blue, vermilion, green};
     for (island const& one : islands) require_success(one.status);
-    save_panels(folder / "threads-and-memory", {{{-1.3, -3.8}, 10.8, 5.3}},
-        {{{"Eight islands on three threads", "a colour for each thread; each island has a matrix of its own",
-              black},
+    save_panels(folder / "threads-and-memory", {{{-1.3, -3.85}, 11.1, 5.4}},
+        {{{"Eight islands on three threads", "one colour per thread; each island has its own matrix", black},
             [&](map_frame const& map) {
                 for (std::size_t k = 0; k < islands.size(); ++k)
                     draw_mesh(map, one_line(islands[k].coords, islands[k].mesh), inks[k % thread_count]);

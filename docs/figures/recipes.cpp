@@ -10,13 +10,13 @@
 
 namespace {
 
-/// A part of what a recipe printed: a line "# TITLE" and the rows of numbers below it.
+/// A part of what a recipe printed: a line "# TITLE" and the rows of numbers after it.
 struct block
 {
     std::string title;
     std::vector<std::vector<double>> rows;
 
-    /// The rows as places, from the given columns on.
+    /// The rows as places. x is in the given column, y in the next one.
     std::vector<point> places(std::size_t column = 0) const
     {
         std::vector<point> result;
@@ -43,13 +43,13 @@ std::vector<block> read(std::filesystem::path const& results, std::string const&
     return blocks;
 }
 
-/// What a recipe promises of its result.
+/// Throws unless the result of a recipe is as its page says.
 void require(bool promise, std::string const& text)
 {
     if (!promise) throw std::runtime_error("broken promise of a recipe: " + text);
 }
 
-/// A region of the shape of another one, by its corner and width.
+/// A region with the given corner and width, and the shape of another one.
 rectangle like(rectangle const& shape, point const& corner, double width)
 {
     return {corner, width, width * shape.height / shape.width};
@@ -63,7 +63,7 @@ void draw_even_spacing(std::vector<block> const& blocks, std::filesystem::path c
     std::size_t const elements = mesh.coords.cols() - 1;
     require(elements == 40, "40 elements");
     save_panels(stem, {widened(bounds(spiral), 1.0)},
-        {{{"Given", std::to_string(given) + " nodes, ever farther apart", grey},
+        {{{"Given", std::to_string(given) + " nodes, closest in the middle", grey},
              [&](map_frame const& map) { draw_mesh(map, spiral, grey, 0.6); }},
             {{counted(elements), "equally long along the line", blue}, [&](map_frame const& map) {
                  map.lines(spiral, light_grey, 4.0);
@@ -80,20 +80,20 @@ void draw_boundary_layer(std::vector<block> const& blocks, std::filesystem::path
         std::abs(first / 0.005 - 1.0) < 0.1 && std::abs(ratio / 1.25 - 1.0) < 0.02, "first element, growth");
 
     rectangle const whole = {{-0.05, -0.05}, 2.1, 0.65};
-    rectangle const detail = like(whole, {0.9, 0.11}, 0.3);
-    auto const draw = [&](map_frame const& map, double scale) {
+    rectangle const detail = like(whole, {0.85, 0.1}, 0.3);
+    auto const draw_map = [&](canvas const& page, rectangle const& frame, std::size_t, std::size_t row) {
+        map_frame const map(page, frame, row == 0 ? whole : detail, map_ground);
         for (block const& part : blocks)
-            draw_mesh(map, polyline(part.places()), part.title == "wall" ? vermilion : blue, scale);
+            draw_mesh(
+                map, polyline(part.places()), part.title == "wall" ? vermilion : blue, row == 0 ? 0.7 : 1.0);
+        map.box(detail, black, row == 0 ? 1.2 : 2.4);
     };
-    std::string const law = "first element " + short_number(first) + ", ratio " + short_number(ratio);
-    save_panels(stem, {whole, detail},
-        {{{"Lines off a wall", std::to_string(blocks.size() - 1) + " lines of " + counted(line.size() - 1),
-              blue},
-             [&](map_frame const& map) {
-                 draw(map, 0.5);
-                 map.box(detail, black, 1.2);
-             }},
-            {{"The part in the box", law, blue}, [&](map_frame const& map) { draw(map, 0.8); }}});
+    std::string const text = "first element " + short_number(first) + ", ratio " + short_number(ratio) +
+                             "; the lower picture enlarges the part in the box";
+    double const shape = whole.height / whole.width;
+    save_columns(stem,
+        {{std::to_string(blocks.size() - 1) + " lines of " + counted(line.size() - 1), text, blue}},
+        {shape, shape}, {}, draw_map, picture_width);
 }
 
 void draw_airfoil(std::vector<block> const& blocks, std::filesystem::path const& stem)
@@ -108,7 +108,9 @@ void draw_airfoil(std::vector<block> const& blocks, std::filesystem::path const&
         draw_mesh(map, mesh, blue, row == 0 ? 0.7 : 1.0);
         map.box(nose, black, row == 0 ? 1.2 : 2.4);
     };
-    save_columns(stem, {{counted(mesh.coords.cols() - 1), "pale dots are the points given", blue}},
+    save_columns(stem,
+        {{counted(mesh.coords.cols() - 1),
+            "pale dots: the given points; the lower picture enlarges the part in the box", blue}},
         {whole.height / whole.width, nose.height / nose.width}, {}, draw_map, picture_width);
 }
 
@@ -130,13 +132,14 @@ void draw_coastline(std::vector<block> const& blocks, std::filesystem::path cons
     };
     save_panels(stem, {whole, detail},
         {{{counted(mesh.coords.cols() - 1),
-              "of " + std::to_string(coast.coords.cols()) + ", up to " + short_number(off) + " off the coast",
+              std::to_string(coast.coords.cols()) + " before; at most " + short_number(off) +
+                  " from the coast",
               blue},
              [&](map_frame const& map) {
                  draw(map, 0.7);
                  map.box(detail, black, 1.2);
              }},
-            {{"At the harbour", "the red dot, where elements are shortest", blue},
+            {{"At the harbour", "elements are shortest at the red dot", blue},
                 [&](map_frame const& map) { draw(map, 1.0); }}});
 }
 
@@ -147,8 +150,7 @@ void draw_vessel(std::vector<block> const& blocks, std::filesystem::path const& 
     for (block const& branch : blocks) elements += branch.rows.size() - 1;
     require(blocks.at(0).rows.back().at(0) == blocks.at(1).rows.at(0).at(0), "branches meet");
     save_panels(stem, {{{-6.0, -16.5}, 70.0, 31.0}},
-        {{{counted(elements), "half as long as the radius; circles show the radius carried to each node",
-              blue},
+        {{{counted(elements), "half as long as the radius; circles show the radius at each node", blue},
             [&](map_frame const& map) {
                 for (block const& branch : blocks)
                     for (auto const& row : branch.rows)
@@ -199,7 +201,7 @@ void draw_matching_nodes(std::vector<block> const& blocks, std::filesystem::path
             draw_mesh(map, polyline(places), is_apart ? ink : black, 0.8);
         }
     };
-    // Elements inside belong to two regions and have the same nodes in both.
+    // Inner elements belong to two regions and have the same nodes in both.
     std::map<std::pair<double, double>, int> uses;
     for (block const& element : blocks)
         ++uses[std::minmax({element.rows.at(0).at(0), element.rows.at(1).at(0)})];

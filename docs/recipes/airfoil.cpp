@@ -1,4 +1,5 @@
-// Meshes a wing section by the curvature of the spline through its points, finer at its trailing edge.
+// Meshes a wing section along the spline through its points. Elements are short where the curve bends and at
+// the trailing edge.
 
 #include <cmath>
 #include <cstdio>
@@ -9,8 +10,9 @@ int main()
 {
     using namespace trelk;
 
-    // The section: NACA 0012 with a closed trailing edge, from there over the upper side to the nose and back
-    // below. The trailing edge is a corner, so the curve is open: two nodes at one place.
+    // The section is NACA 0012 with a closed trailing edge. Points run from there over the upper side to the
+    // nose and back along the lower side. The trailing edge is a corner, so the curve is open: two nodes at
+    // one place.
     constexpr unsigned n = 61;
     double const pi = std::acos(-1.0);
     dense2D<double> coords;
@@ -27,7 +29,7 @@ int main()
     }
 
     dense1D<unsigned> chain;
-    bool is_complete = chain.push_back(0); // the first node stands twice, and the last one
+    bool is_complete = chain.push_back(0); // the guide nodes repeat the first and the last node
     for (unsigned k = 0; k < n; ++k) is_complete = chain.push_back(k) && is_complete;
     is_complete = chain.push_back(n - 1) && is_complete;
     if (!is_complete) return 1;

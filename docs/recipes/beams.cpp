@@ -1,4 +1,4 @@
-// Makes quadratic beam elements, none longer than 1.2 m, of the members of a frame. Joints keep their
+// Cuts the members of a frame into beam elements of three nodes, at most 1.2 m long. Joints keep their
 // numbers.
 
 #include <cmath>
@@ -10,7 +10,7 @@ int main()
 {
     using namespace trelk;
 
-    // Joints in m, column by column, and members between them, each with the number of its section.
+    // Joints in m, column by column. Members between two joints, each with the number of its section.
     double joints[] = {0, 0, 0, 3, 0, 6, 5, 0, 5, 3, 5, 6, 9, 0, 9, 3};
     struct
     {
@@ -30,7 +30,7 @@ int main()
         if (vornik1d::indices_to_connectE2(nodes, connect) != 0) return 1;
         if (!sections.push_back_n(section, count)) return 1;
     }
-    if (vornik1d::convert_into_quadratic(coords, connect) != 0) return 1; // rows: both ends, then the middle
+    if (vornik1d::convert_into_quadratic(coords, connect) != 0) return 1; // rows 0 and 1: ends, row 2: middle
 
     for (std::size_t e = 0; e < connect.cols(); ++e) {
         std::printf("# section %u\n", sections[e]);

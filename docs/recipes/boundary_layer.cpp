@@ -1,5 +1,5 @@
-// Draws lines off a wall whose first element is 0.005 long, in the unit of the coordinates, and whose elements
-// grow by a quarter from one to the next.
+// Draws lines away from a wall. The first element is 0.005 long, in the unit of the coordinates. Each further
+// element is 1.25 times as long as the one before.
 
 #include <cmath>
 #include <cstdio>
@@ -10,8 +10,8 @@ int main()
 {
     using namespace trelk;
 
-    // The wall: a flat one with a bump. Normals are to the left of its direction, so it runs from left to
-    // right.
+    // The wall is flat, with a bump. It runs from left to right, because normals point to the left of its
+    // direction.
     constexpr unsigned n = 81;
     dense2D<double> coords;
     dense1D<unsigned> chain(n);
@@ -28,7 +28,7 @@ int main()
     if (vornik1d::mesh_line(coords, chain, wall_sizes, false, 1, 1000, 0.002, 0.0, wall, params, sizes) != 0)
         return 1;
 
-    // Sizes that run linearly with slope ln(ratio) make elements that grow by that ratio.
+    // If sizes change linearly with slope ln(ratio), elements grow by that ratio.
     double const first = 0.005, ratio = 1.25, thickness = 0.4;
     double const slope = std::log(ratio);
     double const size_at_wall = first * slope / (ratio - 1.0);
@@ -46,7 +46,7 @@ int main()
             coords, node, path, size_at_wall, size_at_end, /* force_even */ false, line);
         if (status != 0) return 1;
 
-        std::printf("# line off the wall\n");
+        std::printf("# line from the wall\n");
         for (unsigned const p : line) std::printf("%.9g %.9g\n", coords(0, p), coords(1, p));
     }
     std::printf("# wall\n");

@@ -1,4 +1,5 @@
-// Meshes the coast of an island, finer towards a harbour, with its nodes held within a tolerance of the mesh.
+// Meshes the coast of an island, with short elements near a harbour. The mesh stays within a tolerance of the
+// coast.
 
 #include <cmath>
 #include <cstdio>
@@ -9,7 +10,7 @@ int main()
 {
     using namespace trelk;
 
-    // The coast: a closed line, bends of all sizes. Put yours here, projected to the plane.
+    // The coast is a closed line with bends of all sizes. Put yours here, projected to the plane.
     constexpr unsigned n = 1500;
     dense2D<double> coords;
     dense1D<unsigned> chain(n + 1);
@@ -25,7 +26,7 @@ int main()
         chain[k] = k;
         std::printf("%g %g\n", coords(0, k), coords(1, k));
     }
-    chain[n] = 0; // a closed line ends with the node it starts with
+    chain[n] = 0; // a closed line ends with its first node
 
     unsigned const harbour = 250;
     dense1D<double> sizes;

@@ -1,4 +1,4 @@
-// Cuts a line into 40 elements of equal length along it.
+// Cuts a line into 40 elements that are equally long along the line.
 
 #include <cmath>
 #include <cstdio>
@@ -9,7 +9,7 @@ int main()
 {
     using namespace trelk;
 
-    // The line: here a spiral.
+    // The line, here a spiral.
     constexpr unsigned n = 200;
     dense2D<double> coords;
     dense1D<unsigned> chain(n);

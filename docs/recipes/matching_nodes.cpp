@@ -1,5 +1,5 @@
-// Remeshes the borders of three regions that meet at a point, once for both sides of each border, and then
-// takes the boundary of each region out of the mesh.
+// Remeshes the borders of three regions that meet at a point, each border once for both sides. Then takes the
+// boundary of each region from the mesh.
 
 #include <algorithm>
 #include <cmath>
@@ -16,7 +16,7 @@ struct network
     dense2D<unsigned> connect;
     dense1D<unsigned> colors;
 
-    /// Adds a border of a colour, straight or with waves, as 40 elements from node to node.
+    /// Adds a border of 40 elements between two nodes, straight or with waves, with a colour.
     bool add(unsigned from, unsigned to, double waves, unsigned color)
     {
         std::size_t const base = connect.cols();
@@ -36,7 +36,8 @@ struct network
 
 int main()
 {
-    // The triple point, three points of the outline at which borders end, and its two further corners.
+    // Node 0 is the triple point. Nodes 1 to 3 are the ends of borders on the outline, 4 and 5 its other
+    // corners.
     double places[] = {0.5, 0.45, 0.5, 0, 0, 1, 1, 1, 0, 0, 1, 0};
     network mesh{dense2D<double>(2, 6, places), {}, {}};
     bool const is_complete = mesh.add(0, 1, 0.05, 0) && mesh.add(0, 2, 0.05, 1) && mesh.add(0, 3, 0.05, 2) &&
@@ -44,7 +45,7 @@ int main()
                              mesh.add(3, 5, 0.0, 5) && mesh.add(5, 1, 0.0, 5);
     if (!is_complete) return 1;
 
-    dense1D<double> sizes(1, 0.03); // of node 0, the triple point; the others have the default
+    dense1D<double> sizes(1, 0.03); // of node 0, the triple point; other nodes have the default
     dense1D<unsigned> break_nodes, hard_edges;
     int const status = vornik1d::remesh_lines(mesh.coords, mesh.connect, /* default_size */ 0.15, sizes,
         mesh.colors, break_nodes, hard_edges, /* force_even */ false, /* max_angle */ 30.0,
@@ -52,7 +53,8 @@ int main()
         /* max_elements */ 1000);
     if (status != 0) return 1;
 
-    // Colours survive, so a region's boundary is what has one of its colours.
+    // Elements keep the colours of their borders. So the boundary of a region is the elements with its
+    // colours.
     unsigned const colors_of_regions[3][3] = {{0, 1, 3}, {1, 2, 4}, {2, 0, 5}};
     for (int r = 0; r < 3; ++r) {
         auto const& own = colors_of_regions[r];

@@ -1,5 +1,5 @@
-// Meshes the centre line of a vessel that forks, by elements half as long as its radius there, and carries
-// the radius over to the new nodes. Lengths are in mm.
+// Meshes the centre line of a vessel that forks. Elements are half as long as the radius. The radius is
+// carried to the new nodes. Lengths are in mm.
 
 #include <cmath>
 #include <cstdio>
@@ -11,7 +11,7 @@ using namespace trelk;
 /// Meshes a branch and prints its nodes, each with its radius.
 bool mesh_branch(dense2D<double>& coords, dense1D<unsigned> const& nodes, dense1D<double> const& radii)
 {
-    // The parameter of each known node: the chord length up to it over that of the branch.
+    // The parameter of a known node is its normalised chord length: 0 at the first node, 1 at the last.
     std::size_t const n = nodes.size();
     dense1D<double> node_params(n, 0.0);
     if (n < 2 || node_params.size() != n) return false;
@@ -23,7 +23,7 @@ bool mesh_branch(dense2D<double>& coords, dense1D<unsigned> const& nodes, dense1
     double const total = node_params[n - 1];
     for (double& param : node_params) param /= total;
 
-    // The spline's chain names its first and last node twice.
+    // The guide nodes of the chain repeat the first and the last node.
     dense1D<unsigned> chain;
     dense1D<double> sizes;
     for (std::size_t k = 0; k < n + 2; ++k) {
@@ -49,7 +49,7 @@ bool mesh_branch(dense2D<double>& coords, dense1D<unsigned> const& nodes, dense1
 
 int main()
 {
-    // Three branches of 9 known nodes. They meet at node 8, with which the first one ends.
+    // Three branches of 9 known nodes. They meet at node 8, the last node of the first branch.
     dense2D<double> coords;
     dense1D<unsigned> branches[3];
     dense1D<double> radii[3];
