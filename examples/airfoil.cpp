@@ -9,7 +9,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <functional>
-#include <limits>
 #include <new>
 #include <numbers>
 #include <string>
@@ -18,7 +17,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include <vornik1d/vornik1d.h>
+#include <vornik1d/helpers.h>
 
 #include "curves.h"
 #include "demo.h"
@@ -90,26 +89,15 @@ struct spline
     }
 };
 
-/// The chain through all nodes of a closed line, with guide nodes. A smooth line has its neighbours across
-/// the ends as guide nodes. A line with a corner there repeats its end nodes.
-trelk::dense1D<unsigned> with_guides(trelk::dense1D<unsigned> const& nodes, bool has_corner)
-{
-    std::size_t const last = nodes.size() - 1;
-    trelk::dense1D<unsigned> chain;
-    if (!chain.reserve(nodes.size() + 2)) throw std::bad_alloc();
-    chain.push_back(has_corner ? nodes[0] : nodes[last - 1]);
-    for (unsigned const node : nodes) chain.push_back(node);
-    chain.push_back(has_corner ? nodes[last] : nodes[1]);
-    return chain;
-}
-
 template <class Shape>
 curve known_at(unsigned points, std::string const& name, Shape const& shape, bool has_corner)
 {
     constexpr std::size_t samples = 2400;
     constexpr int dimension = std::tuple_size_v<decltype(shape.at(0.0))>;
     curve result = {name, has_corner, sample(shape, samples), sample(shape, points), {}, {}};
-    result.chain = with_guides(result.input.lines[0].nodes, has_corner);
+    // The curve is smooth across the ends of its chain, unless there is a corner.
+    result.chain = trelk::vornik1d::with_guides(result.input.lines[0].nodes, /* closed */ !has_corner);
+    if (result.chain.empty()) throw std::bad_alloc();
     spline<dimension> const through = {result.input.coords, result.chain};
     result.spline = sample(through, through.spans() * (samples / points + 1));
     return result;
@@ -117,22 +105,21 @@ curve known_at(unsigned points, std::string const& name, Shape const& shape, boo
 
 line_mesh mesh_by_curvature(curve const& shape, double tolerance, double growth)
 {
-    constexpr double target_size = 0.2;  // unless curvature or growth bounds it
-    constexpr double min_size = 0.0005;  // limits the number of samples at kinks of the spline
-    constexpr double default_size = 0.0; // none
-    constexpr unsigned min_elements = 3; // two elements enclose nothing
-    constexpr unsigned no_limit = std::numeric_limits<unsigned>::max();
+    constexpr double target_size = 0.2; // unless curvature or growth bounds it
 
     line_mesh result;
     trelk::dense1D<double> sizes;
     if (!result.coords.copy(shape.input.coords) || !sizes.resize(shape.chain.size(), target_size))
         throw std::bad_alloc();
     line& mesh = result.lines.emplace_back();
-    trelk::dense1D<double> params;
-    double deviation = 0.0;
-    int const status = trelk::vornik1d::mesh_spline(result.coords, shape.chain, sizes, false, min_elements,
-        no_limit, tolerance, min_size, default_size, growth, mesh.nodes, params, mesh.sizes, deviation);
-    require_success(status, "mesh_spline");
+    trelk::vornik1d::spline_options options;
+    options.deviation_tolerance = tolerance;
+    options.min_size = 0.0005; // limits the number of samples at kinks of the spline
+    options.max_gradation = growth;
+    options.min_elements = 3; // two elements enclose nothing
+    options.out_sizes = &mesh.sizes;
+    require_success(
+        trelk::vornik1d::mesh_spline(result.coords, shape.chain, sizes, mesh.nodes, options), "mesh_spline");
     return result;
 }
 

@@ -86,9 +86,7 @@ void network_batches::remesh(std::size_t batch, remesh_request const& request)
     for (std::size_t k = 0; k < own.nodes.size(); ++k)
         std::copy_n(network_.coords.col(own.nodes[k]), rows, coords.col(k));
 
-    int const status = trelk::vornik1d::remesh_lines(coords, connect, request.size, /* force_even */ false,
-        request.max_angle, request.deviation_tolerance, /* max_gradation */ 0.0, /* min_size */ 0.0,
-        /* min_elements */ 1, /* max_elements */ std::numeric_limits<unsigned>::max());
+    int const status = trelk::vornik1d::remesh_lines(coords, connect, request.size, options_of(request));
     if (status != 0) throw std::runtime_error("remesh_lines failed with status " + std::to_string(status));
 }
 

@@ -19,6 +19,14 @@ struct remesh_request
     double deviation_tolerance = 0.0;
 };
 
+inline trelk::vornik1d::remesh_options options_of(remesh_request const& request)
+{
+    trelk::vornik1d::remesh_options options;
+    options.deviation_tolerance = request.deviation_tolerance;
+    options.max_angle = request.max_angle;
+    return options;
+}
+
 /// A network, split into batches of components that share no node. Each batch has its own containers. So
 /// batches can be remeshed at the same time and joined afterwards.
 ///

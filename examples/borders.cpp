@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
-#include <limits>
 #include <map>
 #include <new>
 #include <string>
@@ -90,21 +89,23 @@ struct remeshing
 remeshing remesh(
     network const& original, trelk::dense1D<double> const& sizes, double tolerance, options const& chosen)
 {
-    constexpr unsigned no_limit = std::numeric_limits<unsigned>::max();
     remeshing result;
     auto& [coords, connect, colors] = result.mesh;
     if (!coords.copy(original.coords) || !connect.copy(original.connect) || !colors.copy(original.colors))
         throw std::bad_alloc();
 
-    trelk::dense1D<unsigned> hard_nodes;
-    trelk::dense1D<unsigned> const hard_edges;
+    trelk::dense1D<unsigned> break_nodes;
+    trelk::vornik1d::remesh_options options;
+    options.deviation_tolerance = tolerance;
+    options.max_angle = chosen.max_angle;
+    options.min_size = chosen.min_size;
+    options.sizes = sizes;
+    options.colors = &colors;
+    options.hard_nodes = &break_nodes;
     auto const start = std::chrono::steady_clock::now();
-    require_success(trelk::vornik1d::remesh_lines(coords, connect, chosen.size, sizes, colors, hard_nodes,
-                        hard_edges, /* force_even */ false, chosen.max_angle, tolerance,
-                        /* max_gradation */ 0.0, chosen.min_size, /* min_elements */ 1, no_limit),
-        "remesh_lines");
+    require_success(trelk::vornik1d::remesh_lines(coords, connect, chosen.size, options), "remesh_lines");
     std::chrono::duration<double, std::milli> const elapsed = std::chrono::steady_clock::now() - start;
-    result.break_nodes = hard_nodes.size();
+    result.break_nodes = break_nodes.size();
     result.milliseconds = elapsed.count();
     return result;
 }

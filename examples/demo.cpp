@@ -3,7 +3,6 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdio>
-#include <limits>
 #include <new>
 #include <stdexcept>
 
@@ -69,7 +68,6 @@ void set_sizes(line_mesh& coast, std::function<double(point const&)> const& size
 
 meshing mesh_lines(line_mesh const& coast, double tolerance)
 {
-    constexpr unsigned no_limit = std::numeric_limits<unsigned>::max();
     meshing result;
     auto& coords = result.mesh.coords;
     if (!coords.copy(coast.coords)) throw std::bad_alloc();
@@ -77,14 +75,15 @@ meshing mesh_lines(line_mesh const& coast, double tolerance)
     auto const start = std::chrono::steady_clock::now();
     for (line const& chain : coast.lines) {
         line& mesh = result.mesh.lines.emplace_back();
-        unsigned const min_elements = chain.closed() ? 3 : 1; // two elements enclose nothing
-        trelk::dense1D<double> params;
-        auto const mesh_by = [&](auto const& targets, auto& mesh_targets) {
-            return trelk::vornik1d::mesh_line(coords, chain.nodes, targets, false, min_elements, no_limit,
-                tolerance, 0.0, mesh.nodes, params, mesh_targets);
+        trelk::vornik1d::line_options options;
+        options.deviation_tolerance = tolerance;
+        options.min_elements = chain.closed() ? 3 : 1; // two elements enclose nothing
+        options.out_sizes = &mesh.sizes;
+        options.out_metrics = &mesh.metrics;
+        auto const mesh_by = [&](auto const& targets) {
+            return trelk::vornik1d::mesh_line(coords, chain.nodes, targets, mesh.nodes, options);
         };
-        int const status =
-            chain.metrics.empty() ? mesh_by(chain.sizes, mesh.sizes) : mesh_by(chain.metrics, mesh.metrics);
+        int const status = chain.metrics.empty() ? mesh_by(chain.sizes) : mesh_by(chain.metrics);
         require_success(status, "mesh_line");
     }
     std::chrono::duration<double, std::milli> const elapsed = std::chrono::steady_clock::now() - start;

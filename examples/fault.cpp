@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
-#include <limits>
 #include <new>
 #include <numbers>
 #include <string>
@@ -129,14 +128,12 @@ void mesh_between(unsigned before, std::array<unsigned, 3> const& nodes, unsigne
         std::copy_n(tensors.col(node), 3, targets.col(chain.size()));
         chain.push_back(node);
     }
-    constexpr double by_sizes_alone = 0.0;
     line& result = mesh.lines.emplace_back();
-    trelk::dense1D<double> params;
-    double deviation = 0.0;
-    require_success(trelk::vornik1d::mesh_spline(mesh.coords, chain, targets, false, 1,
-                        std::numeric_limits<unsigned>::max(), by_sizes_alone, 0.0, 0.0, chosen.growth,
-                        result.nodes, params, result.metrics, deviation),
-        "mesh_spline");
+    trelk::vornik1d::spline_options options;
+    options.max_gradation = chosen.growth;
+    options.out_metrics = &result.metrics;
+    require_success(
+        trelk::vornik1d::mesh_spline(mesh.coords, chain, targets, result.nodes, options), "mesh_spline");
 }
 
 /// Meshes each road from its crossing to its two ends. The node at the crossing stays.

@@ -127,18 +127,13 @@ network_mesh remesh(network_mesh const& network, options const& chosen, ForEach 
 void remesh_whole(network_mesh& mesh, remesh_request const& request)
 {
     require_success(
-        trelk::vornik1d::remesh_lines(mesh.coords, mesh.connect, request.size, false, request.max_angle,
-            request.deviation_tolerance, 0.0, 0.0, 1, std::numeric_limits<unsigned>::max()),
+        trelk::vornik1d::remesh_lines(mesh.coords, mesh.connect, request.size, options_of(request)),
         "remesh_lines");
 }
 
 bool are_equal(network_mesh const& a, network_mesh const& b)
 {
-    auto const same = [](auto const& m, auto const& n) {
-        return m.rows() == n.rows() && m.cols() == n.cols() &&
-               std::equal(m.data(), m.data() + m.rows() * m.cols(), n.data());
-    };
-    return same(a.coords, b.coords) && same(a.connect, b.connect);
+    return a.coords == b.coords && a.connect == b.connect;
 }
 
 /// The elements by the positions of their ends, sorted.

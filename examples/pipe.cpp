@@ -60,8 +60,7 @@ struct pipe
         vector3 const half = scaled(heading, 0.5 * length);
         for (auto const& [size_a, size_b] : {std::array{fine, coarse}, {coarse, fine}}) {
             trelk::dense1D<unsigned> nodes;
-            require_success(
-                trelk::vornik1d::extrude_translate(coords, end(), half, size_a, size_b, false, nodes),
+            require_success(trelk::vornik1d::extrude_translate(coords, end(), half, {size_a, size_b}, nodes),
                 "extrude_translate");
             add(nodes, runs);
         }
@@ -77,8 +76,8 @@ struct pipe
             from[0] + radius * towards[0], from[1] + radius * towards[1], from[2] + radius * towards[2]};
         vector3 const rotation = scaled(cross(heading, towards), angle);
         trelk::dense1D<unsigned> nodes;
-        require_success(
-            trelk::vornik1d::extrude_rotate(coords, end(), center, rotation, size, size, true, nodes),
+        require_success(trelk::vornik1d::extrude_rotate(
+                            coords, end(), center, rotation, {size, size, /* force_even */ true}, nodes),
             "extrude_rotate");
         heading = towards;
         exact_length += radius * angle;

@@ -19,7 +19,6 @@
 // Helpers for the pictures of the manual. A picture is a row or a column of panels.
 
 constexpr double picture_width = 720.0; // points
-constexpr unsigned no_limit = 4294967295;
 
 /// Throws if a function of the library has not returned 0.
 inline void require_success(int status)

@@ -18,9 +18,10 @@ void draw_metric_length(std::filesystem::path const& folder)
     auto const chain = list_of<unsigned>({0, 1});
     auto const sizes = list_of<double>({0.4, 2.2});
     dense1D<unsigned> mesh;
-    dense1D<double> params, mesh_sizes;
-    require_success(
-        vornik1d::mesh_line(coords, chain, sizes, false, 1, no_limit, 0.0, 0.0, mesh, params, mesh_sizes));
+    dense1D<double> mesh_sizes;
+    vornik1d::line_options options;
+    options.out_sizes = &mesh_sizes;
+    require_success(vornik1d::mesh_line(coords, chain, sizes, mesh, options));
 
     std::size_t const elements = mesh.size() - 1;
     double const metric_length = 10.0 * std::log(2.2 / 0.4) / (2.2 - 0.4);
@@ -65,8 +66,6 @@ void draw_tensors(std::filesystem::path const& folder)
     dense1D<unsigned> chain = first_nodes(n);
     chain.push_back(0); // back to the start
     dense1D<unsigned> size_mesh, tensor_mesh;
-    dense1D<double> params, mesh_sizes;
-    dense2D<double> mesh_metrics;
 
     //! [tensors]
     dense1D<double> const sizes(n + 1, 0.5);
@@ -77,10 +76,10 @@ void draw_tensors(std::filesystem::path const& folder)
         metrics(1, i) = 0.0;
         metrics(2, i) = 1.0 / (0.25 * 0.25); // along y: size 0.25
     }
-    require_success(vornik1d::mesh_line(by_sizes, chain, sizes, /* force_even */ false, /* min_elements */ 3,
-        no_limit, /* deviation_tolerance */ 0.0, /* min_size */ 0.0, size_mesh, params, mesh_sizes));
-    require_success(vornik1d::mesh_line(
-        by_tensors, chain, metrics, false, 3, no_limit, 0.0, 0.0, tensor_mesh, params, mesh_metrics));
+    vornik1d::line_options options;
+    options.min_elements = 3; // the line is closed
+    require_success(vornik1d::mesh_line(by_sizes, chain, sizes, size_mesh, options));
+    require_success(vornik1d::mesh_line(by_tensors, chain, metrics, tensor_mesh, options));
     //! [tensors]
 
     auto const draw = [](map_frame const& map, dense2D<double> const& coords, dense1D<unsigned> const& nodes,
@@ -135,9 +134,10 @@ void draw_tolerance(std::filesystem::path const& folder)
         dense2D<double> coords = nodes_at(bay(n));
         dense1D<double> const sizes(n + 1, 0.6);
         dense1D<unsigned> mesh;
-        dense1D<double> params, mesh_sizes;
-        require_success(vornik1d::mesh_line(
-            coords, chain, sizes, false, 3, no_limit, tolerance, 0.0, mesh, params, mesh_sizes));
+        vornik1d::line_options options;
+        options.deviation_tolerance = tolerance;
+        options.min_elements = 3;
+        require_success(vornik1d::mesh_line(coords, chain, sizes, mesh, options));
         panels.push_back({{"Tolerance " + title, meaning + ": " + counted(mesh.size() - 1), ink},
             [=, result = one_line(coords, mesh), shade = ink](map_frame const& map) {
                 map.lines(input, light_grey, 3.0);
@@ -153,20 +153,18 @@ void draw_spline(std::filesystem::path const& folder)
     dense2D<double> by_line = nodes_at(places);
     dense2D<double> by_spline = nodes_at(places);
     dense1D<unsigned> line_nodes, spline_nodes;
-    dense1D<double> params, mesh_sizes, spline_params, spline_sizes;
     dense1D<double> const line_sizes(6, 0.8);
-    require_success(vornik1d::mesh_line(
-        by_line, first_nodes(6), line_sizes, false, 1, no_limit, 0.01, 0.0, line_nodes, params, mesh_sizes));
+    vornik1d::line_options line_options;
+    line_options.deviation_tolerance = 0.01;
+    require_success(vornik1d::mesh_line(by_line, first_nodes(6), line_sizes, line_nodes, line_options));
 
     //! [spline]
     // An open curve through the nodes 0 to 5. The guide nodes repeat its ends.
-    auto const chain = list_of<unsigned>({0, 0, 1, 2, 3, 4, 5, 5});
+    dense1D<unsigned> const chain{0, 0, 1, 2, 3, 4, 5, 5};
     dense1D<double> const sizes(8, 0.8);
-    double deviation = 0.0;
-    require_success(vornik1d::mesh_spline(by_spline, chain, sizes, /* force_even */ false,
-        /* min_elements */ 1, no_limit, /* deviation_tolerance */ 0.01, /* min_size */ 0.0,
-        /* default_size */ 0.0, /* max_gradation */ 0.0, spline_nodes, spline_params, spline_sizes,
-        deviation));
+    vornik1d::spline_options options;
+    options.deviation_tolerance = 0.01;
+    require_success(vornik1d::mesh_spline(by_spline, chain, sizes, spline_nodes, options));
     //! [spline]
 
     line_mesh const known = polyline(places);
@@ -204,10 +202,12 @@ void draw_gradation(std::filesystem::path const& folder)
         {std::pair<double, color>(0.0, blue), {0.4, vermilion}, {0.15, green}}) {
         dense2D<double> coords = nodes_at(places);
         dense1D<unsigned> mesh;
-        dense1D<double> params, mesh_sizes;
-        double deviation = 0.0;
-        require_success(vornik1d::mesh_spline(coords, chain, sizes, false, 1, no_limit, 0.0, 0.0, 1.0,
-            gradation, mesh, params, mesh_sizes, deviation));
+        dense1D<double> mesh_sizes;
+        vornik1d::spline_options options;
+        options.default_size = 1.0;
+        options.max_gradation = gradation;
+        options.out_sizes = &mesh_sizes;
+        require_success(vornik1d::mesh_spline(coords, chain, sizes, mesh, options));
         std::vector<point> law;
         for (std::size_t i = 0; i < mesh.size(); ++i) law.push_back({coords(0, mesh[i]), mesh_sizes[i]});
         std::string const growth = gradation > 0.0 ? "max_gradation " + short_number(gradation) : "no limit";
@@ -271,12 +271,12 @@ void draw_corners(std::filesystem::path const& folder)
 
     //! [remesh]
     auto hard_nodes = list_of<unsigned>({4});
-    dense1D<double> const no_sizes;
-    dense1D<unsigned> const no_hard_edges;
-    require_success(vornik1d::remesh_lines(coords, connect, /* default_size */ 0.5, no_sizes, colors,
-        hard_nodes, no_hard_edges, /* force_even */ false, /* max_angle */ 30.0,
-        /* deviation_tolerance */ 0.02, /* max_gradation */ 0.0, /* min_size */ 0.0, /* min_elements */ 1,
-        no_limit));
+    vornik1d::remesh_options options;
+    options.deviation_tolerance = 0.02;
+    options.max_angle = 30.0;
+    options.colors = &colors;
+    options.hard_nodes = &hard_nodes;
+    require_success(vornik1d::remesh_lines(coords, connect, /* default_size */ 0.5, options));
     // Now hard_nodes holds all break nodes.
     //! [remesh]
 
@@ -334,9 +334,7 @@ void draw_outputs(std::filesystem::path const& folder)
     //! [outputs]
     auto const chain = list_of<unsigned>({0, 1, 2, 3});
     dense1D<double> const sizes(4, 1.6);
-    dense1D<double> params, mesh_sizes;
-    require_success(
-        vornik1d::mesh_line(coords, chain, sizes, false, 1, no_limit, 0.0, 0.0, mesh, params, mesh_sizes));
+    require_success(vornik1d::mesh_line(coords, chain, sizes, mesh));
     //! [outputs]
 
     auto const number = [](map_frame const& map, point const& p, std::size_t node, color const& ink) {
@@ -366,17 +364,14 @@ void draw_status(std::filesystem::path const& folder)
     std::vector<point> const places = {{0, 0}, {2, 1.2}, {4, 0.9}, {6, 0}};
     dense2D<double> coords = nodes_at(places);
     dense1D<unsigned> mesh;
-    dense1D<double> params, mesh_sizes;
 
     //! [status]
     auto chain = list_of<unsigned>({0, 1, 2, 4}); // there is no node 4
     dense1D<double> const sizes(4, 1.0);
-    int const refused =
-        vornik1d::mesh_line(coords, chain, sizes, false, 1, no_limit, 0.0, 0.0, mesh, params, mesh_sizes);
+    int const refused = vornik1d::mesh_line(coords, chain, sizes, mesh);
     std::size_t const nodes_after_refusal = coords.cols(); // 4, as before
     chain[3] = 3;
-    int const done =
-        vornik1d::mesh_line(coords, chain, sizes, false, 1, no_limit, 0.0, 0.0, mesh, params, mesh_sizes);
+    int const done = vornik1d::mesh_line(coords, chain, sizes, mesh);
     //! [status]
 
     std::string const kept = std::to_string(nodes_after_refusal) + " nodes";
@@ -416,12 +411,11 @@ void draw_threads(std::filesystem::path const& folder)
     auto const mesh_island = [](island& own) { // writes to no memory that another thread uses
         dense1D<unsigned> chain = first_nodes(n);
         dense1D<double> const sizes(n + 1, 0.4);
-        dense1D<double> params, mesh_sizes;
-        own.status = !chain.push_back(0) ? vornik1d::no_storage
-                                         : vornik1d::mesh_line(own.coords, chain, sizes,
-                                               /* force_even */ false, /* min_elements */ 3, no_limit,
-                                               /* deviation_tolerance */ 0.02, /* min_size */ 0.0, own.mesh,
-                                               params, mesh_sizes);
+        vornik1d::line_options options;
+        options.deviation_tolerance = 0.02;
+        options.min_elements = 3;
+        own.status = vornik1d::no_storage;
+        if (chain.push_back(0)) own.status = vornik1d::mesh_line(own.coords, chain, sizes, own.mesh, options);
     };
     constexpr std::size_t thread_count = 3;
     std::vector<std::thread> threads;

@@ -3,8 +3,9 @@
 
 #include <cmath>
 #include <cstdio>
+#include <numeric>
 
-#include <vornik1d/vornik1d.h>
+#include <vornik1d/helpers.h>
 
 int main()
 {
@@ -15,8 +16,8 @@ int main()
     // one place.
     constexpr unsigned n = 61;
     double const pi = std::acos(-1.0);
-    dense2D<double> coords;
-    if (!coords.resize(2, n)) return 1;
+    dense2D<double> coords(2, n);
+    if (coords.cols() != n) return 1; // no memory
     std::printf("# points\n");
     for (unsigned k = 0; k < n; ++k) {
         double const s = std::cos(pi * k / (n - 1));
@@ -28,22 +29,22 @@ int main()
         std::printf("%g %g\n", coords(0, k), coords(1, k));
     }
 
-    dense1D<unsigned> chain;
-    bool is_complete = chain.push_back(0); // the guide nodes repeat the first and the last node
-    for (unsigned k = 0; k < n; ++k) is_complete = chain.push_back(k) && is_complete;
-    is_complete = chain.push_back(n - 1) && is_complete;
-    if (!is_complete) return 1;
-
     double const coarse = 0.08;
-    dense1D<double> sizes(n + 2, coarse);
-    if (sizes.size() != n + 2) return 1;
-    sizes[1] = sizes[n] = 0.004; // at the trailing edge
+    dense1D<unsigned> chain(n);
+    dense1D<double> sizes(n, coarse);
+    if (chain.size() != n || sizes.size() != n) return 1;
+    std::iota(chain.begin(), chain.end(), 0U);
+    sizes[0] = sizes[n - 1] = 0.004; // at the trailing edge
+    vornik1d::spline_options options;
+    options.deviation_tolerance = 2e-4;
+    options.min_size = 1e-4;
+    options.default_size = coarse;
+    options.max_gradation = 0.25;
+    options.min_elements = 3;
+    options.max_elements = 10000;
     dense1D<unsigned> mesh;
-    dense1D<double> params, mesh_sizes;
-    double deviation = 0.0;
-    int const status = vornik1d::mesh_spline(coords, chain, sizes, /* force_even */ false,
-        /* min_elements */ 3, /* max_elements */ 10000, /* deviation_tolerance */ 2e-4, /* min_size */ 1e-4,
-        /* default_size */ coarse, /* max_gradation */ 0.25, mesh, params, mesh_sizes, deviation);
+    int const status = vornik1d::mesh_spline(coords, vornik1d::with_guides(chain, /* closed */ false),
+        vornik1d::with_guides(chain, sizes, /* closed */ false), mesh, options);
     if (status != 0) return 1;
 
     std::printf("\n# mesh\n");

@@ -10,8 +10,7 @@ int main()
 {
     using namespace trelk;
 
-    // Joints in m, column by column. Members between two joints, each with the number of its section.
-    double joints[] = {0, 0, 0, 3, 0, 6, 5, 0, 5, 3, 5, 6, 9, 0, 9, 3};
+    // Members between two joints, each with the number of its section. Joints follow below, in m.
     struct
     {
         unsigned a, b, section;
@@ -19,7 +18,7 @@ int main()
         {4, 7, 1}, {0, 4, 2}, {5, 7, 2}};
 
     constexpr double longest = 1.2;
-    dense2D<double> coords(2, 8, joints);
+    dense2D<double> coords{{0, 0}, {0, 3}, {0, 6}, {5, 0}, {5, 3}, {5, 6}, {9, 0}, {9, 3}};
     dense2D<unsigned> connect;
     dense1D<unsigned> sections;
     for (auto const& [a, b, section] : members) {

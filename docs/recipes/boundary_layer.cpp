@@ -13,9 +13,9 @@ int main()
     // The wall is flat, with a bump. It runs from left to right, because normals point to the left of its
     // direction.
     constexpr unsigned n = 81;
-    dense2D<double> coords;
+    dense2D<double> coords(2, n);
     dense1D<unsigned> chain(n);
-    if (!coords.resize(2, n) || chain.size() != n) return 1;
+    if (coords.cols() != n || chain.size() != n) return 1; // no memory
     for (unsigned k = 0; k < n; ++k) {
         double const x = 0.025 * k;
         coords(0, k) = x;
@@ -23,10 +23,11 @@ int main()
         chain[k] = k;
     }
     dense1D<double> const wall_sizes(n, 0.08);
+    vornik1d::line_options options;
+    options.deviation_tolerance = 0.002;
+    options.max_elements = 1000;
     dense1D<unsigned> wall;
-    dense1D<double> params, sizes;
-    if (vornik1d::mesh_line(coords, chain, wall_sizes, false, 1, 1000, 0.002, 0.0, wall, params, sizes) != 0)
-        return 1;
+    if (vornik1d::mesh_line(coords, chain, wall_sizes, wall, options) != 0) return 1;
 
     // If sizes change linearly with slope ln(ratio), elements grow by that ratio.
     double const first = 0.005, ratio = 1.25, thickness = 0.4;
@@ -42,9 +43,7 @@ int main()
     for (unsigned const node : wall) {
         vector_fixed<double, 2> const path = {thickness * normals(0, node), thickness * normals(1, node)};
         dense1D<unsigned> line;
-        int const status = vornik1d::extrude_translate(
-            coords, node, path, size_at_wall, size_at_end, /* force_even */ false, line);
-        if (status != 0) return 1;
+        if (vornik1d::extrude_translate(coords, node, path, {size_at_wall, size_at_end}, line) != 0) return 1;
 
         std::printf("# line from the wall\n");
         for (unsigned const p : line) std::printf("%.9g %.9g\n", coords(0, p), coords(1, p));

@@ -12,9 +12,9 @@ int main()
 
     // The coast is a closed line with bends of all sizes. Put yours here, projected to the plane.
     constexpr unsigned n = 1500;
-    dense2D<double> coords;
+    dense2D<double> coords(2, n);
     dense1D<unsigned> chain(n + 1);
-    if (!coords.resize(2, n) || chain.size() != n + 1) return 1;
+    if (coords.cols() != n || chain.size() != n + 1) return 1; // no memory
     std::printf("# coast\n");
     for (unsigned k = 0; k < n; ++k) {
         double const angle = 2.0 * std::acos(-1.0) * k / n;
@@ -35,12 +35,11 @@ int main()
         double const dy = coords(1, node) - coords(1, harbour);
         if (!sizes.push_back(0.1 + 0.2 * std::hypot(dx, dy))) return 1;
     }
+    vornik1d::line_options options;
+    options.deviation_tolerance = 0.3;
+    options.min_elements = 3; // fewer enclose nothing
     dense1D<unsigned> mesh;
-    dense1D<double> params, mesh_sizes;
-    int const status = vornik1d::mesh_line(coords, chain, sizes, /* force_even */ false,
-        /* min_elements */ 3, /* max_elements */ 4294967295, /* deviation_tolerance */ 0.3,
-        /* min_size */ 0.0, mesh, params, mesh_sizes);
-    if (status != 0) return 1;
+    if (vornik1d::mesh_line(coords, chain, sizes, mesh, options) != 0) return 1;
 
     std::printf("\n# harbour\n%g %g\n", coords(0, harbour), coords(1, harbour));
     std::printf("\n# mesh\n");

@@ -11,9 +11,9 @@ int main()
 
     // The line, here a spiral.
     constexpr unsigned n = 200;
-    dense2D<double> coords;
+    dense2D<double> coords(2, n);
     dense1D<unsigned> chain(n);
-    if (!coords.resize(2, n) || chain.size() != n) return 1;
+    if (coords.cols() != n || chain.size() != n) return 1; // no memory
     std::printf("# line\n");
     for (unsigned k = 0; k < n; ++k) {
         double const angle = 0.06 * k;
@@ -27,12 +27,10 @@ int main()
     double length = 0.0;
     if (vornik1d::length(coords, chain, length) != 0) return 1;
     dense1D<double> const sizes(n, length / count);
+    vornik1d::line_options options;
+    options.min_elements = options.max_elements = count;
     dense1D<unsigned> mesh;
-    dense1D<double> params, mesh_sizes;
-    int const status = vornik1d::mesh_line(coords, chain, sizes, /* force_even */ false,
-        /* min_elements */ count, /* max_elements */ count, /* deviation_tolerance */ 0.0,
-        /* min_size */ 0.0, mesh, params, mesh_sizes);
-    if (status != 0) return 1;
+    if (vornik1d::mesh_line(coords, chain, sizes, mesh, options) != 0) return 1;
 
     std::printf("\n# mesh\n");
     for (unsigned const node : mesh) std::printf("%g %g\n", coords(0, node), coords(1, node));

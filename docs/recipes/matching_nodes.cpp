@@ -38,20 +38,21 @@ int main()
 {
     // Node 0 is the triple point. Nodes 1 to 3 are the ends of borders on the outline, 4 and 5 its other
     // corners.
-    double places[] = {0.5, 0.45, 0.5, 0, 0, 1, 1, 1, 0, 0, 1, 0};
-    network mesh{dense2D<double>(2, 6, places), {}, {}};
+    network mesh{{{0.5, 0.45}, {0.5, 0}, {0, 1}, {1, 1}, {0, 0}, {1, 0}}, {}, {}};
     bool const is_complete = mesh.add(0, 1, 0.05, 0) && mesh.add(0, 2, 0.05, 1) && mesh.add(0, 3, 0.05, 2) &&
                              mesh.add(1, 4, 0.0, 3) && mesh.add(4, 2, 0.0, 3) && mesh.add(2, 3, 0.0, 4) &&
                              mesh.add(3, 5, 0.0, 5) && mesh.add(5, 1, 0.0, 5);
     if (!is_complete) return 1;
 
-    dense1D<double> sizes(1, 0.03); // of node 0, the triple point; other nodes have the default
-    dense1D<unsigned> break_nodes, hard_edges;
-    int const status = vornik1d::remesh_lines(mesh.coords, mesh.connect, /* default_size */ 0.15, sizes,
-        mesh.colors, break_nodes, hard_edges, /* force_even */ false, /* max_angle */ 30.0,
-        /* deviation_tolerance */ 0.01, /* max_gradation */ 0.3, /* min_size */ 0.005, /* min_elements */ 1,
-        /* max_elements */ 1000);
-    if (status != 0) return 1;
+    vornik1d::remesh_options options;
+    options.deviation_tolerance = 0.01;
+    options.max_angle = 30.0;
+    options.max_gradation = 0.3;
+    options.min_size = 0.005;
+    options.max_elements = 1000;
+    options.sizes = {0.03}; // of node 0, the triple point; other nodes have the default
+    options.colors = &mesh.colors;
+    if (vornik1d::remesh_lines(mesh.coords, mesh.connect, /* default_size */ 0.15, options) != 0) return 1;
 
     // Elements keep the colours of their borders. So the boundary of a region is the elements with its
     // colours.

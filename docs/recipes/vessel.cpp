@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include <vornik1d/vornik1d.h>
+#include <vornik1d/helpers.h>
 
 using namespace trelk;
 
@@ -23,19 +23,18 @@ bool mesh_branch(dense2D<double>& coords, dense1D<unsigned> const& nodes, dense1
     double const total = node_params[n - 1];
     for (double& param : node_params) param /= total;
 
-    // The guide nodes of the chain repeat the first and the last node.
-    dense1D<unsigned> chain;
     dense1D<double> sizes;
-    for (std::size_t k = 0; k < n + 2; ++k) {
-        std::size_t const entry = k == 0 ? 0 : k <= n ? k - 1 : n - 1;
-        if (!chain.push_back(nodes[entry]) || !sizes.push_back(0.5 * radii[entry])) return false;
-    }
+    if (!sizes.copy(radii)) return false;
+    for (double& size : sizes) size *= 0.5;
     dense1D<unsigned> mesh;
-    dense1D<double> params, mesh_sizes, mesh_radii;
-    double deviation = 0.0;
-    int status = vornik1d::mesh_spline(coords, chain, sizes, /* force_even */ false, /* min_elements */ 1,
-        /* max_elements */ 10000, /* deviation_tolerance */ 0.1, /* min_size */ 0.1, /* default_size */ 0.0,
-        /* max_gradation */ 0.0, mesh, params, mesh_sizes, deviation);
+    dense1D<double> params, mesh_radii;
+    vornik1d::spline_options options;
+    options.deviation_tolerance = 0.1;
+    options.min_size = 0.1;
+    options.max_elements = 10000;
+    options.out_params = &params;
+    int status = vornik1d::mesh_spline(coords, vornik1d::with_guides(nodes, /* closed */ false),
+        vornik1d::with_guides(nodes, sizes, /* closed */ false), mesh, options);
     if (status == 0) status = vornik1d::interpolate_metrics(node_params, radii, params, mesh_radii);
     if (status != 0) return false;
 
