@@ -12,7 +12,7 @@ bool append_columns(dense2D<double> const& source, dense2D<double>& target) noex
     std::size_t const rows = source.rows();
     std::size_t const added = source.cols();
     std::size_t const present = filled_columns(target);
-    if (!make_room(target, rows, added) || !target.resize(rows, present + added)) return false;
+    if (!extend(target, rows, added)) return false;
     if (source.ld() == rows && target.ld() == rows)
         std::copy_n(source.data(), rows * added, target.col(present));
     else
@@ -33,7 +33,7 @@ bool gather_values(
     dense1D<double> const& source, dense1D<unsigned> const& selection, dense1D<double>& target) noexcept
 {
     std::size_t const present = target.size();
-    if (!make_room(target, selection.size()) || !target.resize(present + selection.size())) return false;
+    if (!extend(target, selection.size())) return false;
     for (std::size_t k = 0; k < selection.size(); ++k) target[present + k] = source[selection[k]];
     return true;
 }

@@ -11,6 +11,7 @@
 #include "line/chord_length.h"
 #include "line/line_mesher.h"
 #include "placement/line.h"
+#include "placement/line_mesh.h"
 #include "placement/target_lists.h"
 #include "rules.h"
 

@@ -6,6 +6,7 @@
 #include <vornik/toolkit.h>
 
 #include "arrays/append.h"
+#include "arrays/hand_over.h"
 #include "front_door.h"
 #include "line/line_mesher.h"
 #include "placement/line.h"
@@ -48,8 +49,7 @@ int mesh_chain(dense2D<double>& coords, dense1D<unsigned> const& indices, List t
     std::size_t const base_columns = coords.cols();
     dense1D<unsigned> nodes;
     if (mesh_segments<targets_in<List, N>>(coords, indices, targets, force_even, nodes) &&
-        (!out_indices.data() || make_room(out_indices, nodes.size())) &&
-        hand_over(nodes, out_indices, append_values))
+        hand_over(nodes, out_indices))
         return 0;
 
     truncate(coords, base_columns);

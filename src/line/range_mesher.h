@@ -10,6 +10,7 @@
 #include "arrays/vectors.h"
 #include "measure/chain_position.h"
 #include "placement/line.h"
+#include "placement/line_mesh.h"
 #include "placement/node_placer.h"
 #include "rules.h"
 

@@ -11,6 +11,7 @@
 
 #include "arrays/append.h"
 #include "placement/line.h"
+#include "placement/line_mesh.h"
 #include "placement/overwritten_entries.h"
 #include "placement/place_nodes.h"
 #include "rules.h"

@@ -7,8 +7,6 @@
 #include <trelk/dense2D.h>
 #include <vornik/toolkit.h>
 
-#include "arrays/append.h"
-#include "arrays/columns.h"
 #include "metric/metric_interpolator.h"
 #include "metric/param_sampling.h"
 #include "metric/sizes.h"
@@ -40,16 +38,6 @@ struct tensor_targets
     [[nodiscard]] static bool reserve(list& metrics, std::size_t count) noexcept
     {
         return metrics.reserve(width, count, 2);
-    }
-
-    [[nodiscard]] static bool make_room(list& metrics, std::size_t added) noexcept
-    {
-        return vornik1d::make_room(metrics, width, added);
-    }
-
-    [[nodiscard]] static bool append(list const& source, list& metrics) noexcept
-    {
-        return append_columns(source, metrics);
     }
 
     /// The target that asks for `size` in every direction.

@@ -7,6 +7,7 @@
 #include "arrays/append.h"
 #include "front_door.h"
 #include "placement/line.h"
+#include "placement/line_mesh.h"
 #include "placement/target_lists.h"
 #include "rules.h"
 #include "spline/spline_mesher.h"

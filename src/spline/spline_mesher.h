@@ -11,6 +11,7 @@
 
 #include "metric/param_sampling.h"
 #include "placement/line.h"
+#include "placement/line_mesh.h"
 #include "placement/node_placer.h"
 #include "rules.h"
 #include "special_values.h"
