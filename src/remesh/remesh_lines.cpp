@@ -71,14 +71,13 @@ int remesh_network(
         .hard_edges = lists.hard_edges,
         .max_node = largest_entry(elements)};
     cut_lines lines;
-    int status = cut_into_chains<N>(coords, old, rule, lists.hard_nodes != nullptr, lines);
-    if (status < 0) return status;
+    if (!cut_into_chains<N>(coords, old, rule, lists.hard_nodes != nullptr, lines)) return no_storage;
     if (!set_node_sizes<N>(coords, old, rule, lines)) return no_storage;
     if (lists.colors && !set_chain_colors(old, lines)) return no_storage;
 
     std::size_t const base_columns = coords.cols();
     new_mesh mesh;
-    status = mesh_network<N>(coords, old, rule, lines, mesh);
+    int status = mesh_network<N>(coords, old, rule, lines, mesh);
     if (status == 0 && !publish(mesh, lines.break_nodes, connect, lists)) status = no_storage;
     if (status != 0) truncate(coords, base_columns);
     return status;
