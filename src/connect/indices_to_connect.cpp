@@ -9,7 +9,7 @@ namespace trelk::vornik1d {
 
 namespace {
 
-/// Appends elements of `nodes` nodes along `indices`, each of which begins where the one before ends.
+/// Appends elements of `nodes` nodes along `indices`. Each element begins at the last node of the one before.
 int append_elements(dense1D<unsigned> const& indices, std::size_t nodes, dense2D<unsigned>& connect)
 {
     std::size_t const n = indices.size();

@@ -31,7 +31,8 @@ line_rule rule_of(bool force_even, unsigned min_elements, unsigned max_elements,
     return rule;
 }
 
-/// Meshes a chain and appends the mesh to the caller's lists. On a failure these and `coords` are as before.
+/// Meshes a chain and appends the mesh to the caller's lists. On a failure the lists and `coords` are as
+/// before.
 template <std::size_t N, class List>
 int mesh_chain(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> params,
     List targets, line_rule const& rule, dense1D<unsigned>& out_indices, dense1D<double>& out_params,

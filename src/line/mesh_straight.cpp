@@ -17,7 +17,8 @@ namespace trelk::vornik1d {
 
 namespace {
 
-/// Meshes segment after segment by the targets at its ends, and lists the nodes of all. False if memory runs out.
+/// Meshes each segment by the targets at its ends and lists the nodes of the whole chain. False if memory
+/// runs out.
 template <class Targets>
 [[nodiscard]] bool mesh_segments(dense2D<double>& coords, dense1D<unsigned> const& indices,
     typename Targets::list const& targets, bool force_even, dense1D<unsigned>& nodes)
@@ -39,7 +40,8 @@ template <class Targets>
     return true;
 }
 
-/// Meshes a chain and appends the mesh to the caller's list. On a failure this and `coords` are as before.
+/// Meshes a chain and appends the mesh to the caller's list. On a failure the list and `coords` are as
+/// before.
 template <std::size_t N, class List>
 int mesh_chain(dense2D<double>& coords, dense1D<unsigned> const& indices, List targets, bool force_even,
     dense1D<unsigned>& out_indices)

@@ -12,7 +12,7 @@
 #include "metric/tensor.h"
 #include "special_values.h"
 
-// Sizes and tensors given at parameter values, found at others.
+// Interpolation of sizes and tensors that are given at parameter values.
 
 namespace trelk::vornik1d {
 
@@ -32,7 +32,7 @@ inline bool are_queries(dense1D<double> const& params, dense1D<double> const& qu
 
 constexpr double params_tolerance = 1e-12; // absolute, on parameter gaps and on fractions of them
 
-/// Where a query lies: at fraction t of the way from parameter `lo` to parameter `hi`.
+/// The position of a query: at fraction t of the way from parameter `lo` to parameter `hi`.
 struct param_position
 {
     std::size_t lo;
@@ -127,7 +127,7 @@ private:
     std::size_t ld_;
     tensor<N> result_{};
     metric_interpolator<N> interpolator_;
-    std::size_t built_hi_ = 0; // 0: none yet; entry 0 is never an upper end
+    std::size_t built_hi_ = 0; // 0 means none: entry 0 is never an upper end
     bool is_built_ = false;
 };
 

@@ -6,8 +6,9 @@
 
 namespace trelk::vornik1d {
 
-/// A mesh under construction: the numbers of the accepted nodes, and the parameters and targets of the accepted
-/// nodes and of the latest placement. Parameters and targets of accepted nodes are kept only on request.
+/// A mesh under construction: the numbers of the accepted nodes, and the parameters and targets of the
+/// accepted nodes and of the latest placement. Parameters and targets of accepted nodes are kept only on
+/// request.
 template <class Targets>
 struct line_mesh
 {

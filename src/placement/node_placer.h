@@ -19,7 +19,7 @@
 
 namespace trelk::vornik1d {
 
-/// What a placement writes besides the points of new nodes.
+/// What a placement writes in addition to the points of new nodes.
 struct wanted_values
 {
     bool params = true;
@@ -50,8 +50,8 @@ public:
     }
 
     /// Measures a line of entries 0 to `last` and plans its nodes. `fill(cum)` sets the metric length up to
-    /// each entry and returns that of the line. False if memory runs out, or if the columns of `coords` and the
-    /// new nodes exceed 32-bit numbers.
+    /// each entry and returns that of the line. False if memory runs out, or if the columns of `coords` and
+    /// the new nodes exceed 32-bit numbers.
     template <class Fill>
     [[nodiscard]] bool plan(std::size_t last, element_rule const& rule, Fill fill)
     {
@@ -76,7 +76,7 @@ public:
     }
 
     /// The same along the line from `first_point` over the nodes of the pass before to `last_point`. The new
-    /// nodes replace those of the pass before.
+    /// nodes replace the nodes of the pass before.
     int replace(vector<N> const& first_point, vector<N> const& last_point, wanted_values wanted)
     {
         return run(wanted, [&](new_nodes<Targets> const& out) {
@@ -166,7 +166,7 @@ private:
                (!wanted.targets || Targets::resize(mesh_.targets, needed));
     }
 
-    /// Makes room for `count` new points; those of the latest pass are kept.
+    /// Makes room for `count` new points. The points of the latest pass are kept.
     [[nodiscard]] bool reserve_points(std::size_t count)
     {
         std::size_t const columns = coords_.cols();

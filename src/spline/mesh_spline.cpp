@@ -30,7 +30,8 @@ spline_rule rule_of(bool force_even, unsigned min_elements, unsigned max_element
     return rule;
 }
 
-/// Meshes a spline and appends the mesh to the caller's lists. On a failure all is as before.
+/// Meshes a spline and appends the mesh to the caller's lists. On a failure the lists and `coords` are as
+/// before.
 template <std::size_t N, class List>
 int mesh_curve(dense2D<double>& coords, dense1D<unsigned> const& indices, List targets,
     spline_rule const& rule, dense1D<unsigned>& out_indices, dense1D<double>& out_params, List& out_targets,

@@ -156,8 +156,8 @@ bool sample_spline(guided_chain<N> const& chain, double sample_tolerance, double
     spline_spans<N> spans(chain);
     for (std::size_t k = 0; k < chain.spans(); ++k) {
         auto const span = spans.next();
-        // The length is completed even without samples: the caller needs it to tell a bad chain from a lack of
-        // memory.
+        // The length is completed even without samples: the caller needs it to tell a bad chain from a lack
+        // of memory.
         if (has_room && is_usable) {
             has_room = sampler.add(span);
             is_usable = !(curve.deviation > most_deviation);

@@ -95,8 +95,8 @@ private:
 
     double* target(std::size_t k) { return targets_.data() + Targets::width * k; }
 
-    /// Sets the targets at the samples: those of the curve nodes, and between them interpolated ones or the
-    /// default.
+    /// Sets the targets at the samples. A sample at a node has the node's target. Between nodes the targets
+    /// are interpolated, or have the default size if there are a default size and a gradation.
     [[nodiscard]] bool carry_targets(line_view<Targets> const& node_targets, spline_rule const& rule)
     {
         std::size_t const samples = curve_.samples.cols();

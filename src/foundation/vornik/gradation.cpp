@@ -16,7 +16,7 @@ using vornik1d::quadratic_form;
 using vornik1d::tensor;
 using vornik1d::tensor_at;
 
-/// Calls `bound(from, to)` for both directions of each edge, forth and back over all edges.
+/// Calls `bound(from, to)` for both directions of each edge, first forwards over all edges, then backwards.
 template <class Bound>
 void sweep(dense2D<unsigned> const& connect, std::size_t node_count, Bound bound)
 {
