@@ -23,7 +23,6 @@ bool append_columns(dense2D<double> const& source, dense2D<double>& target) noex
 unsigned largest_entry(dense2D<unsigned> const& connect) noexcept
 {
     unsigned result = 0;
-    if (connect.empty()) return result;
     for (std::size_t j = 0; j < connect.cols(); ++j)
         result = std::max(result, *std::max_element(connect.col(j), connect.col(j) + connect.rows()));
     return result;

@@ -9,7 +9,7 @@ namespace trelk::vornik1d {
 /// changes nothing. On false only the capacity of `target` may have changed.
 [[nodiscard]] bool append_columns(dense2D<double> const& source, dense2D<double>& target) noexcept;
 
-/// The largest entry; 0 for an empty matrix.
+/// The largest entry of a connectivity that is not empty.
 unsigned largest_entry(dense2D<unsigned> const& connect) noexcept;
 
 /// Appends the values of `source` at the positions in `selection` to `target`. On false only the capacity of

@@ -63,8 +63,7 @@ int extrude(dense2D<double>& coords, unsigned start_node, Motion const& motion, 
         !indices.reserve(indices.size() + 1 + n))
         return no_storage;
 
-    bool const by_sizes = steps.size_a > 0 && steps.size_b > 0;
-    size_law const law = by_sizes ? size_law(steps.size_a, steps.size_b) : size_law(1, 1);
+    size_law const law = steps.element_count == 0 ? size_law(steps.size_a, steps.size_b) : size_law(1, 1);
     double const reciprocal = 1 / static_cast<double>(n);
     indices.push_back(start_node);
     for (std::uint64_t k = 1; k <= n; ++k) {

@@ -1,7 +1,6 @@
 #include <vornik1d/vornik1d.h>
 
 #include <cstddef>
-#include <cstdint>
 
 #include <vornik/toolkit.h>
 
@@ -43,7 +42,7 @@ struct subdivision
 
     // Like that of a mesh, the list of sizes has an entry for the first node.
     dense1D<double> sizes;
-    if (count == 0 || count == SIZE_MAX || !line.added_params.resize(count) || !sizes.resize(count + 1)) {
+    if (count == 0 || !line.added_params.resize(count) || !sizes.resize(count + 1)) {
         line.added_params.clear();
         return true;
     }

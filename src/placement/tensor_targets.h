@@ -98,14 +98,14 @@ struct tensor_targets
         bool enter(vector<N> const& d, double const* from, double const* to)
         {
             // The size along d is inversely proportional to d's length: h0 : h1 = l1 : l0.
+            // Both lengths are 0 if the metric length is; the law is then linear.
             auto const [l0, l1] = end_lengths(d, from, to);
-            is_measured_ = l0 > 0;
             law_ = size_law(l1, l0);
             return interpolator_.build(tensor_at<N>(from), tensor_at<N>(to));
         }
 
         /// Position at fraction t of the segment's metric length.
-        double position(double t) const { return is_measured_ ? law_.position(t) : 0; }
+        double position(double t) const { return law_.position(t); }
 
         /// The target at position u.
         void evaluate(double u, double* target) const { copy(interpolator_.evaluate(u).values, target); }
@@ -113,7 +113,6 @@ struct tensor_targets
     private:
         metric_interpolator<N> interpolator_;
         size_law law_{1, 1};
-        bool is_measured_ = false;
     };
 
 private:

@@ -107,7 +107,8 @@ private:
     {
         std::size_t const first = curve_.sample_params.size();
         std::size_t const end = first + steps;
-        if (!curve_.samples.resize(N, end) || !curve_.sample_params.resize(end)) return 0; // there is room
+        static_cast<void>(curve_.samples.resize(N, end)); // there is room
+        static_cast<void>(curve_.sample_params.resize(end));
         double* point = curve_.samples.col(first);
         double* param = curve_.sample_params.data() + first;
         auto const append = [&](double at, vector<N> const& position) {
