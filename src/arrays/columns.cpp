@@ -1,6 +1,7 @@
 #include "arrays/columns.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "arrays/append.h"
 
@@ -18,6 +19,14 @@ bool append_columns(dense2D<double> const& source, dense2D<double>& target) noex
     else
         for (std::size_t k = 0; k < added; ++k) std::copy_n(source.col(k), rows, target.col(present + k));
     return true;
+}
+
+double distance(dense2D<double> const& points, std::size_t a, std::size_t b) noexcept
+{
+    double square = 0;
+    for (std::size_t r = 0; r < points.rows(); ++r)
+        square += (points(r, b) - points(r, a)) * (points(r, b) - points(r, a));
+    return std::sqrt(square);
 }
 
 unsigned largest_entry(dense2D<unsigned> const& connect) noexcept

@@ -22,13 +22,9 @@ namespace {
 line_rule rule_of(bool force_even, unsigned min_elements, unsigned max_elements, double deviation_tolerance,
     double min_size)
 {
-    line_rule rule;
-    rule.force_even = force_even;
-    rule.min_elements = min_elements;
-    rule.max_elements = max_elements;
-    rule.deviation_tolerance = line_tolerance(deviation_tolerance);
-    rule.min_size = min_size;
-    return rule;
+    element_rule const elements{
+        .force_even = force_even, .min_elements = min_elements, .max_elements = max_elements};
+    return {elements, line_tolerance(deviation_tolerance), min_size};
 }
 
 /// Meshes a chain and appends the mesh to the caller's lists. On a failure the lists and `coords` are as

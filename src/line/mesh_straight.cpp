@@ -1,11 +1,11 @@
 #include <vornik1d/vornik1d.h>
 
-#include <cmath>
 #include <cstddef>
 
 #include <vornik/toolkit.h>
 
 #include "arrays/append.h"
+#include "arrays/columns.h"
 #include "arrays/hand_over.h"
 #include "front_door.h"
 #include "line/line_mesher.h"
@@ -72,14 +72,6 @@ int check_and_mesh(dense2D<double>& coords, dense1D<unsigned> const& indices, Li
 
     return by_dimension(
         coords, [&](auto dim) { return mesh_chain<dim>(coords, indices, targets, force_even, out_indices); });
-}
-
-double distance(dense2D<double> const& coords, unsigned a, unsigned b)
-{
-    double square = 0;
-    for (std::size_t r = 0; r < coords.rows(); ++r)
-        square += (coords(r, b) - coords(r, a)) * (coords(r, b) - coords(r, a));
-    return std::sqrt(square);
 }
 
 /// Meshes a chain by one size for all entries.

@@ -18,16 +18,11 @@ namespace {
 remesh_rule rule_of(double default_size, bool force_even, double max_angle, double deviation_tolerance,
     double max_gradation, double min_size, unsigned min_elements, unsigned max_elements)
 {
-    remesh_rule rule;
-    rule.force_even = force_even;
-    rule.min_elements = min_elements;
-    rule.max_elements = max_elements;
-    rule.deviation_tolerance = network_tolerance(deviation_tolerance);
-    rule.min_size = min_size;
-    rule.default_size = default_size;
-    rule.max_gradation = max_gradation;
-    rule.max_angle = max_angle;
-    return rule;
+    element_rule const elements{
+        .force_even = force_even, .min_elements = min_elements, .max_elements = max_elements};
+    line_rule const line{elements, network_tolerance(deviation_tolerance), min_size};
+    spline_rule const spline{line, default_size, max_gradation};
+    return {spline, max_angle};
 }
 
 /// Lists that an overload may not have. `hard_nodes` is null if `colors` is.
