@@ -16,7 +16,7 @@ struct line_view
 {
     double const* points = nullptr;
     std::size_t ld = Targets::dimension;
-    unsigned const* nodes = nullptr; // columns of `points`; null means all of them in order
+    unsigned const* nodes = nullptr; // columns of `points`; null means 0, 1, 2, ...
     double const* params = nullptr;
     double const* targets = nullptr;
     std::size_t target_ld = Targets::width;
@@ -24,7 +24,7 @@ struct line_view
 
     std::size_t last() const { return count - 1; }
 
-    unsigned node(std::size_t i) const { return nodes[i]; }
+    unsigned node(std::size_t i) const { return nodes ? nodes[i] : static_cast<unsigned>(i); }
     double const* point(std::size_t i) const { return points + ld * (nodes ? nodes[i] : i); }
     double const* target(std::size_t i) const { return targets + target_ld * i; }
 

@@ -100,12 +100,13 @@ public:
             .new_nodes = count_};
     }
 
-    /// Copies the parameters and targets of the ends of `line` to the ends of the new line. False if memory
-    /// runs out.
+    /// Copies the parameters, if any, and targets of the ends of `line` to the ends of the new line. False if
+    /// memory runs out.
     [[nodiscard]] bool set_ends(line_view<Targets> const& line, wanted_values wanted)
     {
         if (!reserve_values(count_, wanted)) return false;
-        if (wanted.params) params()[0] = line.params[0], params()[count_ + 1] = line.params[line.last()];
+        double const* const ends = line.params;
+        if (wanted.params && ends) params()[0] = ends[0], params()[count_ + 1] = ends[line.last()];
         if (wanted.targets) {
             Targets::copy(line.target(0), targets());
             Targets::copy(line.target(line.last()), targets() + Targets::width * (count_ + 1));

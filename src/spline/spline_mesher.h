@@ -119,6 +119,7 @@ private:
         guided_chain<N> const bends(coords_, bends_.data(), bends_.size());
         if (!all_bend_ && !bend_sizes_.build(bends, rule.deviation_tolerance)) return false;
         vornik::bound_metrics(limits_, rule.min_size, std::max(curve_.spline_length, rule.min_size));
+        if (!are_parameters(bend_params_) || !are_queries(bend_params_, curve_.sample_params)) return false;
 
         param_search search(bend_params_);
         for (std::size_t k = 0; k < curve_.sample_params.size(); ++k)
