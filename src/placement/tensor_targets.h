@@ -98,7 +98,7 @@ struct tensor_targets
         bool enter(vector<N> const& d, double const* from, double const* to)
         {
             // The size along d is inversely proportional to d's length: h0 : h1 = l1 : l0.
-            // Both lengths are 0 if the metric length is; the law is then linear.
+            // If one length is not positive, both are 0 and the law is linear.
             auto const [l0, l1] = end_lengths(d, from, to);
             law_ = size_law(l1, l0);
             return interpolator_.build(tensor_at<N>(from), tensor_at<N>(to));

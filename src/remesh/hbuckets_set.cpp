@@ -71,7 +71,7 @@ bool hbuckets_set::add(unsigned key) noexcept
 {
     if (used_ < buckets_) return false; // `init` has failed
     std::size_t at = key % buckets_;
-    if (!is_occupied(first()[at])) { // only heads can be, and the list is empty then
+    if (!is_occupied(first()[at])) { // only a head can be unoccupied, and its list is then empty
         first()[at] = {key, 1};
         ++keys_;
         return true;
