@@ -6,7 +6,7 @@
 #include <trelk/dense2D.h>
 #include <vornik1d/vornik1d.h>
 
-// What the exported functions share: status codes, checks, and the choice of the dimension.
+// Code shared by the exported functions: status codes, checks, and the choice of the dimension.
 
 #if defined(__FAST_MATH__) || (defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__ > 0)
 #error "The checks of arguments rely on IEEE 754 comparisons with NaN: build without -ffast-math."

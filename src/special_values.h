@@ -7,13 +7,13 @@
 
 namespace trelk::vornik1d {
 
-/// Stands for no limit of a size, an eigenvalue or a tolerance.
+/// Means no limit of a size, an eigenvalue or a tolerance.
 constexpr double largest = std::numeric_limits<double>::max();
 
-/// Stands for no limit of a count of elements or nodes.
+/// Means no limit of a count of elements or nodes.
 constexpr unsigned unlimited = 4294967295;
 
-/// Stands for the colour of an element that has none.
+/// Means that an element has no colour.
 constexpr unsigned uncolored = 4294967295;
 
 /// True if 32-bit node numbers can name `count` nodes. The largest 32-bit number means "none".

@@ -43,6 +43,19 @@ template <class T>
     return matrix.reserve(rows, filled_columns(matrix) + added, 2);
 }
 
+/// Appends `added` values or columns, which are indeterminate. On false only the capacity may have changed.
+template <class T>
+[[nodiscard]] bool extend(dense1D<T>& list, std::size_t added) noexcept
+{
+    return make_room(list, added) && list.resize(list.size() + added);
+}
+
+template <class T>
+[[nodiscard]] bool extend(dense2D<T>& matrix, std::size_t rows, std::size_t added) noexcept
+{
+    return make_room(matrix, rows, added) && matrix.resize(rows, filled_columns(matrix) + added);
+}
+
 /// The capacity to ask for if `needed` values do not fit and `foreseen` are expected in the end: `foreseen`,
 /// but between 9/8 and 2 times `needed`, so that the cost of appending stays linear.
 constexpr std::size_t room_to_ask(std::size_t needed, std::size_t foreseen) noexcept
@@ -87,7 +100,7 @@ template <class T>
 
     std::size_t const added = source.size();
     std::size_t const present = target.size();
-    if (!make_room(target, added) || !target.resize(present + added)) return false;
+    if (!extend(target, added)) return false;
     std::copy_n(source.begin(), added, target.begin() + present);
     return true;
 }

@@ -1,6 +1,7 @@
 #include "arrays/columns.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "arrays/append.h"
 
@@ -12,7 +13,7 @@ bool append_columns(dense2D<double> const& source, dense2D<double>& target) noex
     std::size_t const rows = source.rows();
     std::size_t const added = source.cols();
     std::size_t const present = filled_columns(target);
-    if (!make_room(target, rows, added) || !target.resize(rows, present + added)) return false;
+    if (!extend(target, rows, added)) return false;
     if (source.ld() == rows && target.ld() == rows)
         std::copy_n(source.data(), rows * added, target.col(present));
     else
@@ -20,10 +21,17 @@ bool append_columns(dense2D<double> const& source, dense2D<double>& target) noex
     return true;
 }
 
+double distance(dense2D<double> const& points, std::size_t a, std::size_t b) noexcept
+{
+    double square = 0;
+    for (std::size_t r = 0; r < points.rows(); ++r)
+        square += (points(r, b) - points(r, a)) * (points(r, b) - points(r, a));
+    return std::sqrt(square);
+}
+
 unsigned largest_entry(dense2D<unsigned> const& connect) noexcept
 {
     unsigned result = 0;
-    if (connect.empty()) return result;
     for (std::size_t j = 0; j < connect.cols(); ++j)
         result = std::max(result, *std::max_element(connect.col(j), connect.col(j) + connect.rows()));
     return result;
@@ -33,7 +41,7 @@ bool gather_values(
     dense1D<double> const& source, dense1D<unsigned> const& selection, dense1D<double>& target) noexcept
 {
     std::size_t const present = target.size();
-    if (!make_room(target, selection.size()) || !target.resize(present + selection.size())) return false;
+    if (!extend(target, selection.size())) return false;
     for (std::size_t k = 0; k < selection.size(); ++k) target[present + k] = source[selection[k]];
     return true;
 }

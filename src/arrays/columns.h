@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 
@@ -9,7 +11,10 @@ namespace trelk::vornik1d {
 /// changes nothing. On false only the capacity of `target` may have changed.
 [[nodiscard]] bool append_columns(dense2D<double> const& source, dense2D<double>& target) noexcept;
 
-/// The largest entry; 0 for an empty matrix.
+/// The distance between the points in columns a and b, whatever their number of coordinates.
+double distance(dense2D<double> const& points, std::size_t a, std::size_t b) noexcept;
+
+/// The largest entry of a connectivity that is not empty.
 unsigned largest_entry(dense2D<unsigned> const& connect) noexcept;
 
 /// Appends the values of `source` at the positions in `selection` to `target`. On false only the capacity of

@@ -9,8 +9,8 @@ namespace trelk::vornik1d {
 
 namespace {
 
-/// Gives each element `extra_nodes` interior nodes, whose coordinates are appended. On a failure
-/// `connect_out`, which may be `connect_in`, is as it was, and so is `coords`.
+/// Gives each element `extra_nodes` interior nodes and appends their coordinates. `connect_out` may be
+/// `connect_in`. On a failure `connect_out` and `coords` are as they were.
 int add_interior_nodes(dense2D<double>& coords, dense2D<unsigned> const& connect_in, unsigned extra_nodes,
     dense2D<unsigned>& connect_out)
 {
@@ -20,7 +20,7 @@ int add_interior_nodes(dense2D<double>& coords, dense2D<unsigned> const& connect
     if (!vornik::check_IDs(connect_in, vornik::element_type::edge, base)) return bad_argument(2);
 
     std::size_t const nodes = base + elements * extra_nodes;
-    bool const have_numbers = // the sum cannot wrap where the first two hold
+    bool const have_numbers = // the sum cannot overflow if the first two are true
         can_be_numbered(elements) && can_be_numbered(base) && can_be_numbered(nodes);
     dense2D<unsigned> result;
     if (!have_numbers || !result.resize(std::size_t{extra_nodes} + 2, elements) ||
@@ -54,7 +54,7 @@ int convert_into_linear(dense2D<unsigned>& connect) noexcept
 {
     if (connect.empty()) return 0;
     if (connect.rows() < 3) return bad_argument(1);
-    static_cast<void>(connect.resize(2, connect.cols())); // to fewer rows: cannot fail
+    static_cast<void>(connect.resize(2, connect.cols())); // to fewer rows, which cannot fail
     return 0;
 }
 

@@ -2,13 +2,14 @@
 
 #include <algorithm>
 
+#include "arrays/append.h"
 #include "front_door.h"
 
 namespace trelk::vornik1d {
 
 namespace {
 
-/// Appends elements of `nodes` nodes along `indices`, each of which begins where the one before ends.
+/// Appends elements of `nodes` nodes along `indices`. Each element begins at the last node of the one before.
 int append_elements(dense1D<unsigned> const& indices, std::size_t nodes, dense2D<unsigned>& connect)
 {
     std::size_t const n = indices.size();
@@ -17,10 +18,9 @@ int append_elements(dense1D<unsigned> const& indices, std::size_t nodes, dense2D
     if (n < nodes || n % stride != 1 % stride) return bad_argument(1);
     if (!connect.empty() && connect.rows() != nodes) return bad_argument(2);
 
-    std::size_t const present = connect.empty() ? 0 : connect.cols();
+    std::size_t const present = filled_columns(connect);
     std::size_t const added = (n - 1) / stride;
-    if (!connect.reserve(nodes, present + added, 2)) return no_storage;
-    static_cast<void>(connect.resize(nodes, present + added)); // there is room
+    if (!extend(connect, nodes, added)) return no_storage;
     for (std::size_t k = 0; k < added; ++k) {
         unsigned const* const from = indices.begin() + k * stride;
         unsigned* const column = connect.col(present + k);

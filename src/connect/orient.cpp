@@ -12,7 +12,7 @@ namespace trelk::vornik1d {
 
 namespace {
 
-/// Spreads the orientation of elements over their parts of a mesh, breadth first.
+/// Gives the elements of each connected part of a mesh one direction, breadth first.
 class orientation_walk
 {
 public:
@@ -22,21 +22,21 @@ public:
 
     [[nodiscard]] bool init()
     {
-        // An element queues its two neighbours when it is visited; the first of all comes besides.
+        // Each visited element queues at most two neighbours; one more entry is for the first element.
         return visited_.init(connect_.cols()) && queue_.reserve(2 * connect_.cols() + 1);
     }
 
     bool is_visited(std::size_t e) const { return visited_.test(e); }
     std::size_t flips() const { return flips_; }
 
-    /// Orients the part of the mesh that holds `first` as that element is. False where the tables contradict
-    /// each other.
+    /// Orients the part of the mesh that contains element `first` like this element. False if an element and
+    /// its neighbour share no node on that side.
     [[nodiscard]] bool run(std::size_t first)
     {
         queue_.clear();
         queue_.push_back(static_cast<unsigned>(first));
         std::size_t front = 0;
-        while (front < queue_.size()) { // it grows on the way
+        while (front < queue_.size()) { // the queue grows in the loop
             unsigned const e = queue_[front++];
             if (visited_.test(e)) continue;
             visited_.set(e);
@@ -46,7 +46,8 @@ public:
     }
 
 private:
-    /// Side 0 is the one at the second node, where a neighbour has to start; at side 1 it has to end.
+    /// Orients the neighbour on a side of element e: on side 0, at the second node, it must start there; on
+    /// side 1, at the first node, it must end there.
     bool orient_neighbor(unsigned e, std::size_t side)
     {
         unsigned const f = neighbors_(side, e);

@@ -1,5 +1,6 @@
 #include <vornik1d/vornik1d.h>
 
+#include "arrays/append.h"
 #include "front_door.h"
 
 namespace trelk::vornik1d {
@@ -11,9 +12,8 @@ int split_into_linear(dense2D<unsigned> const& connect_in, dense2D<unsigned>& co
     if (connect_out.rows() != 0 && connect_out.rows() != 2) return bad_argument(2);
 
     std::size_t const n = connect_in.cols();
-    std::size_t const present = connect_out.empty() ? 0 : connect_out.cols();
-    if (!connect_out.reserve(2, present + 2 * n, 2)) return no_storage;
-    static_cast<void>(connect_out.resize(2, present + 2 * n)); // there is room
+    std::size_t const present = filled_columns(connect_out);
+    if (!extend(connect_out, 2, 2 * n)) return no_storage;
     for (std::size_t e = 0; e < n; ++e) {
         unsigned const* const nodes = connect_in.col(e);
         unsigned* const first_half = connect_out.col(present + 2 * e);

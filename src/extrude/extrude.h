@@ -13,19 +13,19 @@
 #include "placement/size_law.h"
 #include "special_values.h"
 
-// One extrusion for all motions. A motion in N dimensions answers, for a node at p,
+// One extrusion for all motions. A motion in N dimensions has these members, for a node at p:
 //
-//     motion.path_length(p)     length of the path that it takes the node along
-//     motion.position(p, t)     where the node is at fraction t of the path
+//     motion.path_length(p)     length of the node's path
+//     motion.position(p, t)     position of the node at fraction t of the path
 //     Motion::dimension         N
 //     Motion::size_argument     position of `size_a` among the arguments of the exported function
 
 namespace trelk::vornik1d {
 
-/// How many steps an extrusion has, or by which sizes that is to be found.
+/// The number of steps of an extrusion, or the sizes that determine it.
 struct extrusion_steps
 {
-    unsigned element_count = 0; // 0: by the sizes
+    unsigned element_count = 0; // 0: determined by the sizes
     double size_a = 0;
     double size_b = 0;
     bool force_even = false;
@@ -38,8 +38,8 @@ inline extrusion_steps steps_by_sizes(double size_a, double size_b, bool force_e
     return {.size_a = size_a, .size_b = size_b, .force_even = force_even};
 }
 
-/// Appends the nodes of the path of `start_node` to `coords`, and the line from that node on to `indices`.
-/// Returns the status of the exported function; on a failure nothing has changed.
+/// Appends the nodes on the path of `start_node` to `coords`, and the line that starts at that node to
+/// `indices`. Returns the status of the exported function. On a failure nothing has changed.
 template <class Motion>
 int extrude(dense2D<double>& coords, unsigned start_node, Motion const& motion, extrusion_steps const& steps,
     dense1D<unsigned>& indices)
@@ -63,12 +63,11 @@ int extrude(dense2D<double>& coords, unsigned start_node, Motion const& motion, 
         !indices.reserve(indices.size() + 1 + n))
         return no_storage;
 
-    bool const by_sizes = steps.size_a > 0 && steps.size_b > 0;
-    size_law const law = by_sizes ? size_law(steps.size_a, steps.size_b) : size_law(1, 1);
+    size_law const law = steps.element_count == 0 ? size_law(steps.size_a, steps.size_b) : size_law(1, 1);
     double const reciprocal = 1 / static_cast<double>(n);
     indices.push_back(start_node);
     for (std::uint64_t k = 1; k <= n; ++k) {
-        // n times its reciprocal need not be 1.
+        // The last node is at 1, but n times the reciprocal of n may differ from 1.
         double const t = k < n ? law.position(static_cast<double>(k) * reciprocal) : 1;
         static_cast<void>(append_point(motion.position(start, t), coords)); // there is room
         indices.push_back(static_cast<unsigned>(base + k - 1));
@@ -77,7 +76,7 @@ int extrude(dense2D<double>& coords, unsigned start_node, Motion const& motion, 
 }
 
 /// The same from a new node at `start`, which is appended to `coords` before the others. An empty `coords`
-/// takes the row count of the motion.
+/// gets the row count of the motion.
 template <class Motion>
 int extrude(dense2D<double>& coords, vector<Motion::dimension> start, Motion const& motion,
     extrusion_steps const& steps, dense1D<unsigned>& indices)

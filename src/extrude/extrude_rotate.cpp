@@ -8,7 +8,7 @@ namespace trelk::vornik1d {
 
 namespace {
 
-/// About a centre, counter-clockwise in radians.
+/// A rotation about a centre, counter-clockwise, by an angle in radians.
 struct plane_rotation
 {
     static constexpr std::size_t dimension = 2;
@@ -28,7 +28,8 @@ struct plane_rotation
     }
 };
 
-/// About an axis through a centre, by a vector along the axis whose length is the turn in radians.
+/// A rotation about an axis through a centre. The vector `rotation` points along the axis; its length is the
+/// angle in radians.
 struct space_rotation
 {
     static constexpr std::size_t dimension = 3;
@@ -47,7 +48,7 @@ struct space_rotation
         double const h = std::sqrt(q);
         double a = 0;   // sin(h) / h
         double b = 0;   // (1 - cos(h)) / h^2
-        if (h <= 0.1) { // which loses digits in the differences below, but not in their series
+        if (h <= 0.1) { // series, since the closed forms lose digits here
             a = 1 - q / 6 + q * q / 120 - q * q * q / 5040 + q * q * q * q / 362880 -
                 q * q * q * q * q / 39916800;
             b = 0.5 - q / 24 + q * q / 720 - q * q * q / 40320 + q * q * q * q / 3628800;

@@ -13,6 +13,7 @@
 #include "line/range_mesher.h"
 #include "line/refinement_step.h"
 #include "placement/line.h"
+#include "placement/line_mesh.h"
 #include "placement/place_nodes.h"
 #include "rules.h"
 

@@ -11,6 +11,7 @@
 #include "line/chord_length.h"
 #include "line/line_mesher.h"
 #include "placement/line.h"
+#include "placement/line_mesh.h"
 #include "placement/target_lists.h"
 #include "rules.h"
 
@@ -21,16 +22,13 @@ namespace {
 line_rule rule_of(bool force_even, unsigned min_elements, unsigned max_elements, double deviation_tolerance,
     double min_size)
 {
-    line_rule rule;
-    rule.force_even = force_even;
-    rule.min_elements = min_elements;
-    rule.max_elements = max_elements;
-    rule.deviation_tolerance = line_tolerance(deviation_tolerance);
-    rule.min_size = min_size;
-    return rule;
+    element_rule const elements{
+        .force_even = force_even, .min_elements = min_elements, .max_elements = max_elements};
+    return {elements, line_tolerance(deviation_tolerance), min_size};
 }
 
-/// Meshes a chain and appends the mesh to the caller's lists. On a failure these and `coords` are as before.
+/// Meshes a chain and appends the mesh to the caller's lists. On a failure the lists and `coords` are as
+/// before.
 template <std::size_t N, class List>
 int mesh_chain(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> params,
     List targets, line_rule const& rule, dense1D<unsigned>& out_indices, dense1D<double>& out_params,

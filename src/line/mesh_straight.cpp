@@ -1,11 +1,12 @@
 #include <vornik1d/vornik1d.h>
 
-#include <cmath>
 #include <cstddef>
 
 #include <vornik/toolkit.h>
 
 #include "arrays/append.h"
+#include "arrays/columns.h"
+#include "arrays/hand_over.h"
 #include "front_door.h"
 #include "line/line_mesher.h"
 #include "placement/line.h"
@@ -16,7 +17,8 @@ namespace trelk::vornik1d {
 
 namespace {
 
-/// Meshes segment after segment by the targets at its ends, and lists the nodes of all. False if memory runs out.
+/// Meshes each segment by the targets at its ends and lists the nodes of the whole chain. False if memory
+/// runs out.
 template <class Targets>
 [[nodiscard]] bool mesh_segments(dense2D<double>& coords, dense1D<unsigned> const& indices,
     typename Targets::list const& targets, bool force_even, dense1D<unsigned>& nodes)
@@ -38,7 +40,8 @@ template <class Targets>
     return true;
 }
 
-/// Meshes a chain and appends the mesh to the caller's list. On a failure this and `coords` are as before.
+/// Meshes a chain and appends the mesh to the caller's list. On a failure the list and `coords` are as
+/// before.
 template <std::size_t N, class List>
 int mesh_chain(dense2D<double>& coords, dense1D<unsigned> const& indices, List targets, bool force_even,
     dense1D<unsigned>& out_indices)
@@ -48,8 +51,7 @@ int mesh_chain(dense2D<double>& coords, dense1D<unsigned> const& indices, List t
     std::size_t const base_columns = coords.cols();
     dense1D<unsigned> nodes;
     if (mesh_segments<targets_in<List, N>>(coords, indices, targets, force_even, nodes) &&
-        (!out_indices.data() || make_room(out_indices, nodes.size())) &&
-        hand_over(nodes, out_indices, append_values))
+        hand_over(nodes, out_indices))
         return 0;
 
     truncate(coords, base_columns);
@@ -70,14 +72,6 @@ int check_and_mesh(dense2D<double>& coords, dense1D<unsigned> const& indices, Li
 
     return by_dimension(
         coords, [&](auto dim) { return mesh_chain<dim>(coords, indices, targets, force_even, out_indices); });
-}
-
-double distance(dense2D<double> const& coords, unsigned a, unsigned b)
-{
-    double square = 0;
-    for (std::size_t r = 0; r < coords.rows(); ++r)
-        square += (coords(r, b) - coords(r, a)) * (coords(r, b) - coords(r, a));
-    return std::sqrt(square);
 }
 
 /// Meshes a chain by one size for all entries.

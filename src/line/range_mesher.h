@@ -10,15 +10,16 @@
 #include "arrays/vectors.h"
 #include "measure/chain_position.h"
 #include "placement/line.h"
+#include "placement/line_mesh.h"
 #include "placement/node_placer.h"
 #include "rules.h"
 
 namespace trelk::vornik1d {
 
 /// Meshes a chain by its targets, in passes. The first pass places nodes along the chain. Each later pass
-/// places nodes along the polyline of the pass before, whose nodes have been moved back onto the chain. The
-/// passes end when the node count no longer decreases. (It can decrease because the polyline cuts the chain's
-/// corners, so that its metric length is shorter.)
+/// places nodes along the polyline of the pass before, after its nodes have been moved back onto the chain.
+/// The passes end when the node count no longer decreases. It can decrease because the polyline cuts the
+/// chain's corners and so has a shorter metric length.
 ///
 /// The new nodes are stored after the last column of `coords`; `accept` makes them columns.
 template <class Targets>

@@ -44,6 +44,7 @@ refinement_step decide(deviation_scan const& scan, range_task const& task, std::
         if (!has_gained) stalled_elements += elements;
     }
 
+    // If all parameters of the range are equal, the weights are NaN and there is no place to split at.
     bool const can_be_split = scan.split < task.last - task.first;
     bool const is_stalled = again.stalled >= most_stalled_remeshings ||
                             (again.stalled > 0 && stalled_elements >= most_stalled_elements);

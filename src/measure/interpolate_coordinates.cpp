@@ -22,7 +22,7 @@ int interpolate_coordinates(dense2D<double>& coords, dense1D<unsigned> const& in
         unsigned const a = indices[from];
         unsigned const b = indices[to];
         unsigned const target = new_indices[m];
-        if (std::max({a, b, target}) >= coords.cols()) return; // no such column: passed over
+        if (std::max({a, b, target}) >= coords.cols()) return; // ignored: no such column
 
         double const* const pa = coords.col(a);
         double const* const pb = coords.col(b);

@@ -4,6 +4,7 @@
 
 #include <vornik/toolkit.h>
 
+#include "arrays/append.h"
 #include "arrays/vectors.h"
 #include "front_door.h"
 
@@ -45,7 +46,7 @@ int length(dense2D<double> const& coords, dense2D<unsigned> const& connect, doub
     if (!is_planar_or_spatial(coords)) return bad_argument(1);
     if (!vornik::check_IDs(connect, vornik::element_type::edge, coords.cols())) return bad_argument(2);
 
-    std::size_t const elements = connect.empty() ? 0 : connect.cols();
+    std::size_t const elements = filled_columns(connect);
     double sum = 0;
     by_dimension(coords, [&](auto dim) {
         for (std::size_t e = 0; e < elements; ++e) sum += distance<dim>(coords, connect(0, e), connect(1, e));

@@ -21,8 +21,8 @@ mode mode_of(double exponent)
     return exponent <= -largest ? mode::shortest_element : mode::longest_element; // NaN: longest
 }
 
-/// Takes the normal of an element of the given length in at a node. `weight` is the sum of weights there, or
-/// the length of the element whose normal is stored.
+/// Adds an element's normal to the one stored at a node, or replaces that one. `weight` is the sum of weights
+/// at the node, or the length of the element whose normal is stored.
 void add_normal(mode how, double exponent, double length, vector<2> normal, double* stored, double& weight)
 {
     if (how == mode::weighted_mean) {

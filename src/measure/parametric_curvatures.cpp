@@ -12,9 +12,10 @@ namespace trelk::vornik1d {
 
 namespace {
 
-/// Adds to each node of `result` the turning of its elements, to `weights` their parameter ranges. With the
-/// mean tangent S / 2 and the second derivative D / du, the curvature of an element of range du is its
-/// turning 4 |S x D| / |S|^3 over du.
+/// Adds the turning of each element to `result` at both of its nodes, and its parameter range to `weights`. S
+/// is the sum of the tangents at the element's nodes, D their difference, du the parameter range. With the
+/// mean tangent S / 2 and the second derivative D / du the curvature is 4 |S x D| / |S|^3 / du. The turning
+/// is this without the division by du.
 template <std::size_t N>
 void add_turning(dense1D<double> const& params, dense2D<unsigned> const& connect,
     dense2D<double> const& tangents, dense1D<double>& result, dense1D<double>& weights)

@@ -4,9 +4,9 @@
 
 namespace trelk::vornik1d {
 
-/// Makes (t, u, w) a right-handed orthonormal frame: t is brought to length 1, u is a hint of which the part
-/// across t counts. A t of 0 becomes the first axis; without a hint, or with one along t, the axis that is
-/// farthest from t takes its place.
+/// Makes (t, u, w) a right-handed orthonormal frame. t keeps its direction; u is a hint, of which only the
+/// part perpendicular to t counts. If t is 0, it becomes the first axis. If the hint is 0 or parallel to t,
+/// the axis that is farthest from t replaces it.
 void complete_frame(vector<3>& t, vector<3>& u, vector<3>& w);
 
 } // namespace trelk::vornik1d

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <cstddef>
 
-/// LAPACK: all eigenvalues, ascending, and for job 'V' the eigenvectors, as the columns of z, of a symmetric
-/// matrix of order n, packed. `ap` is overwritten; `work` has 3n values. The last two arguments are the
-/// lengths of the two texts, as Fortran passes them.
+/// LAPACK: all eigenvalues of a packed symmetric matrix of order n, in ascending order. For job 'V' the
+/// columns of z are the eigenvectors. `ap` is overwritten; `work` has 3n values. The last two arguments are
+/// the lengths of the two texts, as Fortran passes them.
 extern "C" void dspev_(char const* job, char const* triangle, int const* n, double* ap, double* w, double* z,
     int const* ldz, double* work, int* info, std::size_t, std::size_t);
 
@@ -40,8 +40,8 @@ bool symmetric_eigen_3d(tensor<3> const& m, eigen_system<3>& e)
 bool symmetric_eigenvalues_3d(tensor<3> const& m, vector<3>& values)
 {
     values = {};
-    double none = 0;
-    return dspev('N', m, values, &none, 1);
+    double unused = 0;
+    return dspev('N', m, values, &unused, 1);
 }
 
 } // namespace trelk::vornik1d

@@ -8,7 +8,7 @@
 
 namespace trelk::vornik1d {
 
-/// Eigenvalues, ascending but for rounding, and the vectors that belong to them.
+/// Eigenvalues, ascending except for rounding, and their eigenvectors.
 template <std::size_t N>
 struct eigen_system
 {
@@ -16,16 +16,16 @@ struct eigen_system
     vector<N> vectors[N] = {};
 };
 
-/// The eigenvalues of the matrix with rows (a, b) and (b, c), in closed form. False when one is not finite.
+/// The eigenvalues of the matrix with rows (a, b) and (b, c), in closed form. False if one is not finite.
 [[nodiscard]] VORNIK1D_INLINE bool symmetric_eigenvalues_2d(double a, double b, double c, vector<2>& values)
 {
-    constexpr double cancellation_limit =
-        1e-12; // relative: below it an eigenvalue is rounding of the other one
+    // Relative to the other eigenvalue. A smaller eigenvalue is rounding of the other one.
+    constexpr double cancellation_limit = 1e-12;
     double const determinant = a * c - b * b;
     double const w = std::sqrt((a - c) * (a - c) + 4 * (b * b));
     double low = (a + c - w) / 2;
     double high = low + w;
-    // What cancellation has taken from the one, the determinant gives back.
+    // After cancellation an eigenvalue follows from the determinant, which is the product of both.
     if (!(std::abs(low) >= std::abs(high) * cancellation_limit))
         low = determinant / high;
     else if (!(std::abs(high) >= std::abs(low) * cancellation_limit))
@@ -34,9 +34,9 @@ struct eigen_system
     return std::isfinite(low) && std::isfinite(high);
 }
 
-/// The same with the vectors that belong to them. The second vector is the first one turned by a right angle; they
-/// have unit length if `normalize` is set, or where the matrix is a multiple of the identity. There are none
-/// when an eigenvalue is not finite.
+/// The same with the eigenvectors. The second one is the first one turned by a right angle. They have unit
+/// length if `normalize` is set or the matrix is a multiple of the identity. If an eigenvalue is not finite,
+/// the eigenvectors are 0.
 [[nodiscard]] VORNIK1D_INLINE bool symmetric_eigen_2d(
     double a, double b, double c, bool normalize, eigen_system<2>& e)
 {
@@ -59,10 +59,10 @@ struct eigen_system
     return true;
 }
 
-/// By LAPACK's `dspev`. The vectors are orthonormal and right-handed. False when it reports an error.
+/// Calls LAPACK's `dspev`. The eigenvectors are orthonormal and right-handed. False if it reports an error.
 [[nodiscard]] bool symmetric_eigen_3d(tensor<3> const& m, eigen_system<3>& e);
 
-/// The eigenvalues alone.
+/// The same without the eigenvectors.
 [[nodiscard]] bool symmetric_eigenvalues_3d(tensor<3> const& m, vector<3>& values);
 
 } // namespace trelk::vornik1d

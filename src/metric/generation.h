@@ -12,20 +12,20 @@
 #include "front_door.h"
 #include "metric/tensor.h"
 
-// What the generators of metrics from line elements share.
+// Code shared by the generators of metrics from line elements.
 
 namespace trelk::vornik1d {
 
-/// Square of the size across an element of squared length `square`: an absolute size, one relative to the
-/// element if it is negative, and the element's length if it is 0 or NaN.
+/// The square of the size across an element of squared length `square`. A positive `size` is a length, a
+/// negative one is a multiple of the element's length. 0 and NaN mean the element's length.
 inline double square_of_size(double size, double square)
 {
     if (size > 0) return size * size;
     return size < 0 ? square * (size * size) : square;
 }
 
-/// The tensor that has the given values along orthogonal unit axes; a value of 0 adds nothing, whatever its
-/// axis.
+/// The tensor with the given values along orthogonal unit axes. The axis of a value of 0 has no effect, even
+/// if it is not finite.
 template <std::size_t N>
 tensor<N> tensor_along(vector<N> const& values, vector<N> const (&axes)[N])
 {
@@ -35,7 +35,7 @@ tensor<N> tensor_along(vector<N> const& values, vector<N> const (&axes)[N])
     return recompose_metric(values, used);
 }
 
-/// Merges a tensor into a column, which may not have been written yet: it is all zero then.
+/// Intersects the tensor of a column with `m`. A column that has no tensor yet is all zero and gets `m`.
 template <std::size_t N>
 void merge_into(tensor<N> m, double* column)
 {
@@ -43,7 +43,7 @@ void merge_into(tensor<N> m, double* column)
     std::copy_n(m.values, packed_rows<N>, column);
 }
 
-/// Makes room for a tensor of each node up to `largest_node`; new ones are zero.
+/// Extends `metrics` to the column of `largest_node`. New columns are zero. False if memory runs out.
 template <std::size_t N>
 [[nodiscard]] bool make_columns(std::size_t largest_node, dense2D<double>& metrics)
 {
@@ -51,8 +51,8 @@ template <std::size_t N>
     return metrics.resize(packed_rows<N>, columns, 0.0);
 }
 
-/// Checks what all generators from elements share, in the order of the contract, and makes room. There is an
-/// element at least. Returns 0 or the status of the exported function.
+/// Makes the checks that all generators from elements share, in the documented order, and extends `metrics`.
+/// There is at least one element. Returns 0 or the status of the exported function.
 template <std::size_t N>
 int prepare_generation(
     dense2D<double> const& coords, dense2D<unsigned> const& connect, dense2D<double>& metrics)
@@ -64,7 +64,7 @@ int prepare_generation(
     return make_columns<N>(largest_node, metrics) ? 0 : no_storage;
 }
 
-/// An element's unit tangent and squared length.
+/// The unit tangent and the squared length of an element.
 template <std::size_t N>
 struct element_direction
 {
@@ -72,7 +72,7 @@ struct element_direction
     double square;
 };
 
-/// Calls `visit(e, direction)` for each element that has a direction.
+/// Calls `visit(e, direction)` for each element e whose length is neither 0 nor infinite nor NaN.
 template <std::size_t N, class Visit>
 void for_each_direction(dense2D<double> const& coords, dense2D<unsigned> const& connect, Visit visit)
 {

@@ -9,8 +9,8 @@ namespace trelk::vornik1d {
 
 namespace {
 
-/// The checks that values and tensors share, in the order of the contract. `is_parallel`: one is given per
-/// parameter.
+/// Makes the checks that sizes and tensors share, in the documented order. `is_parallel`: there is one size
+/// or tensor per parameter.
 int check_parameters(dense1D<double> const& params, bool is_parallel, dense1D<double> const& new_params)
 {
     if (!are_parameters(params)) return bad_argument(1);
@@ -61,7 +61,7 @@ int interpolate_metrics(dense1D<double> const& params, dense2D<double> const& me
     int const status = check_parameters(params, is_parallel, new_params);
     if (status != 0) return status;
 
-    // A single row is a list of values; they stand side by side or are copied so.
+    // A matrix with one row is a list of sizes: a view if its values are adjacent, otherwise a copy.
     auto const values = rows == 1 ? metrics.as_vector() : dense1D<double>();
     if ((rows == 1 && values.empty()) || !new_metrics.resize(rows, new_params.size())) return no_storage;
     if (rows == 1) sample_values(params, values, new_params, new_metrics.data());

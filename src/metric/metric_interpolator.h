@@ -10,20 +10,21 @@
 
 namespace trelk::vornik1d {
 
-/// Interpolation between two tensors M0 and M1: in their common basis both are diagonal, each entry is a size
-/// along a basis vector, and sizes run linearly. The result stays positive definite.
-/// The fields are those of the last `build`, or 0 where that failed.
+/// Interpolation between two tensors M0 and M1. Both are diagonal in their common basis. Each entry gives the
+/// size along a basis vector, and the sizes are interpolated linearly. So the result stays positive definite.
+///
+/// The members are the results of the last `build`, or 0 if it has failed.
 template <std::size_t N>
 struct metric_interpolator
 {
     vector<N> p[N] = {}; // common directions, of unit length
     vector<N> q[N] = {}; // their dual basis
-    vector<N> a0{};      // M0 and M1 along p_i
+    vector<N> a0{};      // the quadratic values of M0 and M1 along p_i
     vector<N> a1{};
     vector<N> h0{}; // sizes along p_i in M0 and M1
     vector<N> h1{};
 
-    /// False where the pair cannot be reduced.
+    /// False if the pair cannot be reduced.
     [[nodiscard]] bool build(tensor<N> const& m0, tensor<N> const& m1)
     {
         reduced_pair<N> pair;
@@ -42,7 +43,7 @@ struct metric_interpolator
         inverse_sqrt_guarded(h0);
         inverse_sqrt_guarded(h1);
         if (std::any_of(h1.values, h1.values + N, [](double h) { return std::isnan(h); })) {
-            // Rounding has made an eigenvalue negative, as it can at aspect ratios of 1e4 and more.
+            // Rounding has made an eigenvalue negative. This can happen at aspect ratios of 1e4 and more.
             for (std::size_t i = 0; i < N; ++i) a1[i] = quadratic_form(m1.values, p[i]);
             h1 = a1;
             inverse_sqrt_guarded(h1);
@@ -50,7 +51,7 @@ struct metric_interpolator
         return true;
     }
 
-    /// The tensor at position u, 0 <= u <= 1, from M0 to M1.
+    /// The tensor at position u in [0, 1] on the way from M0 to M1.
     VORNIK1D_INLINE tensor<N> evaluate(double u) const
     {
         vector<N> d;

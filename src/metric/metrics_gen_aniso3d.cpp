@@ -7,19 +7,19 @@ namespace trelk::vornik1d {
 
 namespace {
 
-/// Squares of the sizes across a line: in the plane in which it bends, and perpendicular to that.
+/// Squares of the sizes across a line: in the plane in which it bends, and perpendicular to that plane.
 struct sizes_across
 {
     double normal;
     double binormal;
 };
 
-/// The tensor of an element at one of its ends. `onward` is the unit tangent, in the direction of travel, of
-/// the element that meets it there, or null: the line counts as straight then, and takes the larger size in
-/// all directions across.
+/// The tensor of an element at one of its ends. `onward` is the unit tangent of the neighbour at that end, in
+/// the direction of travel, or null if there is none. Without a neighbour, or if the line is straight there,
+/// both sizes across the line are the larger one.
 tensor<3> tensor_at_end(vector<3>& t, double square, vector<3> const* onward, sizes_across across)
 {
-    constexpr double straight_join_limit = 1e-12; // on twice the distance of the unit tangents
+    constexpr double straight_join_limit = 1e-12; // on twice the distance between the unit tangents
     vector<3> u{};
     vector<3> w{};
     if (onward && 2 * norm(t - *onward) > straight_join_limit) {
@@ -65,7 +65,7 @@ int metrics_gen_aniso3d(dense2D<double> const& coords, dense2D<unsigned> const& 
             vector<3> onward{};
             if (f != vornik::none) {
                 unsigned const far = connect(0, f) == end ? connect(1, f) : connect(0, f);
-                // From the neighbour to the first end, from the second end to the neighbour.
+                // At the first end the neighbour comes before the element, at the second end after it.
                 onward = i == 0 ? edge_vector<3>(coords.col(far), coords.col(end))
                                 : edge_vector<3>(coords.col(end), coords.col(far));
                 normalize(onward);

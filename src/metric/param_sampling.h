@@ -12,7 +12,7 @@
 #include "metric/tensor.h"
 #include "special_values.h"
 
-// Sizes and tensors given at parameter values, found at others.
+// Interpolation of sizes and tensors that are given at parameter values.
 
 namespace trelk::vornik1d {
 
@@ -32,7 +32,7 @@ inline bool are_queries(dense1D<double> const& params, dense1D<double> const& qu
 
 constexpr double params_tolerance = 1e-12; // absolute, on parameter gaps and on fractions of them
 
-/// Where a query lies: at fraction t of the way from parameter `lo` to parameter `hi`.
+/// The position of a query: at fraction t of the way from parameter `lo` to parameter `hi`.
 struct param_position
 {
     std::size_t lo;
@@ -51,34 +51,46 @@ public:
         : first_(params.begin()), cursor_(first_), end_(params.end())
     {}
 
-    VORNIK1D_INLINE param_position find(double query)
-    {
-        move_to(query);
-        auto const hi = static_cast<std::size_t>(cursor_ - first_);
-        std::size_t const lo = hi > 0 ? hi - 1 : hi;
-        double const p_lo = first_[lo];
-        double const p_hi = first_[hi];
-        return {lo, hi, p_hi > p_lo + params_tolerance ? (query - p_lo) / (p_hi - p_lo) : 0.0};
-    }
+    VORNIK1D_INLINE param_position find(double query) { return position_in(move_to(query), query); }
 
     /// The value at a query: linear between two positive values, 0 if one of the two is not positive.
     VORNIK1D_INLINE double find_value(double query, double const* values)
     {
-        move_to(query);
-        auto const hi = static_cast<std::size_t>(cursor_ - first_);
-        std::size_t const lo = hi > 0 ? hi - 1 : hi;
-        double const v_lo = values[lo];
-        double const v_hi = values[hi];
-        bool const is_constant = v_lo > 0 && v_hi - v_lo == 0;              // false for two infinite values
-        if (is_constant && first_[hi] - first_[lo] <= largest) return v_lo; // for every fraction
-        param_position const at = find(query);
+        gap const between = move_to(query);
+        double const v_lo = values[between.lo];
+        double const v_hi = values[between.hi];
+        double const length = first_[between.hi] - first_[between.lo];
+        bool const is_constant = v_lo > 0 && v_hi - v_lo == 0; // false for two infinite values
+        if (is_constant && length <= largest) return v_lo;     // for every fraction
+        param_position const at = position_in(between, query);
         if (at.is_at_lo()) return v_lo;
         if (at.is_at_hi()) return v_hi;
         return v_lo > 0 && v_hi > 0 ? (v_hi - v_lo) * at.t + v_lo : 0.0;
     }
 
 private:
-    void move_to(double query) { cursor_ = std::min(advance_to(cursor_, end_, query), end_ - 1); }
+    /// Two adjacent parameters, or the first one twice.
+    struct gap
+    {
+        std::size_t lo;
+        std::size_t hi;
+    };
+
+    /// The gap in which a query lies.
+    VORNIK1D_INLINE gap move_to(double query)
+    {
+        cursor_ = std::min(advance_to(cursor_, end_, query), end_ - 1);
+        auto const hi = static_cast<std::size_t>(cursor_ - first_);
+        return {hi > 0 ? hi - 1 : hi, hi};
+    }
+
+    VORNIK1D_INLINE param_position position_in(gap between, double query) const
+    {
+        double const p_lo = first_[between.lo];
+        double const p_hi = first_[between.hi];
+        return {
+            between.lo, between.hi, p_hi > p_lo + params_tolerance ? (query - p_lo) / (p_hi - p_lo) : 0.0};
+    }
 
     double const* first_;
     double const* cursor_;
@@ -115,7 +127,7 @@ private:
     std::size_t ld_;
     tensor<N> result_{};
     metric_interpolator<N> interpolator_;
-    std::size_t built_hi_ = 0; // 0: none yet; entry 0 is never an upper end
+    std::size_t built_hi_ = 0; // 0 means none: entry 0 is never an upper end
     bool is_built_ = false;
 };
 

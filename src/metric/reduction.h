@@ -8,8 +8,8 @@
 
 namespace trelk::vornik1d {
 
-/// The simultaneous reduction of a pair of tensors (M0, M1): unit vectors with M1 p_i = lambda_i M0 p_i,
-/// which are orthogonal to each other in both metrics.
+/// The simultaneous reduction of a pair of tensors (M0, M1): unit vectors p_i with M1 p_i = lambda_i M0 p_i.
+/// They are orthogonal to each other in both metrics.
 template <std::size_t N>
 struct reduced_pair
 {
@@ -30,15 +30,15 @@ VORNIK1D_INLINE void divide(vector<N>& v, double divisor)
     for (double& x : v.values) x /= divisor;
 }
 
-/// False when M0 is not definite, or when an eigenvalue is not finite (2D) or not found (3D). M1 is not
-/// tested: it may be semi-definite.
+/// False if M0 is not definite, or if an eigenvalue is not finite (2D) or not found (3D). M1 is not tested:
+/// it may be semi-definite.
 [[nodiscard]] VORNIK1D_INLINE bool reduce_metric_pair(
     tensor<2> const& m0, tensor<2> const& m1, reduced_pair<2>& pair)
 {
     auto const [a, b, c] = m0.values;
     auto const [e, f, g] = m1.values;
     double const determinant = a * c - b * b;
-    if (!(determinant > 0)) return false; // as it is for a = 0
+    if (!(determinant > 0)) return false; // also if a is 0
 
     // With T of columns (s, 0) and (-b, a), T^T M0 T is a * determinant times the identity; B = T^T M1 T.
     double const s = std::sqrt(determinant);
@@ -60,11 +60,11 @@ VORNIK1D_INLINE void divide(vector<N>& v, double divisor)
 
 [[nodiscard]] bool reduce_metric_pair(tensor<3> const& m0, tensor<3> const& m1, reduced_pair<3>& pair);
 
-/// Upper triangular U with U^T U = M, packed like M. False when M is not positive definite; a last pivot of 0
-/// passes.
+/// The upper triangular U with U^T U = M, packed like M. False if M is not positive definite, except that the
+/// last pivot may be 0.
 [[nodiscard]] bool cholesky_factor_3d(tensor<3> const& m, tensor<3>& u);
 
-/// Adds V S V^T to W; `v` holds the rows of V.
+/// Adds V S V^T to W. `v` has the rows of V.
 void congruence_3d(tensor<3> const& s, vector<3> const (&v)[3], tensor<3>& w);
 
 /// The vectors q_i with q_i . p_i = 1 and q_i . p_j = 0: the rows of the inverse of the matrix with columns

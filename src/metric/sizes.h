@@ -10,8 +10,8 @@
 
 namespace trelk::vornik1d {
 
-/// Turns eigenvalues into sizes, in place. 0, and a negative value that is rounding of the largest one, have
-/// an unlimited size; another negative value gives NaN.
+/// Turns eigenvalues into sizes, in place. The size is unlimited if the eigenvalue is 0, or negative and
+/// rounding of the largest one. Another negative eigenvalue gives NaN.
 template <std::size_t N>
 VORNIK1D_INLINE void inverse_sqrt_guarded(vector<N>& values)
 {
@@ -24,8 +24,7 @@ VORNIK1D_INLINE void inverse_sqrt_guarded(vector<N>& values)
     }
 }
 
-/// 1/h^2, kept from overflow: `largest` for sizes below 2^-511 (NaN included), 0 for those whose square is
-/// beyond a double.
+/// 1/h^2 without overflow: `largest` if the size is below 2^-511 or NaN, 0 if its square exceeds a double.
 VORNIK1D_INLINE double inverse_square_guarded(double h)
 {
     constexpr double small_root = 1.4916681462400413e-154;
@@ -41,10 +40,10 @@ VORNIK1D_INLINE void inverse_square_guarded(vector<N>& values)
     for (double& v : values.values) v = inverse_square_guarded(v);
 }
 
-/// Brings the sizes of a tensor into [h_min, h_max] along its own axes; a bound that is not positive does not
-/// count. True when the tensor has changed and its new smallest eigenvalue is positive. It is left as it is,
-/// and the result is false, where no size is out of bounds, where a new eigenvalue is not strictly between 0
-/// and `largest`, and where it has no eigenvalues.
+/// Brings the sizes along the axes of a tensor into [h_min, h_max]. A bound that is not positive is ignored.
+/// True if the tensor has changed and its new smallest eigenvalue is positive. The tensor does not change,
+/// and the result is false, in these cases: all sizes are within the bounds; a new eigenvalue is not strictly
+/// between 0 and `largest`; the eigenvalues cannot be computed.
 bool clamp_metric_sizes(tensor<2>& m, double h_min, double h_max);
 bool clamp_metric_sizes(tensor<3>& m, double h_min, double h_max);
 

@@ -8,14 +8,14 @@
 
 #include "arrays/vectors.h"
 
-// Symmetric tensors in N = 2 or 3 dimensions, packed as in `symmetric_fixed`, and what is the same for both.
+// Symmetric tensors in N = 2 or 3 dimensions, packed as in `symmetric_fixed`.
 
 namespace trelk::vornik1d {
 
 template <std::size_t N>
 using tensor = symmetric_fixed<double, N>;
 
-/// Rows of a matrix that holds one tensor per column.
+/// The row count of a matrix with one tensor per column.
 template <std::size_t N>
 constexpr std::size_t packed_rows = N*(N + 1) / 2;
 

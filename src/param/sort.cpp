@@ -15,7 +15,7 @@ struct node_param
     unsigned node;
 };
 
-/// By parameter, then by node; NaN behind all numbers. A total order, but for the sign of 0.
+/// Orders by parameter, then by node. NaN comes after all numbers; 0 and -0 are equal.
 bool comes_before(node_param const& a, node_param const& b)
 {
     bool const a_is_nan = std::isnan(a.param);

@@ -1,7 +1,6 @@
 #include <vornik1d/vornik1d.h>
 
 #include <cstddef>
-#include <cstdint>
 
 #include <vornik/toolkit.h>
 
@@ -17,7 +16,7 @@ namespace trelk::vornik1d {
 
 namespace {
 
-/// The nodes of a chain on the parameter axis, and those to be added.
+/// The nodes of a chain on the parameter axis, and the nodes to be added.
 struct subdivision
 {
     dense1D<double> chain_params;
@@ -41,9 +40,9 @@ struct subdivision
     double const length = measure<target_type>(chain, cum.data());
     auto const count = static_cast<std::size_t>(element_count(length, rule, round_up) - 1);
 
-    // The list of sizes has an entry for the first node, as that of a mesh has.
+    // Like that of a mesh, the list of sizes has an entry for the first node.
     dense1D<double> sizes;
-    if (count == 0 || count == SIZE_MAX || !line.added_params.resize(count) || !sizes.resize(count + 1)) {
+    if (count == 0 || !line.added_params.resize(count) || !sizes.resize(count + 1)) {
         line.added_params.clear();
         return true;
     }
@@ -55,7 +54,7 @@ struct subdivision
     return true;
 }
 
-/// Appends the new nodes to the caller's lists; on false they are as they were.
+/// Appends the new nodes to the caller's lists. On false the lists are as they were.
 [[nodiscard]] bool publish(subdivision const& line, unsigned first, unsigned last, dense1D<double>& params,
     dense1D<double>& sizes, dense1D<unsigned>& new_indices)
 {

@@ -2,10 +2,8 @@
 
 #include <cstddef>
 
-#include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
 
-#include "arrays/append.h"
 #include "arrays/vectors.h"
 
 namespace trelk::vornik1d {
@@ -82,56 +80,5 @@ struct placed_line
     }
     double const* target(std::size_t i) const { return targets + Targets::width * i; }
 };
-
-/// A mesh under construction: the numbers of the accepted nodes, and parameters and targets of the accepted
-/// nodes and of the latest placement. If the caller does not ask for them, only those of the latest placement
-/// are kept.
-template <class Targets>
-struct line_mesh
-{
-    dense1D<unsigned> nodes;
-    dense1D<double> params;
-    typename Targets::list targets;
-
-    /// Empties the lists; their memory is kept for reuse.
-    void clear() noexcept
-    {
-        nodes.clear();
-        params.clear();
-        targets.clear();
-    }
-};
-
-/// Appends a list that is no longer needed. If `target` has no memory of its own, it takes over that of
-/// `source`.
-template <class List>
-[[nodiscard]] bool hand_over(List const& source, List& target, bool (&append)(List const&, List&)) noexcept
-{
-    if (target.data() != nullptr) return append(source, target);
-    target = source;
-    return true;
-}
-
-/// Appends a mesh to the caller's lists; a list without memory takes over that of the mesh. On false the
-/// lists are as they were. Also correct if lists share memory or are one object.
-template <class Targets>
-[[nodiscard]] bool publish(line_mesh<Targets> const& mesh, dense1D<unsigned>& out_indices,
-    dense1D<double>& out_params, typename Targets::list& out_targets) noexcept
-{
-    dense1D<unsigned> const indices_before = out_indices;
-    typename Targets::list const targets_before = out_targets;
-    std::size_t const added = mesh.nodes.size();
-    auto const has_room = [added](auto& list) { return !list.data() || make_room(list, added); };
-    if ((!out_targets.data() || Targets::make_room(out_targets, added)) && has_room(out_indices) &&
-        has_room(out_params) && hand_over(mesh.targets, out_targets, Targets::append) &&
-        hand_over(mesh.nodes, out_indices, append_values) &&
-        hand_over(mesh.params, out_params, append_values))
-        return true;
-
-    // If there is room for each, this can only fail if parameters and targets are one object.
-    out_indices = indices_before;
-    out_targets = targets_before;
-    return false;
-}
 
 } // namespace trelk::vornik1d

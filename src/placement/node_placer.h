@@ -11,6 +11,7 @@
 
 #include "arrays/append.h"
 #include "placement/line.h"
+#include "placement/line_mesh.h"
 #include "placement/overwritten_entries.h"
 #include "placement/place_nodes.h"
 #include "rules.h"
@@ -18,7 +19,7 @@
 
 namespace trelk::vornik1d {
 
-/// What a placement writes besides the points of new nodes.
+/// What a placement writes in addition to the points of new nodes.
 struct wanted_values
 {
     bool params = true;
@@ -49,8 +50,8 @@ public:
     }
 
     /// Measures a line of entries 0 to `last` and plans its nodes. `fill(cum)` sets the metric length up to
-    /// each entry and returns that of the line. False if memory runs out, or if the columns of `coords` and the
-    /// new nodes exceed 32-bit numbers.
+    /// each entry and returns that of the line. False if memory runs out, or if the columns of `coords` and
+    /// the new nodes exceed 32-bit numbers.
     template <class Fill>
     [[nodiscard]] bool plan(std::size_t last, element_rule const& rule, Fill fill)
     {
@@ -75,7 +76,7 @@ public:
     }
 
     /// The same along the line from `first_point` over the nodes of the pass before to `last_point`. The new
-    /// nodes replace those of the pass before.
+    /// nodes replace the nodes of the pass before.
     int replace(vector<N> const& first_point, vector<N> const& last_point, wanted_values wanted)
     {
         return run(wanted, [&](new_nodes<Targets> const& out) {
@@ -99,12 +100,13 @@ public:
             .new_nodes = count_};
     }
 
-    /// Copies the parameters and targets of the ends of `line` to the ends of the new line. False if memory
-    /// runs out.
+    /// Copies the parameters, if any, and targets of the ends of `line` to the ends of the new line. False if
+    /// memory runs out.
     [[nodiscard]] bool set_ends(line_view<Targets> const& line, wanted_values wanted)
     {
         if (!reserve_values(count_, wanted)) return false;
-        if (wanted.params) params()[0] = line.params[0], params()[count_ + 1] = line.params[line.last()];
+        double const* const ends = line.params;
+        if (wanted.params && ends) params()[0] = ends[0], params()[count_ + 1] = ends[line.last()];
         if (wanted.targets) {
             Targets::copy(line.target(0), targets());
             Targets::copy(line.target(line.last()), targets() + Targets::width * (count_ + 1));
@@ -165,7 +167,7 @@ private:
                (!wanted.targets || Targets::resize(mesh_.targets, needed));
     }
 
-    /// Makes room for `count` new points; those of the latest pass are kept.
+    /// Makes room for `count` new points. The points of the latest pass are kept.
     [[nodiscard]] bool reserve_points(std::size_t count)
     {
         std::size_t const columns = coords_.cols();

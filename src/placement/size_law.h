@@ -8,12 +8,12 @@
 #include "arrays/vectors.h"
 #include "rules.h"
 
-// The law that the library is built on: between two points with target sizes h0 and h1 the size varies
-// linearly with position, and the metric length of a curve is the integral of 1/h along it. A segment of
-// length d thus has metric length d * ln(h1/h0) / (h1 - h0).
+// The basic law of the library. Between two points with target sizes h0 and h1 the size varies linearly with
+// the position. The metric length of a curve is the integral of 1/h along it. So a segment of length d has
+// metric length d * ln(h1/h0) / (h1 - h0).
 //
 // With hi and lo the larger and the smaller size and x = (lo - hi) / hi in (-1, 0], all formulas are
-// functions of x alone, scaled by 1/hi. Near x = 0 they are 0/0 and change to their series:
+// functions of x alone, scaled by 1/hi. Near x = 0 they are 0/0, so they are replaced by their series:
 //
 //     x < -0.01             closed form, log1p and expm1
 //     -0.01 <= x < -1e-12   series; the first term left out is x^6/7 of the mean, below 2e-13, and
@@ -25,7 +25,7 @@ namespace trelk::vornik1d {
 constexpr double closed_form_limit = -0.01;
 constexpr double equal_sizes_limit = -1e-12;
 
-/// Mean of 1/h on a segment where h runs linearly from h0 to h1; 0 when the smaller of them is 0.
+/// Mean of 1/h on a segment where h runs linearly from h0 to h1; 0 if the smaller size is 0.
 VORNIK1D_INLINE double mean_inverse_size(double h0, double h1)
 {
     double const lo = std::min(h0, h1);

@@ -5,7 +5,6 @@
 
 #include <trelk/dense1D.h>
 
-#include "arrays/append.h"
 #include "arrays/vectors.h"
 #include "metric/param_sampling.h"
 #include "placement/size_law.h"
@@ -27,16 +26,6 @@ struct size_targets
     [[nodiscard]] static bool reserve(list& sizes, std::size_t count) noexcept
     {
         return sizes.reserve(count, 2);
-    }
-
-    [[nodiscard]] static bool make_room(list& sizes, std::size_t added) noexcept
-    {
-        return vornik1d::make_room(sizes, added);
-    }
-
-    [[nodiscard]] static bool append(list const& source, list& sizes) noexcept
-    {
-        return append_values(source, sizes);
     }
 
     /// The target that asks for `size`.

@@ -67,12 +67,12 @@ inline bool can_be_appended_to(dense2D<double> const& metrics, dense2D<double> c
     return metrics.empty() || fit_dimension(metrics, coords);
 }
 
-/// Copies an input list that shares the memory of `coords`, since that memory moves when `coords` grows.
-/// False if memory runs out.
+/// Copies an input list, not empty, if it shares the memory of `coords`: that memory moves when `coords`
+/// grows. False if memory runs out.
 template <class List>
 [[nodiscard]] bool detach_from(dense2D<double> const& coords, List& list)
 {
-    if (list.empty() || !coords.holds(*list.data())) return true;
+    if (!coords.holds(*list.data())) return true;
     List own;
     if (!own.copy(list)) return false;
     list = own;

@@ -7,8 +7,6 @@
 #include <trelk/dense2D.h>
 #include <vornik/toolkit.h>
 
-#include "arrays/append.h"
-#include "arrays/columns.h"
 #include "metric/metric_interpolator.h"
 #include "metric/param_sampling.h"
 #include "metric/sizes.h"
@@ -40,16 +38,6 @@ struct tensor_targets
     [[nodiscard]] static bool reserve(list& metrics, std::size_t count) noexcept
     {
         return metrics.reserve(width, count, 2);
-    }
-
-    [[nodiscard]] static bool make_room(list& metrics, std::size_t added) noexcept
-    {
-        return vornik1d::make_room(metrics, width, added);
-    }
-
-    [[nodiscard]] static bool append(list const& source, list& metrics) noexcept
-    {
-        return append_columns(source, metrics);
     }
 
     /// The target that asks for `size` in every direction.
@@ -110,14 +98,14 @@ struct tensor_targets
         bool enter(vector<N> const& d, double const* from, double const* to)
         {
             // The size along d is inversely proportional to d's length: h0 : h1 = l1 : l0.
+            // If one length is not positive, both are 0 and the law is linear.
             auto const [l0, l1] = end_lengths(d, from, to);
-            is_measured_ = l0 > 0;
             law_ = size_law(l1, l0);
             return interpolator_.build(tensor_at<N>(from), tensor_at<N>(to));
         }
 
         /// Position at fraction t of the segment's metric length.
-        double position(double t) const { return is_measured_ ? law_.position(t) : 0; }
+        double position(double t) const { return law_.position(t); }
 
         /// The target at position u.
         void evaluate(double u, double* target) const { copy(interpolator_.evaluate(u).values, target); }
@@ -125,7 +113,6 @@ struct tensor_targets
     private:
         metric_interpolator<N> interpolator_;
         size_law law_{1, 1};
-        bool is_measured_ = false;
     };
 
 private:

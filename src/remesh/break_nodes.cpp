@@ -41,9 +41,9 @@ void find_break_nodes(dense2D<double> const& coords, dense2D<unsigned> const& co
 
         unsigned const c = connect(0, next);
         unsigned const d = connect(1, next);
-        if (c == a) break_nodes.insert(a); // both start at a
-        if (d == b) {                      // both end at b
+        if (d == b) { // both end at b
             break_nodes.insert(b);
+            if (c == a) break_nodes.insert(a); // and both start at a
             continue;
         }
 

@@ -48,8 +48,9 @@ public:
     /// Selects a chain of elements.
     void set_chain(dense2D<unsigned> const& connect, dense1D<unsigned> const& elements)
     {
-        // Guide nodes come before and after: those of a closed chain are neighbours of its joint, those of an
-        // open chain repeat the ends, which are thus free.
+        // A guide node comes before and after the nodes. For a closed chain the guide nodes are the
+        // neighbours of its joint. For an open chain they repeat the end nodes, so the spline's ends are
+        // free.
         std::size_t const last = elements.size() + 1;
         static_cast<void>(nodes_.resize(last + 2)); // there is room
         unsigned* const nodes = nodes_.data();

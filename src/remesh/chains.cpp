@@ -17,7 +17,7 @@ bool extract_chains(dense2D<unsigned> const& connect, dense2D<unsigned> const& n
     break_nodes.for_each([&](unsigned node) { breaks.set(node); });
 
     auto const add_chain_from = [&](std::size_t first) {
-        for (std::size_t e = first; e < n && !visited.test(e); e = neighbors(0, e)) {
+        for (std::size_t e = first; !visited.test(e); e = neighbors(0, e)) {
             chains.chain_elements.push_back(static_cast<unsigned>(e));
             visited.set(e);
             if (breaks.test(connect(1, e))) break;

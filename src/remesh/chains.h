@@ -41,7 +41,8 @@ struct line_chains
 
 /// Puts every element into a chain: first the chains that start at a break node, in the order of their first
 /// elements; then the others, each from the lowest remaining element. All node numbers are below
-/// `node_count`. False if memory runs out.
+/// `node_count`. An element without a neighbour at its second node ends at a break node. False if memory runs
+/// out.
 [[nodiscard]] bool extract_chains(dense2D<unsigned> const& connect, dense2D<unsigned> const& neighbors,
     hbuckets_set const& break_nodes, std::size_t node_count, line_chains& chains);
 

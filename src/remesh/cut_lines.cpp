@@ -4,7 +4,6 @@
 #include <cstddef>
 
 #include <vornik/toolkit.h>
-#include <vornik1d/vornik1d.h>
 
 #include "arrays/vectors.h"
 #include "remesh/break_nodes.h"
@@ -22,9 +21,10 @@ constexpr auto edge = vornik::element_type::edge;
     return set.init(start, start) && (keys <= set.buckets() || set.rehash(keys));
 }
 
+/// Collects the break nodes. False if memory runs out.
 template <std::size_t N>
-int add_break_nodes(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule,
-    dense2D<unsigned> const& neighbors, hbuckets_set& break_nodes)
+[[nodiscard]] bool add_break_nodes(dense2D<double> const& coords, old_mesh const& old,
+    remesh_rule const& rule, dense2D<unsigned> const& neighbors, hbuckets_set& break_nodes)
 {
     find_break_nodes<N>(coords, old.connect, neighbors, rule.max_angle, rule.min_size, break_nodes);
     for (unsigned const e : old.hard_edges) {
@@ -35,12 +35,12 @@ int add_break_nodes(dense2D<double> const& coords, old_mesh const& old, remesh_r
         if (node <= old.max_node) break_nodes.insert(node);
     if (!old.colors.empty()) {
         dense2D<unsigned> boundary;
-        int const status =
-            vornik::get_colors_boundaries(old.connect, neighbors, old.colors, edge, false, true, boundary);
-        if (status < 0) return status;
+        if (vornik::get_colors_boundaries(old.connect, neighbors, old.colors, edge, false, true, boundary) !=
+            0)
+            return false;
         for (unsigned const node : boundary.as_vector()) break_nodes.insert(node);
     }
-    return break_nodes.is_complete() ? 0 : no_storage;
+    return break_nodes.is_complete();
 }
 
 [[nodiscard]] bool list_keys(hbuckets_set const& set, dense1D<unsigned>& keys)
@@ -78,24 +78,23 @@ void set_sizes_along(dense2D<double> const& coords, old_mesh const& old, double 
 } // namespace
 
 template <std::size_t N>
-int cut_into_chains(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule,
+bool cut_into_chains(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule,
     bool lists_break_nodes, cut_lines& lines)
 {
     constexpr std::size_t elements_per_break = 100; // a guess
     std::size_t const hard = old.hard_edges.size();
     std::size_t const breaks = old.connect.cols() / elements_per_break + old.hard_nodes.size() + hard;
     hbuckets_set break_nodes;
-    if (!prepare(break_nodes, breaks) || !prepare(lines.hard_edges, hard)) return no_storage;
+    if (!prepare(break_nodes, breaks) || !prepare(lines.hard_edges, hard)) return false;
     lines.hard_edges.insert_range(old.hard_edges.begin(), old.hard_edges.end());
-    if (!lines.hard_edges.is_complete()) return no_storage;
+    if (!lines.hard_edges.is_complete()) return false;
 
     dense2D<unsigned> neighbors;
-    int status = vornik::get_neighbors(old.connect, edge, false, neighbors);
-    if (status >= 0) status = add_break_nodes<N>(coords, old, rule, neighbors, break_nodes);
-    if (status < 0) return status;
-    if (lists_break_nodes && !list_keys(break_nodes, lines.break_nodes)) return no_storage;
+    if (vornik::get_neighbors(old.connect, edge, false, neighbors) != 0) return false;
+    if (!add_break_nodes<N>(coords, old, rule, neighbors, break_nodes)) return false;
+    if (lists_break_nodes && !list_keys(break_nodes, lines.break_nodes)) return false;
     std::size_t const nodes = std::size_t{old.max_node} + 1;
-    return extract_chains(old.connect, neighbors, break_nodes, nodes, lines.chains) ? 0 : no_storage;
+    return extract_chains(old.connect, neighbors, break_nodes, nodes, lines.chains);
 }
 
 template <std::size_t N>
@@ -123,9 +122,9 @@ bool set_chain_colors(old_mesh const& old, cut_lines& lines)
     return true;
 }
 
-template int cut_into_chains<2>(
+template bool cut_into_chains<2>(
     dense2D<double> const&, old_mesh const&, remesh_rule const&, bool, cut_lines&);
-template int cut_into_chains<3>(
+template bool cut_into_chains<3>(
     dense2D<double> const&, old_mesh const&, remesh_rule const&, bool, cut_lines&);
 template bool set_node_sizes<2>(dense2D<double> const&, old_mesh const&, remesh_rule const&, cut_lines&);
 template bool set_node_sizes<3>(dense2D<double> const&, old_mesh const&, remesh_rule const&, cut_lines&);

@@ -22,11 +22,11 @@ struct cut_lines
     dense1D<unsigned> chain_colors;
 };
 
-/// Cuts the lines at break nodes into chains, and lists the break nodes if `lists_break_nodes`. Returns 0 or
-/// the status of the exported function.
+/// Cuts the lines at break nodes into chains, and lists the break nodes if `lists_break_nodes`. False
+/// if memory runs out.
 template <std::size_t N>
-int cut_into_chains(dense2D<double> const& coords, old_mesh const& old, remesh_rule const& rule,
-    bool lists_break_nodes, cut_lines& lines);
+[[nodiscard]] bool cut_into_chains(dense2D<double> const& coords, old_mesh const& old,
+    remesh_rule const& rule, bool lists_break_nodes, cut_lines& lines);
 
 /// Sets the sizes at the old nodes: the given size, otherwise the default size. At a chain end the default is
 /// lowered to the length of the shortest chain that meets there, or to `rule.min_size` if that is larger.

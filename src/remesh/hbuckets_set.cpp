@@ -71,24 +71,21 @@ bool hbuckets_set::add(unsigned key) noexcept
 {
     if (used_ < buckets_) return false; // `init` has failed
     std::size_t at = key % buckets_;
-    std::size_t vacant = used_;
+    if (!is_occupied(first()[at])) { // only a head can be unoccupied, and its list is then empty
+        first()[at] = {key, 1};
+        ++keys_;
+        return true;
+    }
     for (;;) {
         node const& n = first()[at];
-        if (is_occupied(n) && n.key == key) return true;
-        if (!is_occupied(n) && vacant == used_) vacant = at;
+        if (n.key == key) return true;
         if (n.link >> 1 == 0) break;
         at += n.link >> 1;
     }
-    if (vacant < used_) {
-        node& n = first()[vacant];
-        n.key = key;
-        n.link |= 1;
-    } else {
-        std::size_t const distance = used_ - at;
-        if (used_ >= most_nodes || distance > longest_link || !fit(used_ + 1, used_, 2)) return false;
-        first()[used_++] = {key, 1};
-        first()[at].link = static_cast<std::uint32_t>(distance * 2 + 1);
-    }
+    std::size_t const distance = used_ - at;
+    if (used_ >= most_nodes || distance > longest_link || !fit(used_ + 1, used_, 2)) return false;
+    first()[used_++] = {key, 1};
+    first()[at].link = static_cast<std::uint32_t>(distance * 2 + 1);
     ++keys_;
     return true;
 }

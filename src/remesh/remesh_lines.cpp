@@ -18,16 +18,11 @@ namespace {
 remesh_rule rule_of(double default_size, bool force_even, double max_angle, double deviation_tolerance,
     double max_gradation, double min_size, unsigned min_elements, unsigned max_elements)
 {
-    remesh_rule rule;
-    rule.force_even = force_even;
-    rule.min_elements = min_elements;
-    rule.max_elements = max_elements;
-    rule.deviation_tolerance = network_tolerance(deviation_tolerance);
-    rule.min_size = min_size;
-    rule.default_size = default_size;
-    rule.max_gradation = max_gradation;
-    rule.max_angle = max_angle;
-    return rule;
+    element_rule const elements{
+        .force_even = force_even, .min_elements = min_elements, .max_elements = max_elements};
+    line_rule const line{elements, network_tolerance(deviation_tolerance), min_size};
+    spline_rule const spline{line, default_size, max_gradation};
+    return {spline, max_angle};
 }
 
 /// Lists that an overload may not have. `hard_nodes` is null if `colors` is.
@@ -71,14 +66,13 @@ int remesh_network(
         .hard_edges = lists.hard_edges,
         .max_node = largest_entry(elements)};
     cut_lines lines;
-    int status = cut_into_chains<N>(coords, old, rule, lists.hard_nodes != nullptr, lines);
-    if (status < 0) return status;
+    if (!cut_into_chains<N>(coords, old, rule, lists.hard_nodes != nullptr, lines)) return no_storage;
     if (!set_node_sizes<N>(coords, old, rule, lines)) return no_storage;
     if (lists.colors && !set_chain_colors(old, lines)) return no_storage;
 
     std::size_t const base_columns = coords.cols();
     new_mesh mesh;
-    status = mesh_network<N>(coords, old, rule, lines, mesh);
+    int status = mesh_network<N>(coords, old, rule, lines, mesh);
     if (status == 0 && !publish(mesh, lines.break_nodes, connect, lists)) status = no_storage;
     if (status != 0) truncate(coords, base_columns);
     return status;

@@ -32,11 +32,9 @@ bool find_bend_nodes(guided_chain<N> const& chain, dense1D<unsigned>& bends, den
     for (std::size_t j = 1; j + 2 < n; ++j) {
         auto const after = edge_vector<N>(chain.point(j), chain.point(j + 1));
         double const square = dot(after, after);
-        if (j > 1) {
-            auto const area = cross(before, after);
-            double const longer = std::max(square, square_before);
-            if (dot(area, area) > straight_limit * longer) keep(chain.nodes[j], length);
-        }
+        auto const area = cross(before, after); // 0 for the first chord
+        double const longer = std::max(square, square_before);
+        if (dot(area, area) > straight_limit * longer) keep(chain.nodes[j], length);
         length += std::sqrt(square);
         before = after;
         square_before = square;

@@ -7,6 +7,7 @@
 #include "arrays/append.h"
 #include "front_door.h"
 #include "placement/line.h"
+#include "placement/line_mesh.h"
 #include "placement/target_lists.h"
 #include "rules.h"
 #include "spline/spline_mesher.h"
@@ -18,18 +19,14 @@ namespace {
 spline_rule rule_of(bool force_even, unsigned min_elements, unsigned max_elements, double deviation_tolerance,
     double min_size, double default_size, double max_gradation)
 {
-    spline_rule rule;
-    rule.force_even = force_even;
-    rule.min_elements = min_elements;
-    rule.max_elements = max_elements;
-    rule.deviation_tolerance = spline_tolerance(deviation_tolerance);
-    rule.min_size = min_size;
-    rule.default_size = default_size;
-    rule.max_gradation = max_gradation;
-    return rule;
+    element_rule const elements{
+        .force_even = force_even, .min_elements = min_elements, .max_elements = max_elements};
+    line_rule const line{elements, spline_tolerance(deviation_tolerance), min_size};
+    return {line, default_size, max_gradation};
 }
 
-/// Meshes a spline and appends the mesh to the caller's lists. On a failure all is as before.
+/// Meshes a spline and appends the mesh to the caller's lists. On a failure the lists and `coords` are as
+/// before.
 template <std::size_t N, class List>
 int mesh_curve(dense2D<double>& coords, dense1D<unsigned> const& indices, List targets,
     spline_rule const& rule, dense1D<unsigned>& out_indices, dense1D<double>& out_params, List& out_targets,

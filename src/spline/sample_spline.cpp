@@ -57,8 +57,6 @@ public:
             return false;
         static_cast<void>(curve_.node_params.resize(nodes)); // there is room
         static_cast<void>(curve_.node_samples.resize(nodes));
-        node_param_ = curve_.node_params.data();
-        node_sample_ = curve_.node_samples.data();
         return true;
     }
 
@@ -70,8 +68,8 @@ public:
         std::size_t const first = curve_.sample_params.size();
         if (!make_samples(first + steps + 1)) return false; // one more: the last node
 
-        *node_param_++ = curve_.spline_length;
-        *node_sample_++ = static_cast<unsigned>(first);
+        curve_.node_params[nodes_] = curve_.spline_length;
+        curve_.node_samples[nodes_++] = static_cast<unsigned>(first);
         double const square = append_samples(span, steps);
         if (square > largest_square_) {
             largest_square_ = square;
@@ -87,8 +85,8 @@ public:
             scale(curve_.sample_params, 1 / curve_.spline_length);
             scale(curve_.node_params, 1 / curve_.spline_length);
         }
-        *node_param_ = 1;
-        *node_sample_ = static_cast<unsigned>(curve_.sample_params.size());
+        curve_.node_params[nodes_] = 1;
+        curve_.node_samples[nodes_] = static_cast<unsigned>(curve_.sample_params.size());
         curve_.sample_params.push_back(1);                           // there is room
         static_cast<void>(append_point(last_point, curve_.samples)); // there is room
     }
@@ -110,6 +108,7 @@ private:
         if (!curve_.samples.resize(N, end) || !curve_.sample_params.resize(end)) return 0; // there is room
         double* point = curve_.samples.col(first);
         double* param = curve_.sample_params.data() + first;
+        if (!point || !param) return 0;
         auto const append = [&](double at, vector<N> const& position) {
             *param++ = at;
             point = std::copy_n(position.values, N, point);
@@ -136,8 +135,7 @@ private:
     double sample_tolerance_;
     double min_step_;
     spline_samples& curve_;
-    double* node_param_ = nullptr; // of the next node
-    unsigned* node_sample_ = nullptr;
+    std::size_t nodes_ = 0; // added so far
     double largest_square_ = 0;
 };
 
@@ -156,8 +154,8 @@ bool sample_spline(guided_chain<N> const& chain, double sample_tolerance, double
     spline_spans<N> spans(chain);
     for (std::size_t k = 0; k < chain.spans(); ++k) {
         auto const span = spans.next();
-        // The length is completed even without samples: the caller needs it to tell a bad chain from a lack of
-        // memory.
+        // The length is completed even without samples: the caller needs it to tell a bad chain from a lack
+        // of memory.
         if (has_room && is_usable) {
             has_room = sampler.add(span);
             is_usable = !(curve.deviation > most_deviation);

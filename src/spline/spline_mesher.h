@@ -11,6 +11,7 @@
 
 #include "metric/param_sampling.h"
 #include "placement/line.h"
+#include "placement/line_mesh.h"
 #include "placement/node_placer.h"
 #include "rules.h"
 #include "special_values.h"
@@ -94,8 +95,8 @@ private:
 
     double* target(std::size_t k) { return targets_.data() + Targets::width * k; }
 
-    /// Sets the targets at the samples: those of the curve nodes, and between them interpolated ones or the
-    /// default.
+    /// Sets the targets at the samples. A sample at a node has the node's target. Between nodes the targets
+    /// are interpolated, or have the default size if there are a default size and a gradation.
     [[nodiscard]] bool carry_targets(line_view<Targets> const& node_targets, spline_rule const& rule)
     {
         std::size_t const samples = curve_.samples.cols();
@@ -107,7 +108,6 @@ private:
                 Targets::copy(node_targets.target(k), target(curve_.node_samples[k]));
             return true;
         }
-        if (!are_parameters(curve_.node_params)) return false; // `bound_by_curvature` checks the samples
         typename Targets::sampler sampler(curve_.node_params, node_targets.targets, node_targets.target_ld);
         for (std::size_t k = 0; k < samples; ++k) sampler.find(curve_.sample_params[k], target(k));
         return true;

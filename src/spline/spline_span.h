@@ -211,7 +211,7 @@ double span_arc_length(spline_span<N> const& span)
     return 0.5 * sum;
 }
 
-/// The longest chord of an arc whose sagitta is within a tolerance: 2 sqrt(e (2 - e)) times the radius, where
+/// The longest chord of an arc whose sagitta is within a tolerance: 2 sqrt(e (2 - e)) times the radius. Here
 /// e is the sagitta in units of the radius. A tolerance of at least 0 is the sagitta; a negative one is -e.
 /// `largest` if the curvature is not positive or e is at least 1.
 inline double chordal_size(double curvature, double tolerance)

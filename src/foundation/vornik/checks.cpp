@@ -14,7 +14,8 @@ bool is_finite(double const* values, std::size_t count)
 
 bool is_positive_definite_2d(double const* m) { return m[0] > 0 && m[0] * m[2] - m[1] * m[1] > 0; }
 
-/// The pivots of a Cholesky factorisation: all of them are positive for a positive definite tensor alone.
+/// A tensor is positive definite if all pivots of its Cholesky factorisation are positive. Unlike the
+/// factorisation in metric/reduction.cpp, this one has no products of entries, which could overflow.
 bool is_positive_definite_3d(double const* m)
 {
     if (!(m[0] > 0)) return false;

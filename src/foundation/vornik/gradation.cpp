@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "arrays/columns.h"
 #include "arrays/vectors.h"
 #include "metric/tensor.h"
 
@@ -10,13 +11,14 @@ namespace trelk::vornik {
 
 namespace {
 
+using vornik1d::distance;
 using vornik1d::edge_vector;
 using vornik1d::packed_rows;
 using vornik1d::quadratic_form;
 using vornik1d::tensor;
 using vornik1d::tensor_at;
 
-/// Calls `bound(from, to)` for both directions of each edge, forth and back over all edges.
+/// Calls `bound(from, to)` for both directions of each edge, first forwards over all edges, then backwards.
 template <class Bound>
 void sweep(dense2D<unsigned> const& connect, std::size_t node_count, Bound bound)
 {
@@ -69,10 +71,7 @@ void bound_metric_gradations(dense2D<double> const& coords, dense2D<unsigned> co
 {
     if (!(max_gradation >= 0)) return;
     auto const bound = [&](unsigned from, unsigned to) {
-        double square = 0;
-        for (std::size_t r = 0; r < coords.rows(); ++r)
-            square += (coords(r, to) - coords(r, from)) * (coords(r, to) - coords(r, from));
-        target[to] = std::min(target[to], target[from] + max_gradation * std::sqrt(square));
+        target[to] = std::min(target[to], target[from] + max_gradation * distance(coords, from, to));
     };
     sweep(connect, std::min(coords.cols(), target.size()), bound);
 }

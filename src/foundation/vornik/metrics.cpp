@@ -27,8 +27,8 @@ bool is_zero(tensor<N> const& m)
     return std::all_of(m.values, m.values + packed_rows<N>, [](double v) { return v == 0; });
 }
 
-/// The tensor that has the quadratic values of `m` along the directions p_i, q being their dual basis, is `m`
-/// again if the reduction was sound: where a tensor is all but singular, rounding can make it look definite.
+/// True if a reduction was sound: the tensor with `values` along the reduced directions is `m` again. q is
+/// the dual basis of the directions. Rounding can make a nearly singular tensor look definite.
 template <std::size_t N>
 bool is_rebuilt(tensor<N> const& m, vector<N> const& values, vector<N> const (&q)[N])
 {
@@ -37,12 +37,12 @@ bool is_rebuilt(tensor<N> const& m, vector<N> const& values, vector<N> const (&q
     double scale = 0;
     for (double const v : m.values) scale = std::max(scale, std::abs(v));
     for (std::size_t k = 0; k < packed_rows<N>; ++k)
-        if (!(std::abs(rebuilt[k] - m[k]) <= tolerance * scale)) return false; // a NaN is not
+        if (!(std::abs(rebuilt[k] - m[k]) <= tolerance * scale)) return false; // also a NaN
     return true;
 }
 
-/// In the common basis of the pair the larger of the two quadratic values along each direction; false where
-/// the first tensor cannot be reduced.
+/// Takes the larger of the two quadratic values along each direction of the common basis. False if the first
+/// tensor cannot be reduced.
 template <std::size_t N>
 bool intersect(tensor<N> const& first, tensor<N> const& second, tensor<N>& result)
 {
@@ -64,8 +64,8 @@ bool intersect(tensor<N> const& first, tensor<N> const& second, tensor<N>& resul
     return true;
 }
 
-/// The power of two that brings the largest entry of both tensors near 1: their products then neither over-
-/// nor underflow, and scaling by it is exact.
+/// The power of two that brings the largest entry of both tensors near 1. Scaling by it is exact, and
+/// products of the scaled tensors neither overflow nor underflow.
 template <std::size_t N>
 int exponent_of(tensor<N> const& first, tensor<N> const& second)
 {

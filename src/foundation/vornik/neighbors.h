@@ -61,8 +61,8 @@ private:
 
 } // namespace detail
 
-/// Finds the neighbours of two-node elements. `connect` has one element per column, with its end nodes in rows
-/// 0 and 1. It has at least 2 rows unless it is empty.
+/// Finds the neighbours of two-node elements. `connect` has one element per column, with its end nodes in
+/// rows 0 and 1. It has at least 2 rows unless it is empty.
 ///
 /// Two element ends are neighbours if no other element end is at their node. An element that begins and ends
 /// at one node has no neighbours.

@@ -55,10 +55,10 @@ int get_colors_boundaries(dense2D<unsigned> const& connect, dense2D<unsigned> co
 
 unsigned max_ID(dense1D<unsigned> const& colors) noexcept
 {
-    unsigned largest = 0;
+    unsigned result = 0;
     for (unsigned const color : colors)
-        if (color != none) largest = std::max(largest, color);
-    return largest;
+        if (color != none) result = std::max(result, color);
+    return result;
 }
 
 } // namespace trelk::vornik
