@@ -3,6 +3,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include <vornik1d/vornik1d.h>
+
 #include "special_values.h"
 
 // How a line is to be meshed. Each rule extends the one before it, so that one record serves a call and all
@@ -15,7 +17,7 @@ struct element_rule
 {
     bool force_even = false;
     std::uint64_t min_elements = 1;
-    std::uint64_t max_elements = unlimited;
+    std::uint64_t max_elements = no_limit;
 };
 
 /// How a polyline is to be meshed. A `deviation_tolerance` of 0 means no tolerance.

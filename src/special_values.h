@@ -10,12 +10,6 @@ namespace trelk::vornik1d {
 /// Means no limit of a size, an eigenvalue or a tolerance.
 constexpr double largest = std::numeric_limits<double>::max();
 
-/// Means no limit of a count of elements or nodes.
-constexpr unsigned unlimited = 4294967295;
-
-/// Means that an element has no colour.
-constexpr unsigned uncolored = 4294967295;
-
 /// True if 32-bit node numbers can name `count` nodes. The largest 32-bit number means "none".
 constexpr bool can_be_numbered(std::size_t count) noexcept { return count <= 4294967295; }
 

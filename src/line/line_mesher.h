@@ -34,7 +34,7 @@ public:
     int run(line_view<Targets> chain, line_rule const& rule)
     {
         mesh_.nodes.clear();
-        if (rule.deviation_tolerance > 0 && chain.count > 2) return mesh_and_refine(chain, rule);
+        if (rule.deviation_tolerance > 0) return mesh_and_refine(chain, rule);
         if (rule.deviation_tolerance < 0) {
             if (!limit_targets_by_curvature(chain.over(coords_), rule, bounded_)) return no_storage;
             chain = chain.with_targets(bounded_);
@@ -58,7 +58,7 @@ private:
         for_each_metric_length<Targets>(
             chain.over(coords_), [&](std::size_t s, double length) { lengths[s] = length; });
 
-        if (int const status = mesh_range(chain, lengths, rule, true); status != 0) return status;
+        if (int const status = mesh_range(chain, lengths, rule, chain.count > 2); status != 0) return status;
         if (mesher_.count() + 1 < rule.max_elements) return refine(chain, lengths, rule);
         return accept(chain) ? 0 : no_storage;
     }
@@ -110,7 +110,7 @@ private:
             task = pending_[pending_.size() - 1];
             truncate(pending_, pending_.size() - 1);
             range = chain.part(task.first, task.last - task.first + 1);
-            element_rule const piece{rule.force_even, task.min_elements, unlimited};
+            element_rule const piece{rule.force_even, task.min_elements, no_limit};
             int const status = mesh_range(range, lengths + task.first, piece, range.count > 2);
             if (status != 0) return status;
         }

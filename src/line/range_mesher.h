@@ -43,7 +43,7 @@ public:
         first_point_ = point_of(chain, 0);
         last_point_ = point_of(chain, chain.last());
         bool const is_straight = chain.count == 2; // one pass is exact
-        std::size_t previous = unlimited;
+        std::size_t previous = no_limit;
         for (std::size_t pass = 0;; ++pass) {
             if (!(pass == 0 ? plan_along(chain, segment_lengths, rule) : plan_along_mesh(rule)))
                 return no_storage;

@@ -110,13 +110,13 @@ bool set_node_sizes(
 bool set_chain_colors(old_mesh const& old, cut_lines& lines)
 {
     bool const has_colors =
-        std::any_of(old.colors.begin(), old.colors.end(), [](unsigned color) { return color != uncolored; });
+        std::any_of(old.colors.begin(), old.colors.end(), [](unsigned color) { return color != no_color; });
     unsigned next_color = has_colors ? vornik::max_ID(old.colors) + 1 : 0;
     if (!lines.chain_colors.reserve(lines.chains.size())) return false;
     for (std::size_t c = 0; c < lines.chains.size(); ++c) {
         auto const elements = lines.chains.chain(c);
         auto const* const colored = std::find_if(
-            elements.begin(), elements.end(), [&](unsigned e) { return old.color_of(e) != uncolored; });
+            elements.begin(), elements.end(), [&](unsigned e) { return old.color_of(e) != no_color; });
         lines.chain_colors.push_back(colored != elements.end() ? old.color_of(*colored) : next_color++);
     }
     return true;

@@ -4,8 +4,7 @@
 
 #include <trelk/dense1D.h>
 #include <trelk/dense2D.h>
-
-#include "special_values.h"
+#include <vornik1d/vornik1d.h>
 
 namespace trelk::vornik1d {
 
@@ -21,7 +20,7 @@ struct old_mesh
 
     unsigned color_of(unsigned element) const
     {
-        return element < colors.size() ? colors[element] : uncolored;
+        return element < colors.size() ? colors[element] : no_color;
     }
 };
 

@@ -24,7 +24,7 @@ double sampling_step(spline_span<N> const& span, double sample_tolerance, double
 /// The number of steps of t in a span: at least 2, also if the ratio is NaN.
 std::uint64_t count_steps(double length, double step)
 {
-    constexpr std::uint64_t too_many = std::uint64_t{unlimited} + 1;
+    constexpr std::uint64_t too_many = 4294967296; // more than can be numbered
     if (step >= largest) return 2;
     double const ratio = length / step;
     if (!(ratio > 2)) return 2;

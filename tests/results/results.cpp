@@ -56,7 +56,12 @@ struct output
         std::size_t const n = s.g.chance(0.3) ? 1 + s.g.below(4) : 0;
         if constexpr (list<T>) return T(n, 3);
         if constexpr (matrix<T>) return matrix_of(s.rows == 2 ? 3 : 6, n, typename T::value_type{3});
-        if constexpr (!list<T> && !matrix<T>) return T{7};
+        if constexpr (std::is_class_v<T> && !list<T> && !matrix<T>) {
+            T vector{};
+            vector[0] = 7;
+            return vector;
+        }
+        if constexpr (!std::is_class_v<T>) return T{7};
     }
 };
 
