@@ -191,7 +191,7 @@ py::tuple remesh(real_array const& coords, node_array const& connect, std::optio
     std::optional<node_array> const& hard_nodes, Run run)
 {
     matrix new_coords = matrix_view(coords);
-    connectivity lines = matrix_view(connect); // the call replaces connect and colors, it does not write to them
+    connectivity lines = matrix_view(connect); // replaced, as the colours are, not written to
     nodes new_colors = colors ? list_view(*colors) : nodes();
     nodes breaks = hard_nodes ? list_copy(*hard_nodes) : nodes(); // the call writes to it
     int const status = unlocked([&] { return run(new_coords, lines, new_colors, breaks); });
