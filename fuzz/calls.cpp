@@ -556,7 +556,7 @@ extern "C" char const* __asan_default_options() { return "quarantine_size_mb=16:
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* bytes, std::size_t count)
 {
-    constexpr std::size_t most_steps = 12;
+    constexpr std::size_t most_steps = 40;
 
     world here(bytes, count);
     for (std::size_t step = 0; step < most_steps && here.goes_on(); ++step) {

@@ -1,4 +1,4 @@
-"""Remeshes the LineStrings of a GeoJSON file that share end points, and writes the lines back, and a picture.
+"""Remeshes the LineStrings of a GeoJSON file, keeps shared end points shared, writes the result and a picture.
 
 Usage: geojson.py INPUT SIZE_KM OUTPUT, for example geojson.py data/europe-borders.geojson 50 borders.geojson
 """
@@ -15,7 +15,7 @@ EARTH_RADIUS = 6371.0
 
 
 class Plane:
-    """Lambert's azimuthal equal-area projection, km, about the middle of some positions."""
+    """Lambert's azimuthal equal-area projection in km, centred on the middle of the given positions."""
 
     def __init__(self, degrees: np.ndarray) -> None:
         self.center = np.radians((degrees.min(axis=0) + degrees.max(axis=0)) / 2)
@@ -40,14 +40,14 @@ class Plane:
 
 
 def read(path: str) -> tuple:
-    """Positions in degrees, elements, the line of each element, and the features, which must be LineStrings.
+    """Positions in degrees, elements, the number of each element's line, and the features.
 
-    Equal positions are one node.
+    The features must be LineStrings. Equal positions become one node.
     """
     with open(path, encoding="utf-8") as file:
         features = json.load(file)["features"]
     if any(f["geometry"]["type"] != "LineString" for f in features):
-        raise SystemExit("All features must be LineStrings.")
+        raise SystemExit(f"{path}: all features must be LineStrings.")
     lines = [np.array(f["geometry"]["coordinates"])[:, :2] for f in features]
     positions, nodes = np.unique(np.concatenate(lines), axis=0, return_inverse=True)
     ends = np.cumsum([len(line) for line in lines])
@@ -72,7 +72,9 @@ def main(source: str, size: float, target: str) -> None:
     )
     positions = plane.unproject(mesh.coords)
     for k, feature in enumerate(features):
-        elements = mesh.connect[mesh.colors == k]  # those of a chain in the order of travel
+        elements = mesh.connect[
+            mesh.colors == k
+        ]  # elements of one chain follow each other in the order of travel
         cuts = np.flatnonzero(elements[1:, 0] != elements[:-1, 1]) + 1
         runs = [run for run in np.split(elements, cuts) if len(run) > 0]
         pieces = [positions[np.append(run[:, 0], run[-1, 1])].tolist() for run in runs]
@@ -83,7 +85,7 @@ def main(source: str, size: float, target: str) -> None:
     axes = plot.lines(mesh.coords, mesh.connect, colors=mesh.colors, nodes=False)
     axes.figure.set_size_inches(8, 8)
     axes.figure.savefig(target + ".png", dpi=120)
-    print(f"{len(connect)} elements became {len(mesh.connect)}.")
+    print(f"{len(connect)} elements before, {len(mesh.connect)} after")
 
 
 if __name__ == "__main__":

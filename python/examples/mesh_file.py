@@ -1,8 +1,8 @@
-"""Remeshes the lines of a mesh file, of any format that meshio reads, and writes a file that ParaView opens.
+"""Remeshes the lines of a mesh file in any format that meshio reads. Writes a file that ParaView opens.
 
 Usage: mesh_file.py INPUT SIZE TOLERANCE OUTPUT, for example mesh_file.py frame.msh 0.1 0.005 frame.vtu
 
-TOLERANCE is the distance that the mesh may keep from the lines; 0 holds it to all their nodes.
+TOLERANCE is the largest distance between the new mesh and the lines; 0 keeps all bends of the lines.
 """
 
 import sys
@@ -14,10 +14,10 @@ import vornik1d
 
 
 def remesh(mesh: meshio.Mesh, size: float, tolerance: float) -> meshio.Mesh:
-    """The line cells of a mesh, remeshed; each block of cells keeps its number as colour."""
+    """Remeshes the line cells of a mesh. The colour of an element is the number of its block of cells."""
     blocks = [block.data for block in mesh.cells if block.type == "line"]
     if not blocks:
-        raise SystemExit("There are no line cells.")
+        raise SystemExit("The file contains no line cells.")
     colors = np.concatenate([np.full(len(block), k) for k, block in enumerate(blocks)])
     result = vornik1d.remesh_lines(
         mesh.points,
@@ -27,10 +27,10 @@ def remesh(mesh: meshio.Mesh, size: float, tolerance: float) -> meshio.Mesh:
         deviation_tolerance=tolerance,
         min_size=0.1 * tolerance,
     )
-    used, elements = np.unique(result.connect, return_inverse=True)  # without the nodes that are left over
+    used, elements = np.unique(result.connect, return_inverse=True)  # without nodes that no element uses
     points = result.coords[used]
     if points.shape[1] == 2:
-        points = np.pad(points, ((0, 0), (0, 1)))  # ParaView's points are in space
+        points = np.pad(points, ((0, 0), (0, 1)))  # ParaView needs 3 coordinates
     return meshio.Mesh(points, [("line", elements.reshape(-1, 2))], cell_data={"color": [result.colors]})
 
 
@@ -41,5 +41,6 @@ if __name__ == "__main__":
     new = remesh(old, float(sys.argv[2]), float(sys.argv[3]))
     new.write(sys.argv[4])
     print(
-        f"{sum(len(b.data) for b in old.cells if b.type == 'line')} elements became {len(new.cells[0].data)}."
+        f"{sum(len(b.data) for b in old.cells if b.type == 'line')} elements before, "
+        f"{len(new.cells[0].data)} after"
     )

@@ -1,9 +1,9 @@
-"""Splits a network of lines into batches that share no node, and joins them when each has been remeshed.
+"""Splits a network of lines into batches that share no node, remeshes each batch and joins the results.
 
 Usage: network.py [ELEMENTS]
 
-Remeshes a network of about so many elements by one call and batch by batch, and compares the results.
-network_threads.py and network_dask.py remesh the batches side by side.
+Remeshes a network of about ELEMENTS elements (100 000 if not given) in one call and batch by batch, and compares
+the results. network_threads.py and network_dask.py remesh the batches in parallel.
 """
 
 import sys
@@ -20,31 +20,34 @@ OPTIONS = {"default_size": 0.06, "deviation_tolerance": 0.002, "min_size": 0.01}
 
 
 class Batch(NamedTuple):
-    """Some components of a network, their nodes numbered anew in the same order."""
+    """Some components of a network, with node numbers of their own in the same order."""
 
-    nodes: np.ndarray  # their numbers in the network
+    nodes: np.ndarray  # their node numbers in the network
     coords: np.ndarray
     connect: np.ndarray
     colors: np.ndarray
 
 
 def split(coords: np.ndarray, connect: np.ndarray, colors: np.ndarray, elements: int) -> List[Batch]:
-    """Batches of about so many elements or one larger component, in the order of their lowest elements."""
+    """Batches of about `elements` elements each, in the order of their lowest elements.
+
+    A component is never divided, so a large component is a batch of its own.
+    """
     graph = coo_matrix((np.ones(len(connect), bool), tuple(connect.T)), shape=(len(coords), len(coords)))
     components, of_node = connected_components(graph, directed=False)
     of_element = of_node[connect[:, 0]]
     counts = np.bincount(of_element, minlength=components)
-    lowest = np.full(components, len(connect))  # element of each; the last value assigned stays
+    lowest = np.full(components, len(connect))  # element of each component; the last assigned value stays
     lowest[of_element[::-1]] = np.arange(len(connect))[::-1]
     order = np.argsort(lowest)
-    start = np.empty_like(counts)  # of each component, in the order of lowest elements
+    start = np.empty_like(counts)  # elements before each component, in the order of lowest elements
     start[order] = np.cumsum(counts[order]) - counts[order]
     batch_of = start // elements
-    batch_of[counts == 0] = len(connect)  # none
+    batch_of[counts == 0] = len(connect)  # a node without elements is in no batch
 
     rows, element_cuts = _group(batch_of[of_element])
     nodes, node_cuts = _group(batch_of[of_node], none=len(connect))
-    numbers = np.empty(len(coords), np.uint32)  # of nodes in their batches
+    numbers = np.empty(len(coords), np.uint32)  # of the nodes in their batches
     batches = []
     for own, part in zip(np.split(nodes, node_cuts), np.split(rows, element_cuts)):
         numbers[own] = np.arange(len(own))
@@ -53,7 +56,7 @@ def split(coords: np.ndarray, connect: np.ndarray, colors: np.ndarray, elements:
 
 
 def _group(batch: np.ndarray, none: int = -1) -> Tuple[np.ndarray, np.ndarray]:
-    """The indices of equal values side by side, ascending, and where the next value begins; without `none`."""
+    """The indices sorted by value, without those of the value `none`, and the positions where a new value begins."""
     order = np.argsort(batch, kind="stable")
     order = order[batch[order] != none]
     return order, np.flatnonzero(np.diff(batch[order])) + 1
@@ -66,9 +69,9 @@ def remesh(batch: Batch) -> vornik1d.Network:
 def join(
     coords: np.ndarray, batches: Iterable[Batch], meshes: Iterable[vornik1d.Network]
 ) -> vornik1d.Network:
-    """The network by its remeshed batches: old nodes keep their numbers, new ones follow batch by batch.
+    """Joins the remeshed batches. Old nodes keep their numbers, new nodes follow batch by batch.
 
-    So numbers depend on the network alone, whichever batch is done first.
+    The numbers do not depend on which batch is done first.
     """
     all_coords, all_connect, all_colors = [coords], [np.empty((0, 2), np.uint32)], [np.empty(0, np.uint32)]
     count = len(coords)
@@ -80,14 +83,14 @@ def join(
         all_colors.append(mesh.colors)
         count += len(new)
     if count > vornik1d.UNLIMITED:
-        raise OverflowError("more nodes than 32-bit numbers can name")
+        raise OverflowError(f"{count} nodes are too many; node numbers have 32 bits")
     return vornik1d.Network(
         np.concatenate(all_coords), np.concatenate(all_connect), np.concatenate(all_colors), None
     )
 
 
 def is_same(a: vornik1d.Network, b: vornik1d.Network) -> bool:
-    """Whether two networks have the same elements bit for bit, in whatever order, joined at as many nodes."""
+    """Whether two networks have bitwise the same elements, in any order, and the same number of nodes."""
 
     def rows(mesh: vornik1d.Network) -> np.ndarray:
         starts, ends = mesh.coords[mesh.connect[:, 0]], mesh.coords[mesh.connect[:, 1]]
@@ -99,7 +102,7 @@ def is_same(a: vornik1d.Network, b: vornik1d.Network) -> bool:
 
 
 def islands(elements: int) -> Tuple[np.ndarray, np.ndarray, np.ndarray]:
-    """Rings and stars of five crooked arms in turn, on a grid: nodes, elements and a colour per element."""
+    """Rings and stars with five curved arms, alternating on a grid: nodes, elements and a colour per element."""
     turn = 2 * np.pi * np.arange(60) / 60
     arm, along = np.divmod(np.arange(60), 12)
     out = (along + 1) / 12
@@ -121,7 +124,7 @@ def islands(elements: int) -> Tuple[np.ndarray, np.ndarray, np.ndarray]:
             lines, color = star, arm + 1
         shape = np.stack([radius * np.cos(angle), radius * np.sin(angle)], axis=1)
         middle = [4.0 * (k % side), 4.0 * (k // side)]
-        coords.append(np.concatenate([shape, [[0, 0]]]) + middle)  # a ring leaves its middle without elements
+        coords.append(np.concatenate([shape, [[0, 0]]]) + middle)  # the middle of a ring has no elements
         connect.append(lines + 61 * k)
         colors.append(color)
     return np.concatenate(coords), np.concatenate(connect), np.concatenate(colors)
@@ -132,7 +135,7 @@ def one_by_one(batches: List[Batch]) -> List[vornik1d.Network]:
 
 
 def compare(name: str, remesh_all: Callable[[List[Batch]], List[vornik1d.Network]]) -> None:
-    """Compares `remesh_all(batches)`, which gives the meshes in order, with one core and with a single call."""
+    """Compares `remesh_all(batches)`, which returns the meshes in order, with one core and with a single call."""
     coords, connect, colors = islands(int(sys.argv[1]) if len(sys.argv) > 1 else 100_000)
 
     def timed(label: str, run: Callable[[], vornik1d.Network]) -> vornik1d.Network:
@@ -150,9 +153,9 @@ def compare(name: str, remesh_all: Callable[[List[Batch]], List[vornik1d.Network
     serial = timed("batches one by one", lambda: by_batches(one_by_one))
     joined = timed(f"batches {name}", lambda: by_batches(remesh_all))
     if not is_same(whole, serial):
-        raise SystemExit("The elements differ from those of one call.")
+        raise SystemExit("The elements differ from the elements of one call.")
     if not all(map(np.array_equal, joined[:3], serial[:3])):
-        raise SystemExit("The network differs from the one that was made one by one.")
+        raise SystemExit("The network differs from the network that was made one by one.")
 
 
 if __name__ == "__main__":

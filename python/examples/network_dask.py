@@ -1,8 +1,8 @@
-"""Remeshes a network by worker processes of dask.distributed, here on this machine.
+"""Remeshes a network on worker processes of dask.distributed on this machine.
 
 Usage: network_dask.py [ELEMENTS]
 
-For workers on other machines give Client the address of their scheduler; they need vornik1d and network.py.
+To use other machines, give Client the address of their scheduler. The machines need vornik1d and network.py.
 """
 
 import os

@@ -1,4 +1,4 @@
-"""Remeshes a network on all cores by a pool of threads: the library works without the interpreter's lock.
+"""Remeshes a network on all cores by a pool of threads. The library releases the interpreter's lock.
 
 Usage: network_threads.py [ELEMENTS]
 """

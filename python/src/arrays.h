@@ -11,8 +11,8 @@
 
 #include <vornik1d/vornik1d.h>
 
-// NumPy arrays as containers, and back. An array of shape (n, d) in C order is a matrix of d rows and n columns.
-// The package converts arguments to arrays of the right type and order before they come here.
+// Converts NumPy arrays to containers and back. An array of shape (n, d) in C order is a matrix of d rows and n
+// columns. The Python code has already converted the arguments to arrays of the right type and order.
 
 namespace py = pybind11;
 
@@ -23,8 +23,8 @@ using nodes = trelk::dense1D<unsigned>;
 using matrix = trelk::dense2D<double>;
 using connectivity = trelk::dense2D<unsigned>;
 
-/// Views of an array that is not written to: the library appends to a view of foreign values by moving it to
-/// storage of its own.
+/// Views of an array. The library does not write to the array: when it appends to a view of foreign values, it
+/// first copies the values to its own memory.
 template <class T>
 trelk::dense1D<T> list_view(py::array_t<T, py::array::c_style> const& values)
 {
@@ -39,7 +39,7 @@ trelk::dense2D<T> matrix_view(py::array_t<T, py::array::c_style> const& values)
         const_cast<T*>(values.data())};
 }
 
-/// Copies, for what a function changes.
+/// Copies of an array, for arguments that a function changes in place.
 template <class T>
 trelk::dense1D<T> list_copy(py::array_t<T, py::array::c_style> const& values)
 {
@@ -56,7 +56,7 @@ trelk::dense2D<T> matrix_copy(py::array_t<T, py::array::c_style> const& values)
     return result;
 }
 
-/// An array that owns the container, whose values it shows.
+/// A NumPy array that shows the values of a container and owns the container.
 template <class Container>
 py::array own(Container container, std::vector<py::ssize_t> shape)
 {
@@ -89,7 +89,7 @@ py::array to_array(trelk::dense2D<T> values)
     return own(std::move(values), {cols, rows});
 }
 
-/// Coordinates that a call may have appended to. Without new nodes they still view the caller's array.
+/// Coordinates to which a call may have appended nodes. Without new nodes they still view the caller's array.
 inline py::array to_array(matrix const& coords, real_array const& input)
 {
     if (coords.data() != input.data()) return to_array(coords);
@@ -98,7 +98,7 @@ inline py::array to_array(matrix const& coords, real_array const& input)
     return to_array(std::move(result));
 }
 
-/// Runs a call of the library without the interpreter's lock.
+/// Calls the library with the interpreter's lock released.
 template <class Call>
 int unlocked(Call call)
 {

@@ -1,5 +1,5 @@
-// The functions of the library, each overload once, on NumPy arrays. All return a tuple: the status, then what
-// the call has made or changed. The package gives them names, defaults and errors.
+// The functions of the library on NumPy arrays, one binding per overload. Each returns a tuple: the status, then
+// the results. The Python code adds names, default values and errors.
 
 #include <array>
 #include <optional>
@@ -18,7 +18,7 @@ using namespace trelk::vornik1d;
 
 namespace {
 
-/// Calls `run(targets, out_targets)` with sizes or, by the dimension of the array, with tensors.
+/// Calls `run(targets, out_targets)` with sizes if the array has one dimension, otherwise with tensors.
 template <class Run>
 void with_targets(real_array const& targets, Run run)
 {
@@ -88,7 +88,7 @@ py::tuple spline_mesh(real_array const& coords, node_array const& indices, real_
     return result;
 }
 
-/// A call that appends nodes to coordinates and their numbers to a list.
+/// Runs a call that appends nodes to coordinates and their numbers to a list.
 template <class Call>
 py::tuple append_nodes(real_array const& coords, Call call)
 {
@@ -107,7 +107,7 @@ py::tuple point_of_spline(real_array const& coords, std::array<unsigned, 4> cons
     return py::make_tuple(status, py::array_t<double>(N, point.values));
 }
 
-/// A call that makes a list or a matrix.
+/// Runs a call that fills a list or a matrix.
 template <class Result, class Call>
 py::tuple make(Call call)
 {
@@ -116,7 +116,7 @@ py::tuple make(Call call)
     return py::make_tuple(status, to_array(result));
 }
 
-/// A call that changes a copy of a matrix.
+/// Runs a call that changes a matrix, on a copy of it.
 template <class T, class Call>
 py::tuple change(py::array_t<T, py::array::c_style> const& values, Call call)
 {
@@ -125,7 +125,7 @@ py::tuple change(py::array_t<T, py::array::c_style> const& values, Call call)
     return py::make_tuple(status, to_array(result));
 }
 
-/// The steps of an extrusion: a count, or the sizes at both ends.
+/// The steps of an extrusion: their number, or the target sizes at the two ends.
 using steps = std::variant<unsigned, std::array<double, 2>>;
 using start = std::variant<unsigned, real_array>;
 
@@ -191,11 +191,11 @@ py::tuple remesh(real_array const& coords, node_array const& connect, std::optio
     std::optional<node_array> const& hard_nodes, Run run)
 {
     matrix new_coords = matrix_view(coords);
-    connectivity lines = matrix_view(connect); // replaced, not written to, and so are the colours
+    connectivity lines = matrix_view(connect); // replaced, as the colours are, not written to
     nodes new_colors = colors ? list_view(*colors) : nodes();
-    nodes breaks = hard_nodes ? list_copy(*hard_nodes) : nodes(); // written to
+    nodes breaks = hard_nodes ? list_copy(*hard_nodes) : nodes(); // the call writes to it
     int const status = unlocked([&] { return run(new_coords, lines, new_colors, breaks); });
-    // On a failure these are the caller's arrays still.
+    // After a failure they still view the caller's arrays.
     if (status != 0) return py::make_tuple(status, py::none(), py::none(), py::none(), py::none());
     if (lines.data() == connect.data() && !lines.copy(matrix_view(connect))) throw std::bad_alloc();
     if (colors && new_colors.data() == colors->data() && !new_colors.copy(list_view(*colors)))

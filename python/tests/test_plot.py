@@ -1,4 +1,4 @@
-"""Drawings show what they are given, and the examples run."""
+"""Drawings show their arguments, and the examples run."""
 
 import doctest
 import json
@@ -19,9 +19,10 @@ from vornik1d import plot
 ROOT = Path(__file__).parents[2]
 
 
-def test_documentation():
-    result = doctest.testmod(plot)
-    assert result.attempted > 0 and result.failed == 0
+def test_examples_in_docstrings():
+    for module in (vornik1d, vornik1d._meshing, plot):
+        result = doctest.testmod(module)
+        assert result.attempted > 0 and result.failed == 0
 
 
 def test_lines_show_each_element_in_its_color():
@@ -55,7 +56,9 @@ def test_targets_have_the_sizes_asked():
     width, height = 2 * ellipses._widths[0], 2 * ellipses._heights[0]
     assert np.allclose([width, height], [6, 4])
     assert np.isclose(np.tan(ellipses._angles[0]), 0.75)
-    for wrong in ({"sizes": -1}, {"metrics": [-tensor]}, {"metrics": [tensor * np.nan]}):
+    plot.targets([[1, 1]], sizes=3)
+    assert np.allclose([c._widths[0] for c in plt.gca().collections], 3)  # half the axes
+    for wrong in ({"sizes": -1}, {"sizes": [1, 1]}, {"metrics": [-tensor]}, {"metrics": [tensor * np.nan]}):
         with pytest.raises(ValueError, match=f"targets: {next(iter(wrong))}"):
             plot.targets([[1, 1]], **wrong)
     plt.close("all")

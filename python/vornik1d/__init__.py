@@ -1,28 +1,33 @@
 """Line meshes: nodes in the plane or in space, joined by elements that follow target sizes.
 
-Give it a line or a network of lines, with target sizes or metric tensors at its nodes, and get back a mesh whose
-elements are equally long in units of those sizes.
+The functions cut a line, or each line of a network, into elements whose lengths follow target sizes. The sizes are
+given at the nodes of the line, as numbers or as metric tensors.
 
     >>> import vornik1d
     >>> mesh = vornik1d.mesh_line([[0, 0], [10, 0], [10, 6]], [1, 0.2, 1], deviation_tolerance=0.01)
     >>> mesh.coords[mesh.indices].shape
     (33, 2)
 
-Node positions are arrays of shape (n, 2) or (n, 3); a node's number is its row. Elements are arrays of shape
-(m, 2) of node numbers, a chain is a list of them in the order of travel. Metric tensors are rows of 3 or 6
-numbers, (m00, m01, m11) or (m00, m01, m11, m02, m12, m22), or symmetric matrices; pack_metrics and
-unpack_metrics convert them.
+Terms:
+- Node positions are an array of shape (n, 2) or (n, 3). The number of a node is its row in that array.
+- Elements are an array of node numbers, shape (m, 2), one element per row.
+- A chain is a list of node numbers in the order of travel, for example [0, 1, 2].
+- A metric tensor gives a target size for each direction. It is a symmetric matrix, or a row of 3 or 6 numbers:
+  (m00, m01, m11) or (m00, m01, m11, m02, m12, m22). pack_metrics and unpack_metrics convert between the two.
 
-Nothing that you hand over is changed: results are returned, with the nodes that there were first and the new ones
-behind them. Arrays of float64 and uint32 in C order are read in place, others are converted.
+Functions do not change their arguments. They return new arrays: first the given nodes, then the new nodes.
+Arrays of float64 and uint32 in C order are read in place. Other arrays are converted.
 
-A wrong argument raises a ValueError that begins with the names of the function and the argument, one of a wrong type
-or arguments that exclude each other a TypeError that does; a lack of storage raises a MemoryError. Only where sizes
-are so small that storage for the nodes of one line is not available, the mesh may be coarser instead, down to a
-single element; max_elements sets a limit before that.
+Errors begin with the names of the function and the argument:
+- ValueError: a value or a shape is wrong.
+- TypeError: a type is wrong, or two arguments exclude each other.
+- MemoryError: there is not enough memory.
 
-The interpreter's lock is released while the library works, so that threads can mesh different lines at the same time.
-No thread may write to an array while a call of another one reads it.
+If sizes are so small that the nodes of one line do not fit into memory, the mesh can be coarser instead, down to a
+single element. Set max_elements to limit the number of elements.
+
+The library releases the interpreter's lock while it works, so threads can mesh different lines at the same time.
+Do not write to an array while another thread meshes it.
 
 vornik1d.plot draws lines with Matplotlib.
 """

@@ -1,4 +1,4 @@
-"""Arguments of the library from what Python users hand over, and errors that name the argument at fault."""
+"""Converts Python arguments to those of the library. Errors name the argument."""
 
 from __future__ import annotations
 
@@ -14,11 +14,12 @@ Real = Union[float, "np.floating[Any]"]
 Statuses = Mapping[int, Tuple[str, str]]
 
 UNLIMITED = 4294967295
-NO_STORAGE = -199
+LIMITS = ("min_elements, max_elements", "min_elements must be at least 1 and at most max_elements")
+NO_MEMORY = -199
 
 
 class Arguments:
-    """Converts the arguments of one function; arrays that fit already are handed on without a copy."""
+    """Converts the arguments of one function. Arrays of the right type and order are not copied."""
 
     def __init__(self, function: str) -> None:
         self._function = function
@@ -32,31 +33,32 @@ class Arguments:
     def check(self, status: int, statuses: Statuses) -> None:
         if status >= 0:
             return
-        if NO_STORAGE <= status <= NO_STORAGE + 4:
-            raise MemoryError(f"{self._function}: no storage")
+        if NO_MEMORY <= status <= NO_MEMORY + 4:  # overloads of remesh_lines return up to -195
+            raise MemoryError(f"{self._function}: not enough memory")
         self.fail(*statuses[status])
 
     def _array(self, name: str, value: npt.ArrayLike) -> npt.NDArray[Any]:
         if isinstance(value, np.ma.MaskedArray) and np.any(value.mask):
-            self.fail(name, "has masked entries")
+            self.fail(name, "has masked entries; fill or remove them")
         try:
             return np.asarray(value)
         except (TypeError, ValueError) as error:
-            self.reject(name, f"not an array of numbers ({error})")
+            self.reject(name, f"must be an array of numbers ({error})")
 
     def reals_of_any_shape(self, name: str, value: npt.ArrayLike) -> Reals:
         array = self._array(name, value)
         if array.dtype.kind not in "iuf":
-            self.reject(name, f"must hold real numbers, not {array.dtype}")
+            self.reject(name, f"must contain real numbers, not {array.dtype}")
         return np.require(array, np.float64, ["C", "A"])
 
     def _nodes(self, name: str, value: npt.ArrayLike) -> Nodes:
         array = self._array(name, value)
         is_large = array.dtype.kind == "O" and all(isinstance(entry, int) for entry in array.flat)
         if array.dtype.kind not in "iu" and array.size > 0 and not is_large:
-            self.reject(name, f"must hold integers, not {array.dtype}")
+            self.reject(name, f"must contain integers, not {array.dtype}")
         if array.size > 0 and (array.min() < 0 or array.max() > UNLIMITED):
-            self.fail(name, "an entry is negative or above 4294967295")
+            wrong = array.min() if array.min() < 0 else array.max()
+            self.fail(name, f"contains {wrong}; entries must be from 0 to {UNLIMITED}")
         return np.require(array, np.uint32, ["C", "A"])
 
     def reals(self, name: str, value: npt.ArrayLike) -> Reals:
@@ -74,7 +76,7 @@ class Arguments:
         return array
 
     def matrix(self, name: str, value: npt.ArrayLike, columns: Sequence[int] = ()) -> Reals:
-        """Rows of numbers, as many in each as one of `columns` says."""
+        """Rows of numbers. The row length must be one of `columns`, if any are given."""
         array = self.reals_of_any_shape(name, value)
         if array.size == 0 and array.ndim == 1:
             array = array.reshape(0, columns[0] if columns else 0)
@@ -88,22 +90,22 @@ class Arguments:
         return self.matrix(name, value, (2, 3))
 
     def elements(self, name: str, value: npt.ArrayLike, least: int = 2) -> Nodes:
-        """Elements, by rows of node numbers."""
+        """Elements, one row of node numbers each, with at least `least` columns."""
         array = self._nodes(name, value)
         if array.size == 0 and array.ndim == 1:
             array = array.reshape(0, least)
         if array.ndim != 2 or array.shape[1] < least:
-            self.fail(name, f"must have shape (m, {least}) at least, not {array.shape}")
+            self.fail(name, f"must have shape (m, k) with k at least {least}, not {array.shape}")
         return array
 
     def chain(self, value: Optional[npt.ArrayLike], coords: Reals, name: str = "indices") -> Nodes:
-        """A list of node numbers, which are all nodes in order if none is given."""
+        """A list of node numbers; all nodes in order if it is None."""
         if value is None:
             return np.arange(len(coords), dtype=np.uint32)
         return self.nodes(name, value)
 
     def per_entry(self, name: str, value: npt.ArrayLike, count: int) -> Reals:
-        """A number per entry, from one for all if a single one is given."""
+        """One number per entry. A single number is repeated."""
         array = self.reals_of_any_shape(name, value)
         if array.ndim == 0:
             return np.full(count, array)
@@ -118,9 +120,9 @@ class Arguments:
         count: int,
         dimension: int,
     ) -> Reals:
-        """Sizes or packed tensors, of which one must be given."""
+        """Sizes or packed tensors. Exactly one of them must be given."""
         if (sizes is None) == (metrics is None):
-            self.reject("sizes, metrics", "give one of them")
+            self.reject("sizes, metrics", "give exactly one of them")
         if metrics is None:
             assert sizes is not None
             return self.per_entry("sizes", sizes, count)
@@ -140,28 +142,28 @@ class Arguments:
     def packed(self, name: str, tensors: Reals) -> Reals:
         """Symmetric matrices of shape (n, 2, 2) or (n, 3, 3), packed."""
         if not np.array_equal(tensors, tensors.transpose(0, 2, 1), equal_nan=True):
-            self.fail(name, "a matrix is not symmetric")
+            self.fail(name, "must contain symmetric matrices")
         rows, columns = _packing(tensors.shape[1])
         return np.ascontiguousarray(tensors[:, rows, columns])
 
     def count(self, name: str, value: SupportsIndex) -> int:
-        """An integer that 32 bits hold."""
+        """An integer from 0 to 4294967295."""
         try:
             result = operator.index(value)
         except TypeError:
             self.reject(name, f"must be an integer, not {type(value).__name__}")
         if not 0 <= result <= UNLIMITED:
-            self.fail(name, f"{result} is negative or above 4294967295")
+            self.fail(name, f"is {result}; it must be from 0 to {UNLIMITED}")
         return result
 
     def counts(self, name: str, value: Sequence[SupportsIndex]) -> List[int]:
-        """A few integers that 32 bits hold."""
+        """A few integers from 0 to 4294967295."""
         if not isinstance(value, Iterable):
-            self.reject(name, f"must be a list of nodes, not {type(value).__name__}")
+            self.reject(name, f"must be a list of node numbers, not {type(value).__name__}")
         return [self.count(name, entry) for entry in value]
 
     def flag(self, name: str, value: bool) -> bool:
-        """Truth, but not that of a text or a list."""
+        """True or False. Strings and lists are rejected."""
         if not isinstance(value, (bool, np.bool_, int, np.integer)):
             self.reject(name, f"must be True or False, not {type(value).__name__}")
         return bool(value)
@@ -174,23 +176,23 @@ class Arguments:
         except (TypeError, ValueError):
             self.reject(name, f"must be a number, not {type(value).__name__}")
         except OverflowError:
-            self.fail(name, "is too large")
+            self.fail(name, "is too large for a float")
 
     def is_number(self, name: str, value: npt.ArrayLike) -> bool:
         """Whether a value is a single number rather than an array."""
         return self._array(name, value).ndim == 0
 
     def vector(self, name: str, value: npt.ArrayLike, dimension: Optional[int] = None) -> Reals:
-        """A point or a vector, of the dimension if one is asked for."""
+        """A point or a vector with `dimension` numbers, or with 2 or 3."""
         array = self.reals_of_any_shape(name, value)
         if array.shape not in ([(2,), (3,)] if dimension is None else [(dimension,)]):
-            asked = "2 or 3" if dimension is None else str(dimension)
-            self.fail(name, f"must hold {asked} numbers, not have shape {array.shape}")
+            shapes = "(2,) or (3,)" if dimension is None else f"({dimension},)"
+            self.fail(name, f"must have shape {shapes}, not {array.shape}")
         return array
 
 
 def pack_metrics(tensors: npt.ArrayLike) -> Reals:
-    """Packs symmetric matrices, shape (n, d, d) with d = 2 or 3, into rows of 3 or 6 numbers.
+    """Pack symmetric matrices, shape (n, 2, 2) or (n, 3, 3), into rows of 3 or 6 numbers.
 
     The rows are (m00, m01, m11) in the plane and (m00, m01, m11, m02, m12, m22) in space.
     """
@@ -202,7 +204,7 @@ def pack_metrics(tensors: npt.ArrayLike) -> Reals:
 
 
 def unpack_metrics(packed: npt.ArrayLike) -> Reals:
-    """Unpacks rows of 3 or 6 numbers into symmetric matrices, shape (n, 2, 2) or (n, 3, 3)."""
+    """Unpack rows of 3 or 6 numbers into symmetric matrices, shape (n, 2, 2) or (n, 3, 3)."""
     rows_given = Arguments("unpack_metrics").matrix("packed", packed, (3, 6))
     dimension = 2 if rows_given.shape[1] == 3 else 3
     rows, columns = _packing(dimension)

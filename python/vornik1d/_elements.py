@@ -1,4 +1,4 @@
-"""Elements: building, conversion and orientation."""
+"""Builds, converts and orients elements."""
 
 from __future__ import annotations
 
@@ -23,22 +23,25 @@ def _append_elements(
 
 
 def indices_to_connectE2(indices: npt.ArrayLike, connect: Optional[npt.ArrayLike] = None) -> Nodes:
-    """Elements of 2 nodes along a list of nodes, behind those of connect if it is given. Returns (m, 2)."""
-    return _append_elements(2, indices, connect, "must be none, or at least 2")
+    """Join a list of nodes by elements of 2 nodes. Returns (m, 2): connect, if given, then the new elements."""
+    return _append_elements(2, indices, connect, "must contain 0 nodes, or at least 2")
 
 
 def indices_to_connectE3(indices: npt.ArrayLike, connect: Optional[npt.ArrayLike] = None) -> Nodes:
-    """Elements of 3 nodes, the middle one last, along a list of nodes. Returns (m, 3)."""
-    return _append_elements(3, indices, connect, "must be none, or an odd number of 3 or more")
+    """Join a list of nodes by elements of 3 nodes, as indices_to_connectE2. The middle node comes last."""
+    return _append_elements(3, indices, connect, "must contain 0 nodes, or an odd number of at least 3")
 
 
 def indices_to_connectE4(indices: npt.ArrayLike, connect: Optional[npt.ArrayLike] = None) -> Nodes:
-    """Elements of 4 nodes, the inner ones last, along a list of nodes. Returns (m, 4)."""
-    return _append_elements(4, indices, connect, "must be none, or 4, 7, 10, ...")
+    """Join a list of nodes by elements of 4 nodes, as indices_to_connectE2. The two inner nodes come last."""
+    return _append_elements(4, indices, connect, "must contain 0, 4, 7, 10, ... nodes")
 
 
 def split_into_linear(connect_in: npt.ArrayLike, connect_out: Optional[npt.ArrayLike] = None) -> Nodes:
-    """Two elements of two nodes for each element of three, behind those of connect_out. Returns (m, 2)."""
+    """Split each element of 3 nodes into two elements of 2 nodes.
+
+    Returns (m, 2): the elements of connect_out, if given, then the new elements.
+    """
     a = Arguments("split_into_linear")
     old = a.elements("connect_out", () if connect_out is None else connect_out)
     status, result = _core.split_into_linear(a.elements("connect_in", connect_in, 3), old)
@@ -51,19 +54,19 @@ def split_into_linear(connect_in: npt.ArrayLike, connect_out: Optional[npt.Array
 
 
 def convert_into_linear(connect: npt.ArrayLike) -> Nodes:
-    """The elements cut down to their two end nodes, from shape (m, 3) or more to (m, 2)."""
+    """Reduce elements of 3 or more nodes to their two end nodes. Returns (m, 2)."""
     a = Arguments("convert_into_linear")
     elements = a.elements("connect", connect)
     if len(elements) == 0:
         return np.empty((0, 2), np.uint32)
     status, result = _core.convert_into_linear(elements)
-    a.check(status, {-1: ("connect", "must have interior nodes, shape (m, 3) or more")})
+    a.check(status, {-1: ("connect", "must have interior nodes: shape (m, k) with k at least 3")})
     out: Nodes = result
     return out
 
 
 class HighOrderMesh(NamedTuple):
-    """coords: (n, d) all nodes, the new ones last. connect: (m, k) elements, their end nodes first."""
+    """coords: (n, d) all nodes, the new nodes last. connect: (m, k) elements, the two end nodes first."""
 
     coords: Reals
     connect: Nodes
@@ -77,7 +80,7 @@ def _convert(
     status, nodes, elements = convert(
         a.matrix("coords", coords, (2, 3, 1)), a.elements("connect", connect), *extra
     )
-    a.check(status, {-2: ("connect", "must hold numbers of nodes that there are")})
+    a.check(status, {-2: ("connect", "must contain valid node numbers, below the number of coords")})
     return HighOrderMesh(nodes, elements if len(elements) > 0 else np.empty((0, order), np.uint32))
 
 
@@ -86,15 +89,16 @@ def convert_into_high_order(
 ) -> HighOrderMesh:
     """Give each element interior nodes at equal distances between its ends.
 
-    coords: (n, d), d = 1, 2 or 3. connect: (m, 2) or more. extra_nodes: interior nodes per element; 0 leaves
-    the elements as they are.
+    coords: (n, d), d = 1, 2 or 3.
+    connect: (m, 2) elements; further columns are replaced.
+    extra_nodes: the number of interior nodes per element; 0 leaves the elements as they are.
     """
     count = Arguments("convert_into_high_order").count("extra_nodes", extra_nodes)
     return _convert("convert_into_high_order", count + 2, coords, connect, count)
 
 
 def convert_into_quadratic(coords: npt.ArrayLike, connect: npt.ArrayLike) -> HighOrderMesh:
-    """Give each element a node in its middle. Returns elements of shape (m, 3)."""
+    """Give each element a node at its midpoint. Returns elements of shape (m, 3)."""
     return _convert("convert_into_quadratic", 3, coords, connect)
 
 
@@ -104,13 +108,13 @@ def convert_into_cubic(coords: npt.ArrayLike, connect: npt.ArrayLike) -> HighOrd
 
 
 def flip(connect: npt.ArrayLike) -> Nodes:
-    """The elements with the order of their nodes reversed."""
+    """Reverse the order of the nodes in each element."""
     result: Nodes = _core.flip(Arguments("flip").elements("connect", connect))[1]
     return result
 
 
 class Orientation(NamedTuple):
-    """connect: (m, 2) elements; neighbors: (m, 2) their neighbours; turns: how many turns were made."""
+    """connect: (m, 2) elements; neighbors: (m, 2) their neighbours; turns: how often an element was turned."""
 
     connect: Nodes
     neighbors: Nodes
@@ -124,13 +128,13 @@ def mesh_reorient(
     *,
     all_components: bool = True,
 ) -> Orientation:
-    """Orient the elements of a line so that each starts where the one before ends.
+    """Orient the elements of a line so that each element starts where the previous element ends.
 
-    connect: (m, 2) elements; further columns are left out.
-    neighbors: (m, 2) the element that meets each at its second and at its first node, 4294967295 where there is
-        none; found if not given.
-    start: the element that is not turned.
-    all_components: treat also the parts of the mesh that are not joined to it and have an element behind it.
+    connect: (m, 2) elements; further columns are ignored.
+    neighbors: (m, 2) for each element the neighbour at its second node and the neighbour at its first node;
+        4294967295 means no neighbour. If neighbors is not given, the neighbours are found from connect.
+    start: the element that keeps its direction.
+    all_components: also orient each other component that has an element after start.
     """
     a = Arguments("mesh_reorient")
     elements = np.ascontiguousarray(a.elements("connect", connect)[:, :2])
@@ -148,9 +152,12 @@ def mesh_reorient(
     a.check(
         status,
         {
-            -1: ("connect", "holds the node 4294967295"),
-            -2: ("neighbors", "has another shape, or names one that does not have the node in question"),
-            -3: ("start", "is no element"),
+            -1: ("connect", "contains the node 4294967295, which stands for no node"),
+            -2: (
+                "neighbors",
+                "must have shape (m, 2), and each neighbour must share the node with its element",
+            ),
+            -3: ("start", "must be a row of connect"),
         },
     )
     return Orientation(lines, new_sides, int(status))

@@ -1,4 +1,4 @@
-"""Lines drawn by a node that is moved."""
+"""Draws lines by moving a node."""
 
 from __future__ import annotations
 
@@ -13,16 +13,19 @@ from ._meshing import NodeList
 
 Start = Union[SupportsIndex, npt.ArrayLike]
 
+_START = ("start", "must be a valid node number, below the number of coords, or a position")
+_POSITIVE = ("sizes", "must be positive")
+
 
 def _steps(a: Arguments, element_count: Optional[SupportsIndex], sizes: Optional[npt.ArrayLike]) -> Any:
     if (element_count is None) == (sizes is None):
-        a.reject("element_count, sizes", "give one of them")
+        a.reject("element_count, sizes", "give exactly one of them")
     if element_count is not None:
         return a.count("element_count", element_count)
     assert sizes is not None
     pair = a.per_entry("sizes", sizes, 2)
     if len(pair) != 2:
-        a.fail("sizes", "must be a number or a pair")
+        a.fail("sizes", "must be a number or 2 numbers")
     return [float(pair[0]), float(pair[1])]
 
 
@@ -49,27 +52,26 @@ def extrude_translate(
 ) -> NodeList:
     """Draw a line of nodes along a vector.
 
-    start: a node of coords, or a point, which becomes a new node in front of the others.
-    vector: the path, 2 or 3 numbers.
-    element_count: the number of steps; or
-    sizes: the target sizes at the start and the end, or one for both.
-    coords: (n, d) the nodes that there are; none if not given.
-    force_even: with sizes, ask for an even number of steps.
+    start: a node of coords, or the position of a first new node.
+    vector: the path from the start to the end, 2 or 3 numbers.
+    element_count: the number of elements.
+    sizes: instead of element_count, the target sizes at the start and the end, or one size for both.
+    coords: (n, d) existing nodes; none if not given.
+    force_even: with sizes, make the number of elements even.
     """
     a = Arguments("extrude_translate")
     path = a.vector("vector", vector)
     steps = _steps(a, element_count, sizes)
     with np.errstate(over="ignore"):
         if sizes is not None and np.isinf(path @ path):
-            a.fail("vector", "is too long")
+            a.fail("vector", "is too long: the square of its length is infinite")
     nodes, origin = _start(a, start, coords, len(path))
     status, all_nodes, line = _core.extrude_translate(
         nodes, origin, path, steps, a.flag("force_even", force_even)
     )
-    positive = ("sizes", "must be positive")
     a.check(
         status,
-        {-2: ("start", "is no node"), -3: ("vector", "has length 0"), -4: positive, -5: positive},
+        {-2: _START, -3: ("vector", "must not have length 0"), -4: _POSITIVE, -5: _POSITIVE},
     )
     return NodeList(all_nodes, line)
 
@@ -84,12 +86,12 @@ def extrude_rotate(
     coords: Optional[npt.ArrayLike] = None,
     force_even: bool = False,
 ) -> NodeList:
-    """Draw a line of nodes about a centre in the plane, or about an axis in space.
+    """Draw an arc of nodes around a centre in the plane, or around an axis in space.
 
-    start: a node of coords, or a point, which becomes a new node in front of the others.
-    center: the centre of the rotation, or a point of its axis.
-    rotation: in the plane the angle in radians, counter-clockwise; in space a vector along the axis whose
-        length is the angle, by the right-hand rule.
+    start: a node of coords, or the position of a first new node.
+    center: the centre of the rotation in the plane, or a point on its axis in space.
+    rotation: in the plane, the angle in radians, counter-clockwise. In space, a vector along the axis; its
+        length is the angle in radians, by the right-hand rule.
     element_count, sizes, coords, force_even: as in extrude_translate.
     """
     a = Arguments("extrude_rotate")
@@ -98,7 +100,7 @@ def extrude_rotate(
     nodes, origin = _start(a, start, coords, len(middle))
     if len(middle) == 2:
         if not a.is_number("rotation", rotation):
-            a.fail("rotation", "must be an angle in the plane")
+            a.fail("rotation", "must be a number, the angle in radians, because center has 2 numbers")
         angle = a.real("rotation", rotation)  # type: ignore[arg-type]
         status, all_nodes, line = _core.extrude_rotate_2d(
             nodes, origin, middle, angle, steps, a.flag("force_even", force_even)
@@ -110,9 +112,8 @@ def extrude_rotate(
         status, all_nodes, line = _core.extrude_rotate_3d(
             nodes, origin, middle, axis, steps, a.flag("force_even", force_even)
         )
-    positive = ("sizes", "must be positive")
     a.check(
         status,
-        {-2: ("start", "is no node"), -3: ("rotation", "draws no path"), -5: positive, -6: positive},
+        {-2: _START, -3: ("rotation", "must move the start along a path"), -5: _POSITIVE, -6: _POSITIVE},
     )
     return NodeList(all_nodes, line)

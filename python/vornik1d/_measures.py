@@ -1,4 +1,4 @@
-"""Measures of lines, nodes on lines, and lists of parameters."""
+"""Measures lines, moves nodes onto lines, sorts and subdivides lists of parameters."""
 
 from __future__ import annotations
 
@@ -8,16 +8,20 @@ import numpy as np
 import numpy.typing as npt
 
 from . import _core
-from ._arguments import UNLIMITED, Arguments, Nodes, Real, Reals
+from ._arguments import LIMITS, UNLIMITED, Arguments, Nodes, Real, Reals
 
-_CHAIN = ("indices", "must hold numbers of nodes that there are")
-_ELEMENTS = ("connect", "must hold numbers of nodes that there are")
+_VALID = "must contain valid node numbers, below the number of coords"
+_CHAIN = ("indices", _VALID)
+_ELEMENTS = ("connect", _VALID)
 
 
 def curvatures(coords: npt.ArrayLike, indices: Optional[npt.ArrayLike] = None) -> Reals:
-    """Discrete curvature of a chain at each of its entries, in 1/length. The ends take that of their neighbours.
+    """Discrete curvature of a chain at each of its entries, in 1/length.
 
-    coords: (n, d) node positions, d = 2 or 3. indices: the chain; all nodes if not given.
+    The two ends get the curvature of the entries next to them.
+
+    coords: (n, d) node positions, d = 2 or 3.
+    indices: the chain; all nodes if not given.
     """
     a = Arguments("curvatures")
     nodes = a.coords(coords)
@@ -37,10 +41,11 @@ def interpolate_coordinates(
 ) -> Reals:
     """Move nodes onto a parametrised polyline.
 
-    coords: (n, d) node positions. params: a parameter per chain entry, non-decreasing.
-    new_indices: the nodes to move, one after the other; a number that is no node is passed over.
-    new_params: the parameter to which each is moved, non-decreasing.
-    indices: the chain; as many first nodes as there are params if not given.
+    coords: (n, d) node positions.
+    params: a parameter per chain entry, non-decreasing.
+    new_indices: the nodes to move, in this order; invalid node numbers are ignored.
+    new_params: the parameter to which each node is moved, non-decreasing.
+    indices: the chain; if not given, the first nodes, one per value of params.
 
     Returns the coordinates, shape (n, d).
     """
@@ -54,9 +59,9 @@ def interpolate_coordinates(
     a.check(
         status,
         {
-            -2: ("params", "must hold a value per chain entry"),
-            -3: ("params", "must not decrease or hold a NaN"),
-            -4: ("new_params", "must hold a value per node to move"),
+            -2: ("params", "must contain one value per chain entry"),
+            -3: ("params", "must not decrease or contain NaN"),
+            -4: ("new_params", "must contain one value per entry of new_indices"),
             -5: ("new_params", "must not decrease"),
         },
     )
@@ -70,20 +75,21 @@ def length(
     *,
     connect: Optional[npt.ArrayLike] = None,
 ) -> float:
-    """Length of a chain, or of a mesh of lines, in the unit of the coordinates.
+    """Length of a chain, or of all elements together, in the unit of the coordinates.
 
-    coords: (n, d) node positions, d = 2 or 3. indices: the chain; all nodes if neither is given.
+    coords: (n, d) node positions, d = 2 or 3.
+    indices: the chain; all nodes if neither indices nor connect is given.
     connect: (m, 2) elements, instead of a chain.
     """
     a = Arguments("length")
     nodes = a.coords(coords)
     if connect is not None:
         if indices is not None:
-            a.reject("connect", "excludes indices")
+            a.reject("connect", "excludes indices; give one of them")
         status, result = _core.length(nodes, a.elements("connect", connect))
     else:
         status, result = _core.length(nodes, a.chain(indices, nodes))
-    fault = ("indices", "must hold at least 2 numbers of nodes that there are")
+    fault = ("indices", "must contain at least 2 valid node numbers, below the number of coords")
     a.check(status, {-2: fault if connect is None else _ELEMENTS})
     return float(result)
 
@@ -91,8 +97,9 @@ def length(
 def parametric_curvatures(params: npt.ArrayLike, connect: npt.ArrayLike, tangents: npt.ArrayLike) -> Reals:
     """Curvature at the nodes of a curve from its tangents there, in 1/length.
 
-    params: (n,) a parameter per node. connect: (m, 2) elements.
-    tangents: (n, d) the derivative of the curve by the parameter at each node, d = 2 or 3.
+    params: (n,) a parameter per node.
+    connect: (m, 2) elements.
+    tangents: (n, d) the derivative of the curve with respect to the parameter at each node, d = 2 or 3.
     """
     a = Arguments("parametric_curvatures")
     at = a.reals("params", params)
@@ -104,8 +111,8 @@ def parametric_curvatures(params: npt.ArrayLike, connect: npt.ArrayLike, tangent
     a.check(
         status,
         {
-            -2: ("connect", "must hold numbers of nodes for which there are params"),
-            -3: ("tangents", "must hold a vector per value of params"),
+            -2: ("connect", "must contain valid node numbers, below the number of params"),
+            -3: ("tangents", "must contain one vector per value of params"),
         },
     )
     out: Reals = result
@@ -115,12 +122,15 @@ def parametric_curvatures(params: npt.ArrayLike, connect: npt.ArrayLike, tangent
 def normals(
     coords: npt.ArrayLike, connect: npt.ArrayLike, exponent: Real = 0.0, *, unit_length: bool = True
 ) -> Reals:
-    """Normals at the nodes of a line in the plane, to the left of the direction of its elements.
+    """Normals at the nodes of a line in the plane, to the left of its elements.
 
-    coords: (n, 2) node positions. connect: (m, 2) elements.
-    exponent: an element of length L has the weight L**exponent at its nodes; inf takes the normal of the
-        longest element, -inf that of the shortest.
-    unit_length: bring the means to length 1.
+    The normal of a node is the weighted mean of the normals of its elements.
+
+    coords: (n, 2) node positions.
+    connect: (m, 2) elements.
+    exponent: the weight of an element of length L is L**exponent. inf takes the normal of the longest element at
+        the node, -inf that of the shortest.
+    unit_length: scale the means to length 1.
 
     Returns (n, 2), zeros at nodes without elements.
     """
@@ -138,21 +148,21 @@ def normals(
 
 
 def sort(params: npt.ArrayLike, indices: npt.ArrayLike) -> Tuple[Reals, Nodes]:
-    """Sort parameters, and nodes along with them: by parameter, nodes of equal parameter by number, NaNs last.
+    """Sort parameters and the nodes that belong to them, in ascending order.
 
-    Returns both lists, sorted.
+    Nodes with equal parameters are sorted by number. NaNs come last. Returns both lists.
     """
     a = Arguments("sort")
     status, values, nodes = _core.sort(a.reals("params", params), a.nodes("indices", indices))
-    a.check(status, {-1: ("indices", "must be as many as params")})
+    a.check(status, {-1: ("indices", "must contain one node per value of params")})
     return values, nodes
 
 
 class Subdivision(NamedTuple):
     """A mesh of a line on the parameter axis.
 
-    params: the parameters, those given first, then those of the new points.
-    sizes: the target size at each of them.
+    params: the parameter of each point, first the given points, then the new points.
+    sizes: the target size at each point.
     indices: the points of the mesh in the order of travel.
     """
 
@@ -171,12 +181,12 @@ def subdivide(
     min_elements: SupportsIndex = 1,
     max_elements: SupportsIndex = UNLIMITED,
 ) -> Subdivision:
-    """Mesh a line that lives on the parameter axis, by target sizes.
+    """Mesh a line on the parameter axis by target sizes.
 
     params: (n,) the parameter of each point.
-    sizes: a target size per point, or one for all, in units of the parameter.
+    sizes: a target size per point, or one size for all points, in units of the parameter.
     indices: the chain of points; all if not given.
-    round_up: ask for elements that are not longer than their sizes.
+    round_up: round the number of elements up, so that elements are at most as long as their sizes.
     force_even, min_elements, max_elements: as in mesh_line.
     """
     a = Arguments("subdivide")
@@ -194,8 +204,11 @@ def subdivide(
     a.check(
         status,
         {
-            -2: ("indices, sizes", "must hold at least 2 numbers of params, each of which has a size"),
-            -6: ("min_elements, max_elements", "min_elements is 0 or above max_elements"),
+            -2: (
+                "indices, sizes",
+                "indices must contain at least 2 valid point numbers, and sizes one size per value of params",
+            ),
+            -6: LIMITS,
         },
     )
     return Subdivision(values, targets, mesh)

@@ -1,4 +1,4 @@
-"""Meshing of single lines, straight lines, splines and networks."""
+"""Meshes single lines, straight lines, splines and networks."""
 
 from __future__ import annotations
 
@@ -8,31 +8,26 @@ import numpy as np
 import numpy.typing as npt
 
 from . import _core
-from ._arguments import UNLIMITED, Arguments, Nodes, Real, Reals, Statuses
+from ._arguments import LIMITS, UNLIMITED, Arguments, Nodes, Real, Reals, Statuses
 
-_ROWS = ("coords", "must have shape (n, 2) or (n, 3)")
-_CHAIN = ("indices", "must hold at least 2 numbers of nodes that there are")
-_LINE = (
-    "indices",
-    "must hold at least 2 numbers of nodes that there are, along a line of finite length above 0",
-)
-_LIMITS = ("min_elements, max_elements", "min_elements is 0 or above max_elements")
+_CHAIN = ("indices", "must contain at least 2 valid node numbers, below the number of coords")
+_LINE = (_CHAIN[0], _CHAIN[1] + "; the line must have a positive, finite length")
 
 
 def _targets_fault(metrics: Optional[npt.ArrayLike]) -> Tuple[str, str]:
     if metrics is None:
-        return "sizes", "must be positive and finite, one per chain entry"
-    return "metrics", "must be finite and positive definite tensors, one per chain entry"
+        return "sizes", "must be positive and finite, one size per chain entry"
+    return "metrics", "must be finite and positive definite, one tensor per chain entry"
 
 
 class LineMesh(NamedTuple):
     """A mesh of a line.
 
-    coords: (n, d) all nodes, those given first, then the new ones.
+    coords: (n, d) all nodes, first the given nodes, then the new nodes.
     indices: (k,) the nodes of the mesh in the order of travel.
-    params: (k,) the parameter of each.
-    sizes: (k,) the target size at each, or None if the line was meshed by tensors.
-    metrics: (k, 3) or (k, 6) the tensor at each, or None if it was meshed by sizes.
+    params: (k,) the parameter of each node of the mesh.
+    sizes: (k,) the target size at each node of the mesh, or None if the line was meshed by tensors.
+    metrics: (k, 3) or (k, 6) the tensor at each node of the mesh, or None if the line was meshed by sizes.
     """
 
     coords: Reals
@@ -43,7 +38,7 @@ class LineMesh(NamedTuple):
 
 
 class SplineMesh(NamedTuple):
-    """A mesh of a spline: as LineMesh, and the distance by which the spline strays from the chain's segments."""
+    """A mesh of a spline: the fields of LineMesh, and the largest distance between spline and chain."""
 
     coords: Reals
     indices: Nodes
@@ -56,7 +51,7 @@ class SplineMesh(NamedTuple):
 class NodeList(NamedTuple):
     """Nodes drawn along a line.
 
-    coords: (n, d) all nodes, those given first, then the new ones.
+    coords: (n, d) all nodes, first the given nodes, then the new nodes.
     indices: (k,) the nodes of the line in the order of travel.
     """
 
@@ -67,11 +62,11 @@ class NodeList(NamedTuple):
 class Network(NamedTuple):
     """A mesh of a network of lines.
 
-    coords: (n, d) all nodes, those given first, then the new ones.
-    connect: (m, 2) the elements by their end nodes.
-    colors: (m,) the colour of each element, the first along its chain or a new one; None unless colors, sizes,
-        hard_nodes or hard_edges were given.
-    hard_nodes: (k,) the nodes at which the lines were cut, ascending; None unless sizes, hard_nodes or hard_edges
+    coords: (n, d) all nodes, first the given nodes, then the new nodes.
+    connect: (m, 2) the elements.
+    colors: (m,) the colour of each element: the first colour along its chain, or a new colour if its chain has
+        none. None unless colors, sizes, hard_nodes or hard_edges were given.
+    hard_nodes: (k,) the nodes at which the lines were cut, ascending. None unless sizes, hard_nodes or hard_edges
         were given.
     """
 
@@ -96,20 +91,23 @@ def mesh_line(
 ) -> LineMesh:
     """Mesh a polyline by target sizes or metric tensors at its nodes.
 
-    The mesh runs from the first to the last node of the chain; the nodes between do not belong to it, unless a
-    positive tolerance pins them.
+    The mesh starts at the first node of the chain and ends at the last. It leaves out the nodes between them,
+    unless a positive tolerance keeps them.
 
     coords: (n, d) node positions, d = 2 or 3, in length units of the model.
-    sizes: a target size per chain entry, or one for all, in the same unit.
+    sizes: a target size per chain entry, or one size for all entries, in length units of the model.
     metrics: instead of sizes, a tensor per chain entry: rows of 3 or 6 numbers, or matrices (n, d, d).
     indices: the chain, node numbers in the order of travel; all nodes if not given.
     params: a parameter per chain entry, non-decreasing; the normalised chord length if not given.
-    force_even: ask for an even number of elements.
-    min_elements, max_elements: limits of the number of elements. For a ring take 3.
-    deviation_tolerance: 0: the sizes alone count. Positive: where a node of the chain lies this far from the
-        mesh, in length units, the line is meshed anew. Negative: sizes are bounded by curvature, a chord's
-        sagitta being minus this tolerance relative to the radius.
-    min_size: floor of the bound by curvature.
+    force_even: make the number of elements even.
+    min_elements, max_elements: limits of the number of elements. Set min_elements to 3 for a ring.
+    deviation_tolerance: how far the mesh may lie from the chain.
+        0: only the sizes count.
+        Positive: a distance in length units; the mesh keeps nodes of the chain that it would otherwise miss by
+        this distance or more.
+        Negative: minus the sagitta of an element (its largest distance from the curve) divided by the radius of
+        curvature; for example -0.01 for 1 %. It bounds the sizes.
+    min_size: curvature does not bound sizes below this value.
 
     Raises ValueError, which names the argument, and MemoryError.
 
@@ -130,12 +128,12 @@ def mesh_line(
         a.real("min_size", min_size),
     )
     status, all_nodes, mesh, at, out = _core.mesh_line(nodes, chain, given, targets, limits)
-    statuses: Dict[int, Tuple[str, str]] = {-1: _ROWS, -2: _CHAIN}
+    statuses: Dict[int, Tuple[str, str]]
     if given is None:
-        statuses.update({-2: _LINE, -3: _targets_fault(metrics), -5: _LIMITS})
+        statuses = {-2: _LINE, -3: _targets_fault(metrics), -5: LIMITS}
     else:
-        fault = "must not decrease, with a value per chain entry and no NaN"
-        statuses.update({-3: ("params", fault), -4: _targets_fault(metrics), -6: _LIMITS})
+        fault = "must contain one value per chain entry, and must not decrease or contain NaN"
+        statuses = {-2: _CHAIN, -3: ("params", fault), -4: _targets_fault(metrics), -6: LIMITS}
     a.check(status, statuses)
     by_sizes = metrics is None
     return LineMesh(all_nodes, mesh, at, out if by_sizes else None, None if by_sizes else out)
@@ -156,19 +154,22 @@ def mesh_spline(
     default_size: Real = 0.0,
     max_gradation: Real = 0.0,
 ) -> SplineMesh:
-    """Mesh the smooth curve through nodes, bounded by its curvature and by a limit on the growth of sizes.
+    """Mesh a smooth curve through nodes. Its curvature and a limit on the growth of sizes can bound the sizes.
 
     coords: (n, d) node positions, d = 2 or 3.
     sizes, metrics: targets as in mesh_line, one per node of coords, or per entry of indices if that is given.
-    indices: the chain with a guide node before its first and one behind its last node: a, a, b, ..., z, z for
-        an open curve, z, a, b, ..., z, a, b for a closed one. If not given, the curve runs through all nodes.
+    indices: the chain, with a guide node before its first node and one after its last node. A guide node sets
+        the direction at an end of the curve: a, a, b, ..., z, z for an open curve from a to z, and
+        z, a, b, ..., z, a, b for a closed curve. If not given, the curve runs through all nodes.
     closed: the curve returns from the last node to the first; not with indices.
-    deviation_tolerance: 0: the sizes alone count. Positive: the distance that a chord may keep from the curve,
-        in length units. Negative: minus that distance, relative to the radius of curvature.
-    min_size: floor of the bound by curvature. It keeps the mesh within reason where the curve has a kink.
-    default_size: with a max_gradation, the size everywhere but at the nodes of the curve.
-    max_gradation: growth of sizes per length along the curve, but not across the joint of a closed one; 0 sets no
-        limit.
+    deviation_tolerance: how far an element may lie from the curve.
+        0: only the sizes count.
+        Positive: the distance in length units.
+        Negative: minus the distance divided by the radius of curvature.
+    min_size: curvature does not bound sizes below this value. Set it if the curve can have a kink.
+    default_size: with max_gradation, the size at all places except at the nodes of the curve.
+    max_gradation: the largest growth of sizes per length along the curve; 0 sets no limit. It does not apply across
+        the joint of a closed curve.
     force_even, min_elements, max_elements: as in mesh_line.
 
     Raises ValueError, which names the argument, and MemoryError.
@@ -180,13 +181,13 @@ def mesh_spline(
         n = len(nodes)
         targets = a.targets(sizes, metrics, n, nodes.shape[1])
         if n < 2 or len(targets) < n:
-            a.fail(*(("coords", "must hold at least 2 nodes") if n < 2 else _targets_fault(metrics)))
+            a.fail(*(("coords", "must contain at least 2 nodes") if n < 2 else _targets_fault(metrics)))
         ring = [n - 1, *range(n), 0, 1] if is_closed else [0, *range(n), n - 1]
         chain = np.array(ring, dtype=np.uint32)
         targets = np.ascontiguousarray(targets[chain])
     else:
         if is_closed:
-            a.reject("closed", "excludes indices, whose guide nodes close the curve")
+            a.reject("closed", "excludes indices; to close the curve, give the guide nodes in indices")
         chain = a.nodes("indices", indices)
         targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])
     limits = _core.mesh_limits(
@@ -207,10 +208,10 @@ def mesh_spline(
     a.check(
         status,
         {
-            -1: ("coords", "a position is not finite, or the curve is infinitely long"),
-            -2: ("indices", "must hold at least 4 numbers of nodes that there are, guides included"),
+            -1: ("coords", "must be finite, and so must the length of the curve"),
+            -2: ("indices", "must contain at least 4 valid node numbers, including the 2 guide nodes"),
             -3: _targets_fault(metrics),
-            -5: _LIMITS,
+            -5: LIMITS,
             -8: ("min_size", "must not be negative or NaN"),
         },
     )
@@ -222,9 +223,9 @@ def spline_point(coords: npt.ArrayLike, span: Sequence[SupportsIndex], t: Real) 
     """Point of a spline at a parameter.
 
     coords: (n, d) node positions, d = 2 or 3.
-    span: four nodes: the guide before the span, the nodes from which and to which it runs, the guide behind.
-        Where a guide is the node beside it, the curve has a free end there.
-    t: 0 gives the second of them, 1 the third; what is outside extrapolates.
+    span: four nodes: the guide node before the span, the start and the end of the span, the guide node after it.
+        If a guide node equals the node next to it, the curve has a free end there.
+    t: 0 gives the start of the span, 1 its end. Other values extrapolate.
 
     Returns the position, shape (d,).
     """
@@ -232,9 +233,15 @@ def spline_point(coords: npt.ArrayLike, span: Sequence[SupportsIndex], t: Real) 
     nodes = a.coords(coords)
     four = a.counts("span", span)
     if len(four) != 4:
-        a.fail("span", "must hold 4 nodes")
+        a.fail("span", f"must contain 4 nodes, not {len(four)}")
     status, point = _core.spline_point(nodes, four, a.real("t", t))
-    a.check(status, {-k: ("span", f"entry {k - 2} is no node") for k in range(2, 6)})
+    a.check(
+        status,
+        {
+            -k: ("span", f"entry {k - 2} must be a valid node number, below the number of coords")
+            for k in range(2, 6)
+        },
+    )
     return point
 
 
@@ -248,32 +255,33 @@ def mesh_straight(
     segment: Optional[Sequence[SupportsIndex]] = None,
     force_even: bool = False,
 ) -> NodeList:
-    """Mesh each segment of a polyline on its own, so that all its nodes stay.
+    """Mesh each segment of a polyline separately. The mesh contains all nodes of the chain.
 
     coords: (n, d) node positions, d = 2 or 3.
-    sizes, metrics: targets as in mesh_line; or instead of both
-    element_count: about that many elements of one size; 0 makes none.
+    sizes, metrics: targets as in mesh_line.
+    element_count: instead of sizes and metrics, the approximate number of elements, all of about one size; 0
+        makes no mesh.
     indices: the chain; all nodes if not given.
-    segment: instead of a chain, two nodes, with a pair of sizes or an element_count that is met exactly; or
+    segment: instead of a chain, two nodes with sizes (a number or 2 numbers) or with an exact element_count; or
         three nodes with an element_count.
-    force_even: ask for an even number of elements on each segment; not for a segment by element_count.
+    force_even: make the number of elements on each segment even; not with segment and element_count.
     """
     a = Arguments("mesh_straight")
     nodes = a.coords(coords)
     if sizes is None and metrics is None and element_count is None:
-        a.reject("sizes, metrics, element_count", "give one of them")
+        a.reject("sizes, metrics, element_count", "give exactly one of them")
     if element_count is not None and (sizes is not None or metrics is not None):
         a.reject("element_count", "excludes sizes and metrics")
     statuses: Statuses
     if segment is not None:
         if indices is not None:
-            a.reject("segment", "excludes indices")
+            a.reject("segment", "excludes indices; give one of them")
         ends = a.counts("segment", segment)
         if len(ends) not in (2, 3) or (len(ends) == 3 and element_count is None):
-            a.fail("segment", "must hold 2 nodes, or 3 with an element_count")
+            a.fail("segment", "must contain 2 nodes, or 3 nodes with element_count")
         if element_count is not None:
             if a.flag("force_even", force_even):
-                a.reject("force_even", "excludes a segment by element_count")
+                a.reject("force_even", "excludes segment with element_count; give an even element_count")
             result = _core.mesh_segment_count(nodes, ends, a.count("element_count", element_count))
         else:
             if metrics is not None:
@@ -281,14 +289,13 @@ def mesh_straight(
             assert sizes is not None
             pair = a.per_entry("sizes", sizes, 2)
             if len(pair) != 2:
-                a.fail("sizes", "must be a number or a pair")
+                a.fail("sizes", "must be a number or 2 numbers")
             result = _core.mesh_segment_sizes(
                 nodes, ends, [float(h) for h in pair], a.flag("force_even", force_even)
             )
-        at_one_place = ("segment", "holds a node that there is not, or nodes at one place")
+        at_one_place = ("segment", "must contain valid node numbers, of nodes at different places")
         positive = ("sizes", "must be positive and finite")
         statuses = {
-            -1: _ROWS,
             -2: at_one_place,
             -3: at_one_place,
             -4: at_one_place if element_count is not None else positive,
@@ -298,13 +305,13 @@ def mesh_straight(
         chain = a.chain(indices, nodes)
         fault = _targets_fault(metrics)
         if element_count is not None:
-            fault = ("indices", "the line has no length")
+            fault = ("indices", "must describe a line of positive length")
             count = a.count("element_count", element_count)
             result = _core.mesh_straight_count(nodes, chain, count, a.flag("force_even", force_even))
         else:
             targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])
             result = _core.mesh_straight_chain(nodes, chain, targets, a.flag("force_even", force_even))
-        statuses = {-1: _ROWS, -2: _CHAIN, -3: fault}
+        statuses = {-2: _CHAIN, -3: fault}
     status, all_nodes, mesh = result
     a.check(status, statuses)
     return NodeList(all_nodes, mesh)
@@ -329,26 +336,29 @@ def remesh_lines(
 ) -> Network:
     """Replace a mesh of lines by one whose elements follow target sizes.
 
-    The lines are cut into chains where they end or meet, at corners, where colours change, at hard nodes and at
-    the ends of hard edges; each chain is meshed anew between its ends, which stay.
+    The lines are cut into chains at these nodes: line ends, nodes where lines meet, corners, changes of colour,
+    hard nodes and the ends of hard edges. Each chain is meshed again between its two ends. The ends stay.
 
     coords: (n, d) node positions, d = 2 or 3.
-    connect: (m, 2) the elements by their end nodes.
-    default_size: target size at nodes without one of their own; at the ends of chains no more than the shortest of
-        them is long.
-    sizes: target sizes by node number; may be short. Entries that are not positive do not count.
-    colors: a colour per element; may be short. 4294967295 stands for none.
-    hard_nodes: nodes to cut at.
-    hard_edges: elements that pass into the new mesh as they are, by their rows in connect.
-    force_even: ask for an even number of elements on each chain.
-    max_angle: the largest change of direction that is no corner, in degrees, at most 90; a greater one acts as its
-        supplement, so 180 makes a corner of every bend.
-    deviation_tolerance: 0: held to all nodes of the lines, so that bent ones get no coarser. Positive: by a spline
-        that strays no farther from the lines than this distance, or else by the lines with this tolerance.
-        Negative: by a spline, elements being as short as its curvature asks.
-    max_gradation: growth of sizes per length on splines; 0 sets no limit.
-    min_size: segments not longer than this make no corners; floor of the bounds on sizes by curvature and by the
-        lengths of chains.
+    connect: (m, 2) the elements.
+    default_size: target size at nodes that have no size of their own; at a chain end, at most the length of the
+        shortest chain that meets there.
+    sizes: target sizes by node number; nodes after the last entry have no size of their own. Entries that are not
+        positive are ignored.
+    colors: a colour per element; elements after the last entry have no colour. 4294967295 also means no colour.
+    hard_nodes: nodes at which to cut.
+    hard_edges: elements to keep unchanged, by their rows in connect.
+    force_even: make the number of elements on each chain even.
+    max_angle: the largest change of direction that is not a corner, in degrees, at most 90. A larger angle a acts
+        as 180 - a, so 180 makes every bend a corner.
+    deviation_tolerance: how far the new mesh may lie from the lines.
+        0: the mesh keeps the bends of the lines, so bent lines do not become coarser.
+        Positive: a distance in length units. The mesh follows a spline if the spline stays within this distance
+        of the lines, otherwise the lines.
+        Negative: the mesh follows a spline, and its curvature bounds the sizes as in mesh_spline.
+    max_gradation: the largest growth of sizes per length on splines; 0 sets no limit.
+    min_size: segments of at most this length make no corners. Curvature and the lengths of chains do not bound
+        sizes below this value.
     min_elements, max_elements: limits for each chain.
 
     Raises ValueError, which names the argument, and MemoryError.
@@ -387,23 +397,24 @@ def remesh_lines(
     status, all_nodes, lines, new_colors, new_breaks = result
     negative = "must not be negative or NaN"
     statuses = {
-        -1: ("coords", "a position is not finite, or a line is infinitely long"),
-        -2: ("connect", "holds a node that there is not"),
-        -3: ("default_size, sizes", "must be positive and finite where a chain needs them"),
-        -5: _LIMITS,
-        -7: ("hard_edges", "must be rows of connect"),
+        -1: ("coords", "must be finite, and so must the length of each line"),
+        -2: ("connect", "must contain valid node numbers, below the number of coords"),
+        -3: ("default_size, sizes", "must give a positive, finite size at each node of a chain"),
+        -7: ("hard_edges", "must contain row numbers of connect"),
         -9 + shift: ("max_angle", negative),
         -11 + shift: ("max_gradation", negative),
         -12 + shift: ("min_size", negative),
-        -13 + shift: _LIMITS,
+        -13 + shift: LIMITS,
     }
     if status in (-5, -5 + shift) and fewest == 0:
-        a.fail(*_LIMITS)
-    if status == -2 and elements[:, :2].max() < len(nodes):  # from the mesher of a chain
+        a.fail(*LIMITS)
+    if status == -2 and elements[:, :2].max() < len(nodes):  # the status of the mesher of a chain
         if np.isfinite(nodes[elements[:, :2]]).all():
-            a.fail("connect", "holds a line of length 0, which needs another deviation_tolerance than 0")
+            a.fail("connect", "must not contain a line of length 0 if deviation_tolerance is 0")
         status = -1
     a.check(status, statuses)
+    if len(lines) == 0:  # the library does not change the lists of an empty network
+        new_colors, new_breaks = new_colors[:0], new_breaks[:0]
     return Network(
         all_nodes,
         lines,

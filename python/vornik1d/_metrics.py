@@ -1,4 +1,4 @@
-"""Metric interpolation and generation."""
+"""Interpolates and generates sizes and metric tensors."""
 
 from __future__ import annotations
 
@@ -10,14 +10,17 @@ import numpy.typing as npt
 from . import _core
 from ._arguments import Arguments, Real, Reals
 
+_CONNECT = ("connect", "must have shape (m, 2) and contain valid node numbers, below the number of coords")
+
 
 def interpolate_metrics(params: npt.ArrayLike, values: npt.ArrayLike, new_params: npt.ArrayLike) -> Reals:
-    """Carry sizes or tensors from one non-decreasing list of parameters to another.
+    """Interpolate sizes or tensors at new parameters.
 
     params: (n,) at least 2 parameters, non-decreasing.
-    values: (n,) sizes, between which the interpolation is linear, or 0 unless both are positive; or (n, 3) or
-        (n, 6) packed tensors, or (n, d, d) matrices, which are interpolated in their common basis.
-    new_params: (k,) the parameters wanted, non-decreasing, within the range of params.
+    values: (n,) sizes, or tensors as (n, 3) or (n, 6) rows or as (n, d, d) matrices. Sizes are interpolated
+        linearly; the result is 0 if one of the two sizes is not positive. Tensors are interpolated in
+        their common basis.
+    new_params: (k,) the new parameters, non-decreasing, within the range of params.
 
     Returns (k,) sizes or (k, 3) or (k, 6) tensors.
     """
@@ -34,9 +37,9 @@ def interpolate_metrics(params: npt.ArrayLike, values: npt.ArrayLike, new_params
     a.check(
         status,
         {
-            -1: ("params", "must hold at least 2 values that do not decrease"),
-            -2: ("values", "must hold a size or a tensor per value of params"),
-            -3: ("new_params", "must not decrease or leave the range of params"),
+            -1: ("params", "must contain at least 2 values, and must not decrease"),
+            -2: ("values", "must contain one size or tensor per value of params"),
+            -3: ("new_params", "must not decrease, and must stay within the range of params"),
         },
     )
     out: Reals = result if len(wanted) > 0 else np.empty((0, *given.shape[1:]))
@@ -60,25 +63,31 @@ def metrics_gen_aniso2d(
 ) -> Reals:
     """Generate tensors in the plane from the elements of a line, or from a direction per node.
 
-    From elements: coords (n, 2), connect (m, 2), and normal_size, the size across the line: in length units, or
-    if negative, relative to an element's length; that length if it is 0. Along the line it is the length of the
-    elements.
+    Give either elements or directions.
 
-    From directions: directions (n, 2), a vector per node; size_along and size_across it, both divided by its
-    length; indices, the nodes to treat, all if not given.
+    Elements: the size along the line is the length of the elements.
+    coords: (n, 2) node positions.
+    connect: (m, 2) elements.
+    normal_size: the size across the line, in length units. A negative value is relative to the length of the
+        element, for example -2 for twice that length. 0 means the length of the element.
 
-    metrics: (k, 3) tensors by node into which the new ones are merged; rows of zeros ask for nothing.
+    Directions: the sizes are divided by the length of the direction vector.
+    directions: (n, 2) a vector per node.
+    indices: the nodes to treat; all nodes if not given.
+    size_along, size_across: the sizes along the direction and across it.
 
-    Returns the tensors, a row per node up to the largest one treated.
+    metrics: (k, 3) existing tensors, one row per node. The new tensors are merged into them. A row of zeros means
+        no tensor.
+
+    Returns the tensors, one row per node up to the largest treated node number.
     """
     a = Arguments("metrics_gen_aniso2d")
     old = _given_metrics(a, metrics, 2)
-    wrong_metrics = ("metrics", "must have shape (k, 3)")
     if directions is not None:
         if coords is not None or connect is not None or normal_size is not None:
             a.reject("directions", "excludes coords, connect and normal_size")
         if size_along is None or size_across is None:
-            a.reject("size_along, size_across", "must be given with directions")
+            a.reject("size_along, size_across", "must be given together with directions")
         vectors = a.matrix("directions", directions, (2,))
         status, result = _core.metrics_from_directions(
             vectors,
@@ -88,25 +97,19 @@ def metrics_gen_aniso2d(
             old,
         )
         statuses = {
-            -1: ("directions", "must have shape (n, 2)"),
-            -2: ("indices", "must hold numbers of directions"),
+            -2: ("indices", "must contain valid node numbers, below the number of directions"),
             -3: ("size_along", "must be positive"),
             -4: ("size_across", "must be positive"),
-            -5: wrong_metrics,
         }
     else:
         if coords is None or connect is None or normal_size is None:
-            a.reject("coords, connect, normal_size", "must be given, or directions instead")
+            a.reject("coords, connect, normal_size", "give all of them, or directions instead")
         if any(x is not None for x in (indices, size_along, size_across)):
-            a.reject("indices, size_along, size_across", "go with directions")
+            a.reject("indices, size_along, size_across", "need directions")
         status, result = _core.metrics_gen_aniso2d(
             a.coords(coords), a.elements("connect", connect), a.real("normal_size", normal_size), old
         )
-        statuses = {
-            -1: ("coords", "must have shape (n, 2)"),
-            -2: ("connect", "must have shape (m, 2) and hold numbers of nodes that there are"),
-            -4: wrong_metrics,
-        }
+        statuses = {-2: _CONNECT}
     a.check(status, statuses)
     out: Reals = result
     return out
@@ -123,12 +126,12 @@ def metrics_gen_aniso3d(
     """Generate tensors in space from the elements of a line.
 
     coords: (n, 3), connect: (m, 2).
-    normal_size: the size across the line, as in metrics_gen_aniso2d; with a binormal_size, the one in the plane
-        in which the line bends.
-    binormal_size: the size perpendicular to that plane.
-    metrics: (k, 6) tensors by node into which the new ones are merged.
+    normal_size: the size across the line, as in metrics_gen_aniso2d. With binormal_size, only the size across the
+        line in the plane in which the line bends.
+    binormal_size: the size perpendicular to the plane in which the line bends.
+    metrics: (k, 6) existing tensors, as in metrics_gen_aniso2d.
 
-    Returns the tensors, a row per node up to the largest one treated.
+    Returns the tensors, one row per node up to the largest treated node number.
     """
     a = Arguments("metrics_gen_aniso3d")
     status, result = _core.metrics_gen_aniso3d(
@@ -138,13 +141,6 @@ def metrics_gen_aniso3d(
         None if binormal_size is None else a.real("binormal_size", binormal_size),
         _given_metrics(a, metrics, 3),
     )
-    a.check(
-        status,
-        {
-            -1: ("coords", "must have shape (n, 3)"),
-            -2: ("connect", "must have shape (m, 2) and hold numbers of nodes that there are"),
-            -4: ("metrics", "must have shape (k, 6)"),
-        },
-    )
+    a.check(status, {-2: _CONNECT})
     out: Reals = result
     return out

@@ -1,4 +1,4 @@
-"""Draws lines with Matplotlib: lines and their nodes, colours, sizes as circles, tensors as ellipses.
+"""Draws lines with Matplotlib: nodes as dots, colours, sizes as circles, tensors as ellipses.
 
     >>> import matplotlib; matplotlib.use("agg")
     >>> import vornik1d
@@ -40,9 +40,9 @@ def lines(
 
     coords: (n, d) node positions, d = 2 or 3.
     connect: (m, 2) elements, or a list of nodes in the order of travel; all nodes in order if not given.
-    colors: a number per element; elements of one number have one colour.
+    colors: a number per element. Elements with the same number get the same colour.
     nodes: whether to draw dots at the nodes.
-    ax: the axes to draw on; new ones if not given. Units are equal on new axes, and in space.
+    ax: the axes to draw on; new axes if not given. Units are equal on new axes and in space.
     style: further arguments of Matplotlib's LineCollection.
     """
     a = Arguments("lines")
@@ -53,12 +53,14 @@ def lines(
     else:
         elements = a.elements("connect", connect)[:, :2]
     if elements.size > 0 and elements.max() >= len(points):
-        a.fail("connect", "holds a node that there is not")
+        a.fail("connect", f"contains node {elements.max()}, but there are {len(points)} nodes")
     in_space = points.shape[1] == 3
     if colors is not None:
         numbers = a.nodes("colors", colors)
         if len(numbers) != len(elements):
-            a.fail("colors", "must hold a number per element")
+            a.fail(
+                "colors", f"must contain one number per element, {len(elements)} in all, not {len(numbers)}"
+            )
         _, rank = np.unique(numbers, return_inverse=True)
         style["colors"] = plt.get_cmap("tab10")(rank % 10)
     if ax is None:
@@ -90,16 +92,18 @@ def targets(
 ) -> Any:
     """Draw target sizes as circles, or tensors as ellipses, and return the axes.
 
-    From the middle to the rim, an element is as long as it should be.
+    An element of the target size reaches from the centre to the rim.
 
-    positions: (k, 2) where they stand.
+    positions: (k, 2) the centres.
     sizes: (k,) sizes, or metrics: (k, 3) packed tensors or (k, 2, 2) matrices.
     """
     a = Arguments("targets")
     points = a.matrix("positions", positions, (2,))
     given = a.targets(sizes, metrics, len(points), 2)
     if len(given) != len(points):
-        a.fail("sizes, metrics", "must be one per position")
+        a.fail(
+            "sizes, metrics", f"must contain one entry per position, {len(points)} in all, not {len(given)}"
+        )
     if metrics is None:
         if not (given > 0).all():
             a.fail("sizes", "must be positive")
