@@ -193,53 +193,31 @@ TEST(mesh_line_and_spline, mesh_alike_in_every_frame_and_by_isotropic_tensors)
     }
 }
 
-TEST(mesh_line_and_spline, append_to_lists)
-{
-    for (auto const which : {overload::line, overload::line_by_chord_length, overload::spline})
-        for (bool const by_tensors : {false, true}) {
-            meshing m = which == overload::spline ? spline_of(arc(6, 2), 0.3) : chain_of(arc(6, 2), 0.3);
-            m.which = which;
-            if (by_tensors) m.use_tensors();
-            ASSERT_TRUE(m.out_metrics.resize(0, SIZE_MAX)); // a matrix without rows holds nothing
-            ASSERT_EQ(m.run(), 0);
-            ASSERT_EQ(m.run(), 0);
-            EXPECT_EQ(m.mesh(), (numbers{0, 7, 8, 9, 10, 11, 12, 6, 0, 13, 14, 15, 16, 17, 18, 6}));
-            EXPECT_EQ(m.coords.cols(), 19U);
-            EXPECT_EQ(values_of(m.coords)[18], values_of(m.coords)[12]);
-            auto params = values_of(m.out_params);
-            auto const targets = values_of(by_tensors ? m.out_metrics.as_vector() : m.out_sizes);
-            if (which == overload::spline) { // a line replaces parameters
-                EXPECT_EQ(params.size(), 2U + 16);
-                params.erase(params.begin(), params.begin() + 10);
-            }
-            ASSERT_EQ(params.size(), 8U);
-            EXPECT_EQ(params.front(), 0);
-            EXPECT_EQ(params.back(), which == overload::line ? 6 : 1);
-            std::ptrdiff_t const added = by_tensors ? 24 : 8;
-            ASSERT_EQ(targets.size(), by_tensors ? 48U : 17U);
-            EXPECT_TRUE(std::equal(targets.end() - added, targets.end(), targets.end() - 2 * added));
-        }
-}
-
 TEST(mesh_line_and_spline, arguments_may_share_memory)
 {
-    meshing own = chain_of(arc(20, 3), 0.1);
-    own.deviation_tolerance = 1e-4;
-    meshing m = own.copy();
-    ASSERT_EQ(own.run(), 0);
-    m.out_indices = m.indices, m.out_sizes = m.sizes;
-    ASSERT_EQ(m.run(), 0);
-    EXPECT_EQ(values_of(m.out_indices.sub_vector(21, 1000)), own.mesh());
-    EXPECT_EQ(values_of(m.coords), values_of(own.coords));
+    for (auto const which : {overload::line, overload::line_by_chord_length, overload::spline}) {
+        // The lists of the mesh continue those of the line.
+        meshing own = which == overload::spline ? spline_of(arc(20, 3), 0.1) : chain_of(arc(20, 3), 0.1);
+        own.which = which, own.deviation_tolerance = 1e-4;
+        meshing shared = own.copy();
+        std::size_t const given = own.indices.size();
+        shared.out_indices = shared.indices, shared.out_sizes = shared.sizes;
+        ASSERT_EQ(own.run() + shared.run(), 0);
+        EXPECT_EQ(values_of(shared.out_indices.sub_vector(given, 1000)), own.mesh());
+        EXPECT_EQ(values_of(shared.out_sizes.sub_vector(given, 1000)),
+            values_of(own.out_sizes.sub_vector(1, 1000)));
+        EXPECT_EQ(values_of(shared.coords), values_of(own.coords));
 
-    // Sizes that lie in the memory of the coordinates, which moves when these grow.
-    meshing inside = chain_of(columns({{0, 0.5}, {1, 0.5}, {2, 0.5}, {3, 0.5}}), 0.5);
-    meshing apart = inside.copy();
-    inside.sizes = inside.coords.as_vector().sub_vector(1, 4); // 0.5, 1, 0.5, 2
-    apart.sizes = reals({0.5, 1, 0.5, 2});
-    ASSERT_EQ(inside.run() + apart.run(), 0);
-    EXPECT_EQ(values_of(inside.coords), values_of(apart.coords));
-
+        // Sizes lie in the memory of the coordinates, which moves when these grow.
+        auto const line = columns({{0.5, 0.01}, {1, 0.01}, {2, 0.01}, {3, 0.01}});
+        meshing inside = which == overload::spline ? spline_of(line, 0.5) : chain_of(line, 0.5);
+        inside.which = which;
+        meshing apart = inside.copy();
+        inside.sizes = inside.coords.as_vector().sub_vector(0, 6);
+        apart.sizes = reals(values_of(inside.sizes));
+        ASSERT_EQ(inside.run() + apart.run(), 0);
+        EXPECT_EQ(values_of(inside.coords), values_of(apart.coords));
+    }
     // An entry of a list that has to grow for the result cannot take the deviation.
     meshing spline = spline_of(arc(6, 2), 0.01);
     auto const call = [&spline](double& deviation) {

@@ -67,8 +67,6 @@ TEST(remesh_lines, random_networks_keep_what_holds_them_together)
         r.force_even = trial % 2 == 0;
         r.deviation_tolerance = trial % 3 == 0 ? 0 : trial % 3 == 1 ? 0.05 : -0.05;
         r.min_size = 0.01;
-        double old_length = 0, new_length = 0;
-        ASSERT_EQ(vornik1d::length(r.coords, r.connect, old_length), 0);
         remeshing const old = r.copy();
         ASSERT_EQ(r.run(), 0) << trial;
 
@@ -88,18 +86,15 @@ TEST(remesh_lines, random_networks_keep_what_holds_them_together)
         }
         ASSERT_EQ(r.colors.size(), r.connect.cols());
         for (auto const& [color, count] : counts(r.colors)) ASSERT_NE(color, vornik::none);
-        ASSERT_EQ(vornik1d::length(r.coords, r.connect, new_length), 0);
-        ASSERT_NEAR(new_length, old_length, (r.deviation_tolerance == 0 ? 1e-9 : 0.25) * old_length) << trial;
+        double const length = length_of(old.coords, old.connect);
+        ASSERT_NEAR(
+            length_of(r.coords, r.connect), length, (r.deviation_tolerance == 0 ? 1e-9 : 0.25) * length);
 
         // Without colours of their own each chain gets one; without a list of them, the mesh is the same.
         remeshing by_chain = old.copy(), plain = old.copy();
+        by_chain.which = remeshing::overload::with_colors, plain.which = remeshing::overload::plain;
         by_chain.colors.clear();
-        ASSERT_EQ(vornik1d::remesh_lines(by_chain.coords, by_chain.connect, r.default_size, by_chain.colors,
-                      r.force_even, r.max_angle, r.deviation_tolerance, 0, r.min_size, 1, no_limit),
-            0);
-        ASSERT_EQ(vornik1d::remesh_lines(plain.coords, plain.connect, r.default_size, r.force_even,
-                      r.max_angle, r.deviation_tolerance, 0, r.min_size, 1, no_limit),
-            0);
+        ASSERT_EQ(by_chain.run() + plain.run(), 0);
         auto const chains = counts(by_chain.colors);
         ASSERT_EQ(chains.rbegin()->first + 1, chains.size());
         for (auto const& [color, count] : chains) ASSERT_TRUE(!r.force_even || count % 2 == 0) << trial;
@@ -190,22 +185,16 @@ TEST(remesh_lines, colors_and_hard_elements_cut)
 
 TEST(remesh_lines, the_default_size_gives_way_to_the_shortest_chain_at_a_node)
 {
-    struct
-    {
-        double min_size;
-        std::vector<double> sizes;
-        std::size_t elements;
-    } const rows[] = {{0, {}, 4 + 4 + 1}, // 4 ln(4) / 1.5 = 3.7
-        {1, {}, 3 + 3 + 1}, {0, {0, 4}, 1 + 1 + 1}};
-    for (auto const& row : rows)
+    for (auto const& [min_size, size_of_1, elements] : // 4 ln(4) / 1.5 = 3.7
+        {std::tuple(0.0, 0.0, 4U + 4 + 1), {1.0, 0.0, 3U + 3 + 1}, {0.0, 4.0, 1U + 1 + 1}})
         for (bool const is_turned : {false, true}) {
             remeshing fork;
             fork.coords = columns({{0, 0}, {4, 0}, {4, 0.5}, {8, 0}});
             fork.connect = columns<unsigned>({{0, 1}, {1, 2}, {1, 3}});
             if (is_turned) fork.connect(0, 1) = 2, fork.connect(1, 1) = 1;
-            fork.default_size = 2, fork.min_size = row.min_size, fork.sizes = list(row.sizes);
+            fork.default_size = 2, fork.min_size = min_size, fork.sizes = reals({0, size_of_1});
             ASSERT_EQ(fork.run(), 0);
-            EXPECT_EQ(fork.connect.cols(), row.elements);
+            EXPECT_EQ(fork.connect.cols(), elements);
         }
 }
 
@@ -232,12 +221,10 @@ TEST(remesh_lines, takes_a_spline_that_strays_by_the_tolerance_but_by_no_more)
         {spline.deviation, std::nextafter(spline.deviation, 0), 1e-9, 0.0, not_a_number}) {
         remeshing r = network_of(columns(values_of(curve)), 0.4);
         r.sizes = dense1D<double>(5, 0.4), r.min_size = 9, r.deviation_tolerance = tolerance;
+        double const length = length_of(r.coords, r.connect);
         ASSERT_EQ(r.run(), 0);
         EXPECT_EQ(values_of(r.coords) == values_of(spline.coords), tolerance == spline.deviation);
-        double length = 0, old_length = 0;
-        ASSERT_EQ(vornik1d::length(curve, nodes_up_to(5), old_length), 0);
-        ASSERT_EQ(vornik1d::length(r.coords, r.connect, length), 0);
-        EXPECT_NEAR(length, old_length, tolerance > 1e-3 ? 0.1 : 1e-9);
+        EXPECT_NEAR(length_of(r.coords, r.connect), length, tolerance > 1e-3 ? 0.1 : 1e-9);
         EXPECT_LE(r.coords.cols(), 5 + r.connect.cols() - 1);
     }
 }
@@ -255,16 +242,11 @@ TEST(remesh_lines, hands_chains_with_their_guides_to_the_spline)
             spline.sizes[k] = 0.1 + 0.02 * (spline.indices[k] % 3);
         for (unsigned node = 0; node < 5; ++node) r.sizes.push_back(0.1 + 0.02 * (node % 3));
         r.max_angle = 90, r.min_size = 100; // no corners
-        for (double const tolerance : {-0.001, 1.0}) {
-            meshing call = spline.copy();
-            remeshing network = r.copy();
-            call.deviation_tolerance = network.deviation_tolerance = tolerance;
-            call.min_size = network.min_size;
-            call.default_size = network.default_size, call.max_gradation = network.max_gradation = 0.5;
-            call.max_elements = network.max_elements = 25;
-            ASSERT_EQ(call.run() + network.run(), 0);
-            EXPECT_EQ(values_of(network.coords), values_of(call.coords));
-            EXPECT_EQ(network.connect.cols(), 25U);
-        }
+        spline.min_size = r.min_size, spline.default_size = r.default_size;
+        spline.max_gradation = r.max_gradation = 0.5, spline.max_elements = r.max_elements = 25;
+        spline.deviation_tolerance = r.deviation_tolerance = -0.001;
+        ASSERT_EQ(spline.run() + r.run(), 0);
+        EXPECT_EQ(values_of(r.coords), values_of(spline.coords));
+        EXPECT_EQ(r.connect.cols(), 25U);
     }
 }

@@ -175,8 +175,22 @@ meshing spline_of(dense2D<double> const& coords, double size, bool is_closed)
 
 int remeshing::run()
 {
-    return vornik1d::remesh_lines(coords, connect, default_size, sizes, colors, hard_nodes, hard_edges,
-        force_even, max_angle, deviation_tolerance, max_gradation, min_size, min_elements, max_elements);
+    using vornik1d::remesh_lines;
+    if (which == overload::plain)
+        return remesh_lines(coords, connect, default_size, force_even, max_angle, deviation_tolerance,
+            max_gradation, min_size, min_elements, max_elements);
+    if (which == overload::with_colors)
+        return remesh_lines(coords, connect, default_size, colors, force_even, max_angle, deviation_tolerance,
+            max_gradation, min_size, min_elements, max_elements);
+    return remesh_lines(coords, connect, default_size, sizes, colors, hard_nodes, hard_edges, force_even,
+        max_angle, deviation_tolerance, max_gradation, min_size, min_elements, max_elements);
+}
+
+double length_of(dense2D<double> const& coords, dense2D<unsigned> const& connect)
+{
+    double length = 0;
+    EXPECT_EQ(vornik1d::length(coords, connect, length), 0);
+    return length;
 }
 
 remeshing remeshing::copy() const

@@ -132,9 +132,12 @@ meshing chain_of(trelk::dense2D<double> const& coords, double size);
 /// or one closed from the last to the first.
 meshing spline_of(trelk::dense2D<double> const& coords, double size, bool is_closed = false);
 
-/// A call of `remesh_lines` with all its arguments.
+/// A call of `remesh_lines`, in any of its overloads.
 struct remeshing
 {
+    enum class overload { full, with_colors, plain };
+
+    overload which = overload::full;
     trelk::dense2D<double> coords;
     trelk::dense2D<unsigned> connect;
     double default_size = 0.3;
@@ -154,6 +157,8 @@ struct remeshing
         return std::tuple(values_of(coords), values_of(connect), values_of(colors), values_of(hard_nodes));
     }
 };
+
+double length_of(trelk::dense2D<double> const& coords, trelk::dense2D<unsigned> const& connect);
 
 /// A network whose elements join the columns of `coords` in order.
 remeshing network_of(trelk::dense2D<double> const& coords, double size);
@@ -199,4 +204,11 @@ int for_each_failure(Make make, Run run, Check check, std::size_t most = SIZE_MA
             if (testing::Test::HasFailure()) return refused;
         }
     return refused;
+}
+
+/// The same for copies of a call.
+template <class Call, class Check>
+int for_each_failed_copy(Call const& given, Check check, std::size_t most = SIZE_MAX)
+{
+    return for_each_failure([&] { return given.copy(); }, [](Call& call) { return call.run(); }, check, most);
 }

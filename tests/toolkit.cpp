@@ -98,4 +98,7 @@ TEST(toolkit, gradation_passes_over_what_it_cannot_bound)
         EXPECT_EQ(sizes[1], 100);
         EXPECT_EQ(values_of(metrics), flat);
     }
+    auto of_plane = columns(flat); // tensors of the other dimension
+    vornik::bound_metric_gradations(columns({{0, 0, 0}, {1, 1, 1}}), pair, edge, {}, true, 0, 0.3, of_plane);
+    EXPECT_EQ(values_of(of_plane), flat);
 }
