@@ -80,6 +80,10 @@ TEST(mesh_line_and_spline, statuses_in_the_order_of_the_checks)
         m.deviation_tolerance = tolerance;
         EXPECT_EQ(m.run(), -1);
     }
+    meshing guided =
+        spline_of(columns({{infinity, 0}, {0, 0}, {1, 1}, {2, 0}}), 1); // by a node that is not finite
+    guided.indices = nodes({0, 1, 2, 3});
+    EXPECT_EQ(guided.run(), -1);
 }
 
 namespace {

@@ -126,6 +126,23 @@ TEST(mesh_spline, curvature_bounds_sizes_by_the_sagitta)
         }
 }
 
+TEST(mesh_spline, nodes_beside_a_straight_line_bend_from_1e_12_on)
+{
+    auto const elements = [](double off, bool is_backwards) {
+        point_list line = {{0, -1}, {0, 0}, {10, 0}, {11, off}, {11, 1}};
+        if (is_backwards) std::reverse(line.begin(), line.end());
+        meshing m = spline_of(columns(line), 3);
+        m.deviation_tolerance = -0.02;
+        EXPECT_EQ(m.run(), 0);
+        return m.elements();
+    };
+    for (bool const is_backwards : {false, true}) {
+        EXPECT_EQ(elements(4e-13, is_backwards), elements(0, is_backwards));
+        EXPECT_LT(
+            elements(4e-12, is_backwards), elements(0, is_backwards)); // it has the size of a straight span
+    }
+}
+
 TEST(mesh_spline, nodes_lie_on_the_curve_at_their_parameters)
 {
     // Small elements on samples that are held to a tenth of the tolerance; the parameter grows with t by the speed

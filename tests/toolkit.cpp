@@ -60,6 +60,21 @@ TEST(toolkit, neighbors_agree_with_brute_force)
     }
 }
 
+TEST(toolkit, colors_have_boundaries_where_neighbors_fit)
+{
+    auto const line = columns<unsigned>({{0, 1}, {1, 2}}), sides = columns<unsigned>({{1, 9}, {9, 0}});
+    dense2D<unsigned> result;
+    auto const status = [&](dense2D<unsigned> const& mesh, dense2D<unsigned> const& neighbors) {
+        return vornik::get_colors_boundaries(mesh, neighbors, nodes({3, 4}), edge, false, false, result);
+    };
+    EXPECT_EQ(status(line, sides), 0);
+    EXPECT_EQ(values_of(result), element_list{{1}});
+    EXPECT_EQ(status(line.sub_matrix(0, 0, 1, 2), sides), -1);
+    EXPECT_EQ(status(line, sides.sub_matrix(0, 0, 2, 1)), -2);
+    EXPECT_EQ(status(line, sides.sub_matrix(0, 0, 1, 2)), -2);
+    EXPECT_TRUE(result.empty());
+}
+
 TEST(toolkit, gradation_bounds_growth_along_edges)
 {
     random_numbers random(3);
@@ -82,6 +97,8 @@ TEST(toolkit, gradation_bounds_growth_along_edges)
         EXPECT_NEAR(sizes[k], least, 1e-12);
         EXPECT_NEAR(1 / std::sqrt(metrics(5, k)), least, 1e-9);
     }
+    vornik::bound_metric_gradations(coords, edges, edge, {}, true, -1, 0, sizes); // no growth at all
+    EXPECT_EQ(*std::max_element(sizes.begin(), sizes.end()), *std::min_element(asked.begin(), asked.end()));
 }
 
 TEST(toolkit, gradation_passes_over_what_it_cannot_bound)
