@@ -49,16 +49,3 @@ TEST(hbuckets_set, holds_what_a_set_holds_or_knows_that_it_does_not)
             }
     EXPECT_GT(incomplete, 20);
 }
-
-TEST(hbuckets_set, grows_to_primes)
-{
-    for (auto const& [wanted, prime] : {std::pair(98U, 193U), {97U, 97U}, {4294967290U, 4294967291U}})
-        EXPECT_EQ(vornik1d::next_prime_size(wanted), prime);
-    EXPECT_EQ(vornik1d::next_prime_size(5000000000), 4294967291U); // there is none larger
-    hbuckets_set set;
-    EXPECT_FALSE(set.init(4294967295, 23, 1.0) || set.init(4294967290, 4294967290, 1.0)); // beyond its links
-    ASSERT_TRUE(set.init(0, 5, 1.0));
-    for (unsigned k = 0; k < 46; ++k) set.insert(23 * k); // all in one bucket
-    set.insert(0);                                        // the 47th, though it is there
-    EXPECT_EQ(set.used() + set.buckets(), 97U + 97);      // no two keys share a bucket of 97
-}

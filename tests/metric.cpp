@@ -152,14 +152,6 @@ TEST(metric, intersection_of_tensors_that_ask_for_nothing_or_are_not_definite)
     }
 }
 
-TEST(metric, sizes_at_the_ends_of_the_scale)
-{
-    dense2D<double> metrics;
-    double const most = largest_double;
-    ASSERT_TRUE(vornik::metrics_iso_to_aniso2d(reals({0.5, 1e-155, 1e155, not_a_number}), metrics));
-    EXPECT_EQ(values_of(metrics), (point_list{{4, 0, 4}, {most, 0, most}, {0, 0, 0}, {most, 0, most}}));
-}
-
 TEST(interpolate_metrics, values)
 {
     auto const params = reals({0, 1, 1, 3});

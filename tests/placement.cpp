@@ -3,8 +3,6 @@
 #include <cmath>
 #include <cstdint>
 
-#include "arrays/append.h"
-#include "arrays/columns.h"
 #include "placement/size_law.h"
 #include "support.h"
 
@@ -130,18 +128,4 @@ TEST(placement, does_not_lead_off_degenerate_chains)
     for (auto const& sizes : {std::vector<double>{1e-320, 1, 1, 1e308}, {1, 1e308, 1e-320, 1}, {1, 1, 1, 1}})
         for (double const odd : {infinity, 1e308, 1e-320})
             EXPECT_LE(params({{0, 0}, {1e308, 0}, {-1e308, odd}, {0, 1}}, sizes, 7).size(), 8U);
-}
-
-TEST(append, fails_without_change)
-{
-    auto m = columns({{1, 2}, {3, 4}});
-    auto v = reals({1, 2});
-    ASSERT_TRUE(append_columns(m, m) && append_values(v, v));
-    EXPECT_EQ(values_of(m), (point_list{{1, 2}, {3, 4}, {1, 2}, {3, 4}}));
-    EXPECT_EQ(values_of(v), (std::vector<double>{1, 2, 1, 2}));
-    failing_allocations const none(0, failing_allocations::extent::all_behind);
-    while (m.room() > m.rows() * m.cols()) ASSERT_TRUE(append_point(vector_fixed<double, 2>{}, m));
-    std::size_t const full = m.cols();
-    EXPECT_FALSE(append_point(vector_fixed<double, 2>{}, m) || append_columns(m, m));
-    EXPECT_EQ(m.cols(), full);
 }

@@ -135,15 +135,3 @@ TEST(refinement, always_ends)
     ASSERT_EQ(equal.run(), 0);
     EXPECT_LT(equal.elements(), 50U);
 }
-
-TEST(refinement, a_line_split_at_every_node)
-{
-    unsigned const n = 200000;
-    dense2D<double> zigzag;
-    ASSERT_TRUE(zigzag.resize(2, n));
-    for (unsigned k = 0; k < n; ++k) zigzag(0, k) = k, zigzag(1, k) = k % 2;
-    meshing m = chain_of(zigzag, 3);
-    m.deviation_tolerance = 1e-3;
-    ASSERT_EQ(m.run(), 0);
-    EXPECT_EQ(m.pinned().size(), n);
-}

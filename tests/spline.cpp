@@ -93,20 +93,6 @@ TEST(spline_point, is_on_the_cubic_with_tangents_of_parabolas)
     EXPECT_EQ(norm(point_at<2>(coords, {0, 1, 3, 2}, 0.7) - vector<2>{1, 0}), 0);
 }
 
-TEST(mesh_spline, reproduces_a_circle_to_fourth_order)
-{
-    double off_before = 0;
-    for (unsigned n = 8; n <= 512; n *= 2) {
-        auto const coords = circle(n);
-        double off = 0;
-        for (int i = 0; i <= 100; ++i)
-            off = std::max(off, std::abs(norm(point_at<2>(coords, {n - 1, 0, 1, 2}, 0.01 * i)) - 1));
-        EXPECT_NEAR(n > 8 ? std::log2(off_before / off) : 4, 4, 0.04) << n;
-        off_before = off;
-    }
-    EXPECT_LT(off_before, 2e-10);
-}
-
 TEST(mesh_spline, curvature_bounds_sizes_by_the_sagitta)
 {
     // On a circle of radius 1 an element with sagitta e is 2 sqrt(e (2 - e)) long.

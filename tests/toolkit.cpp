@@ -10,16 +10,6 @@ using namespace trelk;
 
 constexpr auto edge = vornik::element_type::edge;
 
-TEST(toolkit, checks_node_numbers)
-{
-    EXPECT_TRUE(vornik::check_IDs(nodes({0, 2}), 3));
-    EXPECT_FALSE(vornik::check_IDs(nodes({0, 3}), 3));
-    auto const connect = columns<unsigned>({{1, 0, 99}, {0, 1, 99}}); // interior nodes are not looked at
-    EXPECT_TRUE(vornik::check_IDs(connect, edge, 2) && vornik::check_IDs(dense2D<unsigned>(), edge, 0));
-    EXPECT_FALSE(
-        vornik::check_IDs(connect, edge, 1) || vornik::check_IDs(connect.sub_matrix(0, 0, 1, 2), edge, 9));
-}
-
 TEST(toolkit, usable_targets_are_positive_and_finite)
 {
     EXPECT_TRUE(vornik::are_valid_metrics(reals({1e-320, 1, 1e308})));
