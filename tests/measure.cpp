@@ -41,7 +41,7 @@ TEST(curvatures, of_known_chains)
 
 TEST(interpolate_coordinates, moves_nodes_onto_the_chain)
 {
-    // A chain of five nodes, two of them at one parameter; node 3 is moved too and bends it for those behind.
+    // A chain of five nodes, two of them at one parameter; node 3 is moved too and bends it for those after it.
     auto coords = columns({{0, 0, 1}, {4, 0, 1}, {4, 8, 1}, {8, 8, 1}, {0, 8, 1}, {}, {}, {}, {}, {}, {}});
     auto const params = reals({0, 1, 1, 2, 4});
     auto const targets = nodes({5, 6, 7, 8, 3, 9, 10});

@@ -84,7 +84,7 @@ TEST(placement, nodes_stand_at_equal_metric_steps)
         ASSERT_EQ(m.run(), 0);
         ASSERT_EQ(m.elements(), m.max_elements);
 
-        // A parameter is a chain entry plus the position behind it.
+        // A parameter is a chain entry plus the position after it.
         auto const metric_length = [&](double from, double to) {
             double sum = 0;
             for (auto s = std::size_t(from); s + 1 < n && double(s) < to; ++s) {

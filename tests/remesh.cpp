@@ -164,7 +164,7 @@ TEST(remesh_lines, colors_and_hard_elements_cut)
     EXPECT_EQ(values_of(r.hard_nodes), (numbers{0, 3, 4, 5, 6, 7, 8}));
     EXPECT_EQ(values_of(old_connect)[0], (numbers{0, 1, 7})); // another view of the old mesh
     ASSERT_EQ(r.connect.rows(), 2U);
-    // 3 has no neighbour of another colour, and 5 is behind an element without: one chain from 0 to 3, in the
+    // 3 has no neighbour of another colour, and 5 comes after an element without: one chain from 0 to 3, in the
     // colour 3, of 4 ln(2) + 4 = 6.8 elements. The hard edge has the next colour, 6, then the sides of the square.
     EXPECT_EQ(counts(r.colors), (std::map<unsigned, int>{{3, 7}, {6, 1}, {7, 2}, {8, 2}, {9, 2}, {10, 2}}));
     EXPECT_EQ(values_of(r.connect)[7], (numbers{3, 4}));
