@@ -26,6 +26,10 @@ TEST(extrude, counted_forms)
     ASSERT_EQ(extrude_translate(coords, 0, point2{0, 0}, 2, indices), 0);
     EXPECT_EQ(values_of(coords)[52], (doubles{9, 9}));
 
+    EXPECT_EQ(extrude_translate(coords, 0, point2{1, 0}, 4294967295, indices), -199); // more than numbers
+    EXPECT_EQ(extrude_translate(coords, point2{1, 0}, point2{1, 0}, 4294967295, indices), -199);
+    EXPECT_EQ(coords.cols() + indices.size(), 53U + 54);
+
     dense2D<double> fresh; // a matrix without rows takes those of the point
     ASSERT_TRUE(fresh.resize(0, 3));
     ASSERT_EQ(extrude_translate(fresh, point3{1, 2, 3}, point3{3, 0, 0}, 3, indices), 0);
