@@ -28,6 +28,7 @@ TEST(extrude, counted_forms)
 
     EXPECT_EQ(extrude_translate(coords, 0, point2{1, 0}, 4294967295, indices), -199); // more than numbers
     EXPECT_EQ(extrude_translate(coords, point2{1, 0}, point2{1, 0}, 4294967295, indices), -199);
+    EXPECT_EQ(extrude_translate(coords, 0, point2{1, 0}, 1e-300, 1e-300, false, indices), -199);
     EXPECT_EQ(coords.cols() + indices.size(), 53U + 54);
 
     dense2D<double> fresh; // a matrix without rows takes those of the point
