@@ -27,60 +27,45 @@ std::size_t allocations_of(Run run)
 
 double most_allocations(std::size_t size)
 {
-    return most_at_first + most_a_doubling * std::log2(static_cast<double>(size) / 1000);
+    return most_at_first + most_a_doubling * std::log2(double(size) / 1000);
 }
 
-/// Lines of 1 to 60 elements in long and short waves, every fifth one closed, of `elements` elements in all.
-struct waves
+/// Waves of 1 to 60 elements, every fifth one closed, of about `elements` elements in all.
+remeshing waves(unsigned elements)
 {
-    dense2D<double> coords;
-    dense2D<unsigned> connect;
-
-    explicit waves(std::size_t elements)
-    {
-        for (std::size_t line = 0; connect.cols() < elements; ++line) {
-            std::size_t const wanted = 1 + line * 7919 % 60;
-            auto const size = std::min(wanted, elements - connect.cols());
-            auto const first = static_cast<unsigned>(coords.cols());
-            dense1D<unsigned> chain;
-            EXPECT_TRUE(coords.resize(2, first + size + 1));
-            for (std::size_t k = 0; k <= size; ++k) {
-                auto const x = static_cast<double>(k);
-                coords(0, first + k) = x;
-                coords(1, first + k) =
-                    9 * static_cast<double>(line) + std::sin(0.2 * x) + 0.3 * std::sin(2.5 * x);
-                chain.push_back(first + static_cast<unsigned>(k));
-            }
-            if (line % 5 == 0 && size > 3) chain[size] = first;
-            EXPECT_EQ(vornik1d::indices_to_connectE2(chain, connect), 0);
-        }
+    remeshing r;
+    EXPECT_TRUE(r.coords.resize(2, elements + 1));
+    for (unsigned k = 0; k <= elements; ++k)
+        r.coords(0, k) = k, r.coords(1, k) = std::sin(0.2 * k) + 0.3 * std::sin(2.5 * k);
+    for (unsigned first = 0, line = 0; first < elements; ++line) {
+        unsigned const size = std::min(1 + line * 7919 % 60, elements - first);
+        dense1D<unsigned> chain;
+        for (unsigned k = 0; k <= size; ++k)
+            chain.push_back(k == size && line % 5 == 0 && k > 3 ? first : first + k);
+        EXPECT_EQ(vornik1d::indices_to_connectE2(chain, r.connect), 0);
+        first += size + 1;
     }
-};
+    r.default_size = 0.7, r.max_angle = 60, r.min_size = 0.01;
+    return r;
+}
 
 } // namespace
 
 TEST(allocations, of_remesh_lines_do_not_grow_with_chains_and_ranges)
 {
-    for (double const tolerance : {0.0, 0.05, -0.02})
-        for (double const max_gradation : {0.0, 0.4})
-            for (std::size_t const elements : {1000U, 10000U, 100000U}) {
-                waves network(elements);
-                dense1D<unsigned> colors, hard_nodes, const_edges;
-                auto const count = allocations_of([&] {
-                    ASSERT_EQ(
-                        vornik1d::remesh_lines(network.coords, network.connect, 0.7, {}, colors, hard_nodes,
-                            const_edges, false, 60, tolerance, max_gradation, 0.01, 1, no_limit),
-                        0);
-                });
-                EXPECT_GT(network.connect.cols(), elements / 2);
-                EXPECT_LT(static_cast<double>(count), most_allocations(elements))
-                    << tolerance << ' ' << elements;
-            }
+    for (auto const& [tolerance, gradation] : {std::pair(0.0, 0.0), {0.05, 0.4}, {-0.02, 0.4}})
+        for (unsigned const elements : {1000U, 30000U}) {
+            remeshing network = waves(elements);
+            network.deviation_tolerance = tolerance, network.max_gradation = gradation;
+            auto const count = allocations_of([&] { ASSERT_EQ(network.run(), 0); });
+            EXPECT_GT(network.connect.cols(), elements / 2);
+            EXPECT_LT(double(count), most_allocations(elements)) << tolerance << ' ' << elements;
+        }
 }
 
 TEST(allocations, of_mesh_line_do_not_grow_with_ranges)
 {
-    for (std::size_t const nodes : {1000U, 10000U, 100000U})
+    for (std::size_t const nodes : {1000U, 30000U})
         for (bool const by_tensors : {false, true}) {
             dense2D<double> coords;
             ASSERT_TRUE(coords.resize(2, nodes));
@@ -91,6 +76,6 @@ TEST(allocations, of_mesh_line_do_not_grow_with_ranges)
             m.deviation_tolerance = 0.01;
             auto const count = allocations_of([&] { ASSERT_EQ(m.run(), 0); });
             EXPECT_GT(m.pinned().size(), nodes / 2);
-            EXPECT_LT(static_cast<double>(count), most_allocations(nodes)) << nodes;
+            EXPECT_LT(double(count), most_allocations(nodes)) << nodes;
         }
 }

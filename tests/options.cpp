@@ -81,16 +81,16 @@ TEST(options, mesh_as_the_full_argument_lists_do)
         EXPECT_EQ(remesh_lines(d.coords, d.connect, 0.7, false, 40, tolerance, 0, 0, 1, no_limit), 0);
         EXPECT_TRUE(c.coords == d.coords && c.connect == d.connect);
 
-        for (bool const by_tensors : {false, true})
-            for (int kind = 0; kind < 3; ++kind) { // a line with parameters, one without, a spline
-                meshing full = kind == 2 ? spline_of(arc(30, 3), 0.3) : chain_of(arc(30, 3), 0.3);
-                full.with_params = kind == 0, full.deviation_tolerance = tolerance, full.force_even = true;
+        using overload = meshing::overload;
+        for (auto const which : {overload::line, overload::line_by_chord_length, overload::spline})
+            for (bool const by_tensors : {false, true}) {
+                meshing full =
+                    which == overload::spline ? spline_of(arc(30, 3), 0.3) : chain_of(arc(30, 3), 0.3);
+                full.which = which, full.deviation_tolerance = tolerance, full.force_even = true;
                 full.min_elements = 3, full.max_elements = 40, full.min_size = 0.02;
                 full.default_size = 0.2, full.max_gradation = 0.3;
                 if (by_tensors) full.use_tensors();
-                meshing m = full;
-                ASSERT_TRUE(m.coords.copy(full.coords) && m.out_indices.copy(full.out_indices));
-                m.out_sizes = reals({0.7}), m.out_params = reals({-7, -8}), m.out_metrics = {};
+                meshing m = full.copy();
                 line_options line;
                 spline_options spline;
                 auto const set = [&](auto& o) {
@@ -99,18 +99,18 @@ TEST(options, mesh_as_the_full_argument_lists_do)
                     o.out_sizes = &m.out_sizes, o.out_metrics = &m.out_metrics;
                 };
                 set(line), set(spline);
-                if (kind == 0) line.params = m.params;
+                if (which == overload::line) line.params = m.params;
                 spline.default_size = 0.2, spline.max_gradation = 0.3, spline.deviation = &m.deviation;
                 auto const run = [&](auto const& targets) {
-                    return kind == 2 ? mesh_spline(m.coords, m.indices, targets, m.out_indices, spline)
-                                     : mesh_line(m.coords, m.indices, targets, m.out_indices, line);
+                    if (which != overload::spline)
+                        return mesh_line(m.coords, m.indices, targets, m.out_indices, line);
+                    return mesh_spline(m.coords, m.indices, targets, m.out_indices, spline);
                 };
                 ASSERT_EQ(full.run(), 0);
                 ASSERT_EQ(by_tensors ? run(m.metrics) : run(m.sizes), 0);
                 EXPECT_TRUE(m.coords == full.coords && m.out_indices == full.out_indices);
                 EXPECT_TRUE(m.out_params == full.out_params && m.out_sizes == full.out_sizes);
-                EXPECT_EQ(m.out_metrics, full.out_metrics);
-                EXPECT_TRUE(kind != 2 || m.deviation == full.deviation);
+                EXPECT_TRUE(m.out_metrics == full.out_metrics && m.deviation == full.deviation);
             }
     }
     dense2D<double> coords{{0, 0}, {1, 0}}, same{{0, 0}, {1, 0}};

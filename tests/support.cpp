@@ -75,29 +75,60 @@ dense1D<unsigned> nodes_up_to(std::size_t n)
 
 dense2D<double> arc(std::size_t n, double angle, std::size_t rows)
 {
-    std::vector<std::vector<double>> points(n + 1);
+    point_list corners(n + 1);
     for (std::size_t k = 0; k <= n; ++k) {
         double const at = angle * double(k) / double(n);
-        points[k] = {std::cos(at), 0.6 * std::sin(at), 0.8 * std::sin(at)};
-        if (rows == 2) points[k] = {std::cos(at), std::sin(at)};
+        corners[k] = {std::cos(at), 0.6 * std::sin(at), 0.8 * std::sin(at)};
+        if (rows == 2) corners[k] = {std::cos(at), std::sin(at)};
     }
-    return columns(points);
+    return columns(corners);
+}
+
+unsigned random_numbers::below(unsigned n)
+{
+    state_ = state_ * 6364136223846793005 + 1442695040888963407; // Knuth, MMIX
+    return static_cast<unsigned>((state_ >> 32) * n >> 32);
+}
+
+double random_numbers::between(double low, double high)
+{
+    return low + (high - low) * (below(1U << 30) + 0.5) / (1U << 30);
+}
+
+template <class Array>
+static void detach(Array& array)
+{
+    Array own;
+    EXPECT_TRUE(own.copy(array));
+    array = own;
 }
 
 int meshing::run()
 {
     auto const call = [this](auto const& targets, auto& out_targets) {
-        if (as_spline)
-            return vornik1d::mesh_spline(coords, indices, targets, force_even, min_elements, max_elements,
-                deviation_tolerance, min_size, default_size, max_gradation, out_indices, out_params,
-                out_targets, deviation);
-        return with_params
-                   ? vornik1d::mesh_line(coords, indices, params, targets, force_even, min_elements,
-                         max_elements, deviation_tolerance, min_size, out_indices, out_params, out_targets)
-                   : vornik1d::mesh_line(coords, indices, targets, force_even, min_elements, max_elements,
-                         deviation_tolerance, min_size, out_indices, out_params, out_targets);
+        switch (which) {
+        case overload::line:
+            return vornik1d::mesh_line(coords, indices, params, targets, force_even, min_elements,
+                max_elements, deviation_tolerance, min_size, out_indices, out_params, out_targets);
+        case overload::line_by_chord_length:
+            return vornik1d::mesh_line(coords, indices, targets, force_even, min_elements, max_elements,
+                deviation_tolerance, min_size, out_indices, out_params, out_targets);
+        case overload::spline:
+            break;
+        }
+        return vornik1d::mesh_spline(coords, indices, targets, force_even, min_elements, max_elements,
+            deviation_tolerance, min_size, default_size, max_gradation, out_indices, out_params, out_targets,
+            deviation);
     };
     return metrics.empty() ? call(sizes, out_sizes) : call(metrics, out_metrics);
+}
+
+meshing meshing::copy() const
+{
+    meshing m = *this;
+    detach(m.coords), detach(m.indices), detach(m.params), detach(m.sizes), detach(m.metrics);
+    detach(m.out_indices), detach(m.out_params), detach(m.out_sizes), detach(m.out_metrics);
+    return m;
 }
 
 void meshing::use_tensors()
@@ -108,10 +139,10 @@ void meshing::use_tensors()
         vornik::metrics_iso_to_aniso3d(sizes, metrics);
 }
 
-std::vector<unsigned> meshing::pinned() const
+numbers meshing::pinned() const
 {
     auto const all = mesh();
-    std::vector<unsigned> result;
+    numbers result;
     std::copy_if(all.begin(), all.end(), std::back_inserter(result),
         [this](unsigned node) { return node < indices.size(); });
     return result;
@@ -132,7 +163,7 @@ meshing spline_of(dense2D<double> const& coords, double size, bool is_closed)
 {
     auto const n = static_cast<unsigned>(coords.cols());
     meshing m;
-    m.as_spline = true;
+    m.which = meshing::overload::spline;
     m.coords = coords;
     m.indices.push_back(is_closed ? n - 1 : 0);
     for (unsigned k = 0; k < n; ++k) m.indices.push_back(k);
@@ -140,4 +171,40 @@ meshing spline_of(dense2D<double> const& coords, double size, bool is_closed)
     m.indices.push_back(is_closed ? 1 : n - 1);
     m.sizes = dense1D<double>(m.indices.size(), size);
     return m;
+}
+
+int remeshing::run()
+{
+    using vornik1d::remesh_lines;
+    if (which == overload::plain)
+        return remesh_lines(coords, connect, default_size, force_even, max_angle, deviation_tolerance,
+            max_gradation, min_size, min_elements, max_elements);
+    if (which == overload::with_colors)
+        return remesh_lines(coords, connect, default_size, colors, force_even, max_angle, deviation_tolerance,
+            max_gradation, min_size, min_elements, max_elements);
+    return remesh_lines(coords, connect, default_size, sizes, colors, hard_nodes, hard_edges, force_even,
+        max_angle, deviation_tolerance, max_gradation, min_size, min_elements, max_elements);
+}
+
+double length_of(dense2D<double> const& coords, dense2D<unsigned> const& connect)
+{
+    double length = 0;
+    EXPECT_EQ(vornik1d::length(coords, connect, length), 0);
+    return length;
+}
+
+remeshing remeshing::copy() const
+{
+    remeshing r = *this;
+    detach(r.coords), detach(r.connect), detach(r.colors), detach(r.hard_nodes);
+    return r;
+}
+
+remeshing network_of(dense2D<double> const& coords, double size)
+{
+    remeshing r;
+    r.coords = coords;
+    r.default_size = size;
+    EXPECT_EQ(vornik1d::indices_to_connectE2(nodes_up_to(coords.cols()), r.connect), 0);
+    return r;
 }

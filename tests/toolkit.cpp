@@ -1,26 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include <vornik/toolkit.h>
 
 #include "support.h"
 
 using namespace trelk;
 
-TEST(toolkit, checks_node_numbers)
-{
-    EXPECT_TRUE(vornik::check_IDs(nodes({}), 0));
-    EXPECT_TRUE(vornik::check_IDs(nodes({0, 2}), 3));
-    EXPECT_FALSE(vornik::check_IDs(nodes({0, 3}), 3));
-
-    auto const edge = vornik::element_type::edge;
-    dense2D<unsigned> connect;
-    EXPECT_TRUE(vornik::check_IDs(connect, edge, 0));
-    ASSERT_TRUE(connect.resize(3, 2, 1));
-    connect(2, 1) = 99; // an interior node, which is not looked at
-    EXPECT_TRUE(vornik::check_IDs(connect, edge, 2));
-    EXPECT_FALSE(vornik::check_IDs(connect, edge, 1));
-    EXPECT_FALSE(vornik::check_IDs(connect.sub_matrix(0, 0, 1, 2), edge, 100));
-}
+constexpr auto edge = vornik::element_type::edge;
 
 TEST(toolkit, usable_targets_are_positive_and_finite)
 {
@@ -28,71 +16,96 @@ TEST(toolkit, usable_targets_are_positive_and_finite)
     for (double const bad : {0.0, -0.0, -1.0, infinity, not_a_number})
         EXPECT_FALSE(vornik::are_valid_metrics(reals({1, bad}))) << bad;
 
-    // In space: l l^T with unit diagonal, but for one pivot.
-    auto const pivots = [](double p0, double p1, double p2) -> std::vector<double> {
-        return {p0, 2 * p0, 4 * p0 + p1, 3 * p0, 6 * p0 + 5 * p1, 9 * p0 + 25 * p1 + p2};
-    };
-    EXPECT_TRUE(vornik::are_valid_metrics(columns({{2, 1, 1}, {1, 0, 1e-9}})));
-    EXPECT_TRUE(vornik::are_valid_metrics(columns({pivots(1, 1, 1)})));
+    EXPECT_TRUE(vornik::are_valid_metrics(columns({{2, 1, 1}, {1, 0, 1e-9}, {4, 4, 4.1}})));
+    // In space, but for the last pivot: [4 4 6; 4 5 8; 6 8 13].
+    EXPECT_TRUE(vornik::are_valid_metrics(columns({{4, 4, 5, 6, 8, 13.1}})));
     for (auto const& bad : {std::vector<double>{1, 1, 1}, {-1, 0, -1}, {1, not_a_number, 1}, {infinity, 0, 1},
-             {1, 0}, {1, 0, 1, 0}, pivots(-1, 1, 1), pivots(1, -1, 1), pivots(1, 1, -1)})
-        EXPECT_FALSE(vornik::are_valid_metrics(columns({bad}))) << testing::PrintToString(bad);
+             {4, 4, 3.9}, {1, 0}, {1, 0, 1, 0}, {4, 4, 5, 6, 8, 12.9}, {4, 4, 3.9, 6, 8, 99},
+             {-4, -4, -3, 6, 8, 13.1}, {1, 0, 1, 0, 0, infinity}})
+        EXPECT_FALSE(
+            vornik::are_valid_metrics(columns({{1, 0, 1, 0, 0, 1}, bad}).sub_matrix(0, 1, bad.size(), 1)))
+            << testing::PrintToString(bad);
 }
 
-TEST(toolkit, the_lower_of_two_bounds_counts)
+TEST(toolkit, neighbors_agree_with_brute_force)
 {
-    for (auto const& [first, second] : {std::pair(0.5, 2.0), {2.0, 0.5}}) {
-        symmetric_fixed<double, 2> metric{0.01, 0, 100}; // sizes 10 and 0.1
-        vornik::bound_metric(metric, first, second);
-        EXPECT_DOUBLE_EQ(metric[0], 4);
-        EXPECT_DOUBLE_EQ(metric[2], 100);
+    random_numbers random(4);
+    for (unsigned trial = 0; trial < 300; ++trial) {
+        element_list mesh(1 + random.below(30));
+        unsigned const factor = trial % 2 == 0 ? 1 : 120'000'000; // near numbers and far ones
+        for (auto& ends : mesh) ends = {random.below(35) * factor + 7, random.below(35) * factor + 7};
+        element_list expected(mesh.size());
+        for (std::size_t e = 0; e < mesh.size(); ++e)
+            for (std::size_t i = 0; i < 2; ++i) {
+                numbers owners;
+                for (unsigned f = 0; f < mesh.size(); ++f)
+                    for (unsigned const end : mesh[f])
+                        if (end == mesh[e][1 - i]) owners.push_back(f);
+                bool const is_pair = owners.size() == 2 && owners[0] != owners[1];
+                expected[e].push_back(is_pair ? owners[owners[0] == e ? 1 : 0] : vornik::none);
+            }
+        dense2D<unsigned> neighbors;
+        ASSERT_EQ(vornik::get_neighbors(columns(mesh), edge, false, neighbors), 0);
+        ASSERT_EQ(values_of(neighbors), expected);
     }
 }
 
-TEST(toolkit, refuses_what_is_no_line_mesh)
+TEST(toolkit, colors_have_boundaries_where_neighbors_fit)
 {
-    auto const edge = vornik::element_type::edge;
-    auto const line = columns<unsigned>({{0, 1}, {1, 2}});
-    auto const one_row = columns<unsigned>({{0, 1}}).sub_matrix(0, 0, 1, 1);
-    auto const colors = nodes({3, 4});
-    auto const neighbors = columns<unsigned>({{1, 9}, {9, 0}});
-    dense2D<unsigned> result = line;
-    EXPECT_EQ(vornik::get_neighbors({}, edge, false, result), 0);
+    auto const line = columns<unsigned>({{0, 1}, {1, 2}}), sides = columns<unsigned>({{1, 9}, {9, 0}});
+    dense2D<unsigned> result;
+    auto const status = [&](dense2D<unsigned> const& mesh, dense2D<unsigned> const& neighbors) {
+        return vornik::get_colors_boundaries(mesh, neighbors, nodes({3, 4}), edge, false, false, result);
+    };
+    EXPECT_EQ(status(line, sides), 0);
+    EXPECT_EQ(values_of(result), element_list{{1}});
+    EXPECT_EQ(status(line.sub_matrix(0, 0, 1, 2), sides), -1);
+    EXPECT_EQ(status(line, sides.sub_matrix(0, 0, 2, 1)), -2);
+    EXPECT_EQ(status(line, sides.sub_matrix(0, 0, 1, 2)), -2);
     EXPECT_TRUE(result.empty());
-    EXPECT_EQ(vornik::get_neighbors(one_row, edge, false, result), -1);
-    EXPECT_EQ(vornik::get_colors_boundaries(line, neighbors, colors, edge, false, false, result), 0);
-    EXPECT_EQ(values_of(result), (std::vector<std::vector<unsigned>>{{1}}));
-    EXPECT_EQ(vornik::get_colors_boundaries({}, neighbors, colors, edge, false, false, result), 0);
-    EXPECT_TRUE(result.empty());
-    EXPECT_EQ(vornik::get_colors_boundaries(one_row, neighbors, colors, edge, false, false, result), -1);
-    for (auto const& wrong : {neighbors.sub_matrix(0, 0, 2, 1), neighbors.sub_matrix(0, 0, 1, 2)})
-        EXPECT_EQ(vornik::get_colors_boundaries(line, wrong, colors, edge, false, false, result), -2);
+}
+
+TEST(toolkit, gradation_bounds_growth_along_edges)
+{
+    random_numbers random(3);
+    std::size_t const n = 40;
+    auto const coords = arc(n, 3, 3);
+    dense2D<unsigned> edges;
+    ASSERT_EQ(vornik1d::indices_to_connectE2(nodes_up_to(n + 1), edges), 0);
+    dense1D<double> sizes(n + 1);
+    for (double& h : sizes) h = random.between(0.01, 2);
+    auto const asked = values_of(sizes);
+    dense2D<double> metrics;
+    ASSERT_TRUE(vornik::metrics_iso_to_aniso3d(sizes, metrics));
+    vornik::bound_metric_gradations(coords, edges, edge, {}, true, -1, 0.3, sizes);
+    vornik::bound_metric_gradations(coords, edges, edge, {}, true, 0, 0.3, metrics);
+    double const step = 2 * std::sin(1.5 / double(n));
+    for (std::size_t k = 0; k <= n; ++k) {
+        double least = infinity;
+        for (std::size_t i = 0; i <= n; ++i)
+            least = std::min(least, asked[i] + 0.3 * step * std::abs(double(i) - double(k)));
+        EXPECT_NEAR(sizes[k], least, 1e-12);
+        EXPECT_NEAR(1 / std::sqrt(metrics(5, k)), least, 1e-9);
+    }
+    vornik::bound_metric_gradations(coords, edges, edge, {}, true, -1, 0, sizes); // no growth at all
+    EXPECT_EQ(*std::max_element(sizes.begin(), sizes.end()), *std::min_element(asked.begin(), asked.end()));
 }
 
 TEST(toolkit, gradation_passes_over_what_it_cannot_bound)
 {
-    auto const edge = vornik::element_type::edge;
-    auto const coords = columns({{0, 0}, {1, 0}});
-    auto const beyond = columns<unsigned>({{0, 2}, {2, 1}});
-    auto const pair = columns<unsigned>({{0, 1}});
-    auto const flat = columns({{1, 0, 1}, {1e-4, 0, 1e-4}});
-    auto const deep = columns({{1, 0, 1, 0, 0, 1}, {1e-4, 0, 1e-4, 0, 0, 1e-4}});
-    for (auto const& [mesh, growth] :
-        {std::pair(beyond, 0.3), {pair, -1.0}, {pair, not_a_number}, {pair.sub_matrix(0, 0, 1, 1), 0.3}}) {
+    auto const pair = columns<unsigned>({{0, 1}}), beyond = columns<unsigned>({{0, 2}, {2, 1}});
+    point_list const flat = {{1, 0, 1}, {1e-4, 0, 1e-4}};
+    for (auto const& [mesh, growth, far] : {std::tuple(beyond, 0.3, 1.0), {pair, -1.0, 1.0},
+             {pair, not_a_number, 1.0}, {pair.sub_matrix(0, 0, 1, 1), 0.3, 1.0}, {pair, 0.3, infinity}}) {
         auto sizes = reals({1, 100});
-        auto metrics = columns(values_of(flat));
-        vornik::bound_metric_gradations(coords, mesh, edge, {}, true, -1, growth, sizes);
-        vornik::bound_metric_gradations(coords, mesh, edge, {}, true, 0, growth, metrics);
+        auto metrics = columns(flat);
+        vornik::bound_metric_gradations(columns({{0, 0}, {far, 0}}), mesh, edge, {}, true, -1, growth, sizes);
+        vornik::bound_metric_gradations(
+            columns({{0, 0}, {far, 0}}), mesh, edge, {}, true, 0, growth, metrics);
         EXPECT_EQ(sizes[1], 100);
-        EXPECT_EQ(values_of(metrics), values_of(flat));
+        EXPECT_EQ(values_of(metrics), flat);
     }
-    for (auto const& [rows, tensors] : {std::pair(2U, deep), {3U, flat}}) { // tensors of the other dimension
-        auto points = columns({std::vector<double>(rows, 0), std::vector<double>(rows, 1)});
-        auto metrics = columns(values_of(tensors));
-        vornik::bound_metric_gradations(points, pair, edge, {}, true, 0, 0.3, metrics);
-        EXPECT_EQ(values_of(metrics), values_of(tensors));
-    }
-    auto metrics = columns(values_of(flat));
-    vornik::bound_metric_gradations(columns({{0, 0}, {infinity, 0}}), pair, edge, {}, true, 0, 0.3, metrics);
-    EXPECT_EQ(values_of(metrics), values_of(flat));
+    auto of_plane = columns(flat); // tensors of the other dimension
+    vornik::bound_metric_gradations(columns({{0, 0, 0}, {1, 1, 1}}), pair, edge, {}, true, 0, 0.3, of_plane);
+    EXPECT_EQ(values_of(of_plane), flat);
 }
