@@ -101,7 +101,7 @@ remeshing remesh(
     options.min_size = chosen.min_size;
     options.sizes = sizes;
     options.colors = &colors;
-    options.hard_nodes = &break_nodes;
+    options.break_nodes = &break_nodes;
     auto const start = std::chrono::steady_clock::now();
     require_success(trelk::vornik1d::remesh_lines(coords, connect, chosen.size, options), "remesh_lines");
     std::chrono::duration<double, std::milli> const elapsed = std::chrono::steady_clock::now() - start;

@@ -5,11 +5,11 @@
 
 int main()
 {
-    trelk::dense2D<double> coords{{0, 0}, {10, 0}, {10, 6}}; // a node per column
-    trelk::dense2D<unsigned> connect{{0, 1}, {1, 2}};        // an element per column
+    trelk::dense2D<double> coords{{0, 0}, {10, 0}, {10, 6}}; // three nodes, one per brace
+    trelk::dense2D<unsigned> connect{{0, 1}, {1, 2}};        // two elements, by their end nodes
     int const status = trelk::vornik1d::remesh_lines(coords, connect, 2.0);
     for (auto const element : connect.columns())
-        for (unsigned const node : element) // two lines per element: its ends
+        for (unsigned const node : element) // prints its two ends
             std::printf("%g %g\n", coords(0, node), coords(1, node));
     return status; // 0 for success
 }

@@ -16,7 +16,7 @@ int main()
     options.sizes = {0, 0, 0.5};       // finer at node 2, the junction
     options.colors = &roads;
     int const status = remesh_lines(coords, connect, 2.0, options);
-    if (status != 0) return std::puts(status_text(status)), 1;
+    if (status != 0) return std::puts(status_text(status, options)), 1;
     for (std::size_t e = 0; e < connect.cols(); ++e)
         std::printf("road %u: (%.2f, %.2f) to (%.2f, %.2f)\n", roads[e], coords(0, connect(0, e)),
             coords(1, connect(0, e)), coords(0, connect(1, e)), coords(1, connect(1, e)));

@@ -60,19 +60,20 @@ TEST(options, mesh_as_the_full_argument_lists_do)
 {
     for (double const tolerance : {0.0, 0.01, -0.01}) {
         rings a(40), b(40), c(40);
-        dense1D<unsigned> colors{3, 3, 5}, colors_b{3, 3, 5}, hard_nodes{7}, hard_nodes_b{7}, none;
+        dense1D<unsigned> colors{3, 3, 5}, colors_b{3, 3, 5}, break_nodes, hard_nodes_b{7};
         remesh_options options;
         options.deviation_tolerance = tolerance;
         options.max_angle = 30, options.max_gradation = 0.4, options.min_size = 0.01;
         options.force_even = true, options.min_elements = 2, options.max_elements = 50;
-        options.sizes = {0.1, 0, 0.4}, options.colors = &colors, options.hard_nodes = &hard_nodes;
+        options.sizes = {0.1, 0, 0.4}, options.colors = &colors, options.hard_nodes = {7},
+        options.break_nodes = &break_nodes;
         options.hard_edges = {4, 5};
         EXPECT_EQ(remesh_lines(a.coords, a.connect, 0.7, options), 0);
         EXPECT_EQ(remesh_lines(b.coords, b.connect, 0.7, {0.1, 0, 0.4}, colors_b, hard_nodes_b, {4, 5}, true,
                       30, tolerance, 0.4, 0.01, 2, 50),
             0);
         EXPECT_TRUE(a.coords == b.coords && a.connect == b.connect);
-        EXPECT_TRUE(colors == colors_b && hard_nodes == hard_nodes_b);
+        EXPECT_TRUE(colors == colors_b && break_nodes == hard_nodes_b);
 
         rings d(40);
         options = {};
@@ -147,11 +148,15 @@ TEST(options, return_the_statuses_of_the_fullest_overload)
     options.min_size = -1;
     EXPECT_EQ(remesh_lines(coords, connect, 0.1, options), -12);
     EXPECT_TRUE(out.empty() && coords.cols() == 2 && connect.cols() == 1);
+    EXPECT_EQ(mesh_line(coords, {0, 1}, {1, 1}, out), 0); // no matrix of 1 x 1
+    EXPECT_EQ(mesh_straight(coords, {0, 1}, {1, 1}, false, out), 0);
 
     EXPECT_EQ(std::string("success"), status_text(0));
     EXPECT_EQ(std::string("argument 13 is wrong"), status_text(-13));
     EXPECT_EQ(std::string(status_text(-195)), status_text(no_storage));
     EXPECT_EQ(std::string(status_text(-14)), "unknown status");
+    EXPECT_EQ(std::string(status_text(-12, options)), "min_size is wrong");
+    EXPECT_EQ(std::string(status_text(no_storage, few)), status_text(no_storage, spline_options()));
 }
 
 TEST(helpers, guide_nodes_keep_all_nodes_of_a_curve)
@@ -206,9 +211,9 @@ TEST(helpers, loops_do_not_collapse)
             ASSERT_EQ(loop_sizes(kept.coords, kept.connect, size, options, 4, sizes), 0);
             EXPECT_TRUE(kept.coords == plain.coords && kept.connect == plain.connect);
             dense1D<unsigned> breaks, plain_breaks;
-            options.hard_nodes = &plain_breaks;
+            options.break_nodes = &plain_breaks;
             ASSERT_EQ(remesh_lines(plain.coords, plain.connect, size, options), 0);
-            options.sizes = sizes, options.hard_nodes = &breaks;
+            options.sizes = sizes, options.break_nodes = &breaks;
             ASSERT_EQ(remesh_lines(kept.coords, kept.connect, size, options), 0);
 
             auto const before = elements_of_rings(plain.connect, plain_breaks);

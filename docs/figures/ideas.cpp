@@ -270,14 +270,15 @@ void draw_corners(std::filesystem::path const& folder)
     if (!old_connect.copy(connect) || !old_colors.copy(colors)) throw std::bad_alloc();
 
     //! [remesh]
-    auto hard_nodes = list_of<unsigned>({4});
+    dense1D<unsigned> break_nodes;
     vornik1d::remesh_options options;
     options.deviation_tolerance = 0.02;
     options.max_angle = 30.0;
     options.colors = &colors;
-    options.hard_nodes = &hard_nodes;
+    options.hard_nodes = {4};
+    options.break_nodes = &break_nodes;
     require_success(vornik1d::remesh_lines(coords, connect, /* default_size */ 0.5, options));
-    // Now hard_nodes holds all break nodes.
+    // Now break_nodes holds node 4 and all other nodes at which lines were cut.
     //! [remesh]
 
     std::array<color, 4> const inks = {blue, vermilion, green, grey};
@@ -293,7 +294,7 @@ void draw_corners(std::filesystem::path const& folder)
             {{"After", counted(connect.cols()) + "; rings mark the break nodes", black},
                 [&](map_frame const& map) {
                     draw(map, connect, colors);
-                    for (unsigned const node : hard_nodes)
+                    for (unsigned const node : break_nodes)
                         map.circle({coords(0, node), coords(1, node)}, 0.1, black, 1.2);
                     map.label({0.15, -0.3}, "end", black);
                     map.label({0.8, 0.3}, "hard node", black);

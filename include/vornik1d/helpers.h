@@ -1,7 +1,7 @@
 #pragma once
 
-// Inline helpers for steps at which people go wrong. They call exported functions alone, throw nothing, and run in
-// linear time unless they say otherwise.
+// Inline helpers for steps at which people go wrong. They call exported functions alone and throw nothing.
+// They run in linear time unless they say otherwise.
 
 #include <algorithm>
 #include <cstddef>
@@ -16,7 +16,8 @@ namespace trelk::vornik1d {
 /// @{
 
 /// Puts a status into words: "success", "argument 4 is wrong", "no memory ...". Arguments are counted from 1
-/// in the overload that was called; an overload with options counts as its fullest one.
+/// in the overload that was called. For an overload with options, pass the options too: the text then names
+/// the argument or option, for example "max_angle is wrong".
 [[nodiscard]] inline char const* status_text(int status) noexcept
 {
     constexpr char const* texts[] = {"success", "argument 1 is wrong", "argument 2 is wrong",
@@ -26,7 +27,77 @@ namespace trelk::vornik1d {
     if (status >= 0) return texts[0]; // `mesh_reorient` returns a count
     if (status > -14) return texts[-status];
     bool const is_memory = status == no_storage || status == -196 || status == -195; // short `remesh_lines`
-    return is_memory ? "no memory, or more nodes than 32-bit numbers can name" : "unknown status";
+    return is_memory ? "no memory, or sizes so small that 32-bit numbers cannot name the nodes"
+                     : "unknown status";
+}
+
+/// Puts a status of `remesh_lines` into words.
+[[nodiscard]] inline char const* status_text(int status, remesh_options const&) noexcept
+{
+    switch (status) {
+    case -1:
+        return "coords is wrong";
+    case -2:
+        return "connect, or the coords of its nodes, are wrong";
+    case -3:
+        return "default_size, or an entry of sizes, is wrong";
+    case -5:
+        return "min_elements is wrong";
+    case -7:
+        return "hard_edges is wrong";
+    case -9:
+        return "max_angle is wrong";
+    case -11:
+        return "max_gradation is wrong";
+    case -12:
+        return "min_size is wrong";
+    case -13:
+        return "min_elements is above max_elements";
+    default:
+        return status_text(status);
+    }
+}
+
+/// Puts a status of `mesh_line` into words.
+[[nodiscard]] inline char const* status_text(int status, line_options const&) noexcept
+{
+    switch (status) {
+    case -1:
+        return "coords is wrong";
+    case -2:
+        return "the chain, or the coords of its nodes, are wrong";
+    case -3:
+        return "params is wrong";
+    case -4:
+        return "sizes or metrics are wrong";
+    case -6:
+        return "min_elements or max_elements is wrong";
+    case -11:
+        return "out_metrics has the wrong row count";
+    default:
+        return status_text(status);
+    }
+}
+
+/// Puts a status of `mesh_spline` into words.
+[[nodiscard]] inline char const* status_text(int status, spline_options const&) noexcept
+{
+    switch (status) {
+    case -1:
+        return "coords is wrong";
+    case -2:
+        return "the chain with its guide nodes is wrong";
+    case -3:
+        return "sizes or metrics are wrong";
+    case -5:
+        return "min_elements or max_elements is wrong";
+    case -8:
+        return "min_size is wrong";
+    case -13:
+        return "out_metrics has the wrong row count";
+    default:
+        return status_text(status);
+    }
 }
 
 /// @cond inside
@@ -196,14 +267,14 @@ private:
     dense1D<double> lengths_;
 };
 
-/// Remeshes a copy of a network. `colors` and `hard_nodes` become those of the new mesh.
+/// Remeshes a copy of a network. `colors` and `break_nodes` become those of the new mesh.
 inline int try_remesh(dense2D<double> const& coords, dense2D<unsigned> const& connect, double default_size,
-    remesh_options options, dense1D<unsigned>& colors, dense1D<unsigned>& hard_nodes) noexcept
+    remesh_options options, dense1D<unsigned>& colors, dense1D<unsigned>& break_nodes) noexcept
 {
     dense2D<double> new_coords;
     dense2D<unsigned> new_connect = connect; // replaced, not changed
     if (!new_coords.copy(coords)) return no_storage;
-    options.colors = &colors, options.hard_nodes = &hard_nodes;
+    options.colors = &colors, options.break_nodes = &break_nodes;
     return remesh_lines(new_coords, new_connect, default_size, options);
 }
 
@@ -229,8 +300,8 @@ inline int try_remesh(dense2D<double> const& coords, dense2D<unsigned> const& co
 /// @param coords, connect, default_size, options  as `remesh_lines` will get them; none is changed.
 /// @param min_elements  the least number of elements of a closed loop, usually 3.
 /// @param[out] sizes    replaced by a size per node, 0 where the default holds; unchanged on a failure.
-/// @return 0, also for an empty `connect`; n > 0 if n loops could not be helped within 100 trials; -5 if
-///         `min_elements` is above `options.max_elements`; otherwise as `remesh_lines`.
+/// @return 0, also for an empty `connect`; n > 0 if n loops still have too few elements after 100 trials; -5
+///         if `min_elements` is above `options.max_elements`; otherwise as `remesh_lines`.
 ///
 /// Cost: remeshes copies of the network, once without loops, usually 2 to 6 times with loops that collapse.
 [[nodiscard]] inline int loop_sizes(dense2D<double> const& coords, dense2D<unsigned> const& connect,
@@ -241,9 +312,7 @@ inline int try_remesh(dense2D<double> const& coords, dense2D<unsigned> const& co
     dense1D<double> result;
     dense1D<unsigned> colors;
     dense1D<unsigned> break_nodes;
-    if (!result.copy(options.sizes) || (options.colors && !colors.copy(*options.colors)) ||
-        (options.hard_nodes && !break_nodes.copy(*options.hard_nodes)))
-        return no_storage;
+    if (!result.copy(options.sizes) || (options.colors && !colors.copy(*options.colors))) return no_storage;
     if (connect.empty()) return sizes = result, 0;
     if (min_elements > options.max_elements) return -5;
 
@@ -263,9 +332,10 @@ inline int try_remesh(dense2D<double> const& coords, dense2D<unsigned> const& co
     for (int k = 0; k < most_trials && loops.size() > 0; ++k) {
         trial = options;
         trial.sizes = result;
-        dense1D<unsigned> hard_nodes;
-        if (!colors.copy(loops.labels) || !hard_nodes.copy(break_nodes)) return no_storage;
-        status = helpers_detail::try_remesh(coords, connect, default_size, trial, colors, hard_nodes);
+        trial.hard_nodes = break_nodes;
+        dense1D<unsigned> same_break_nodes;
+        if (!colors.copy(loops.labels)) return no_storage;
+        status = helpers_detail::try_remesh(coords, connect, default_size, trial, colors, same_break_nodes);
         if (status != 0) return status;
 
         std::fill(counts.begin(), counts.end(), 0);

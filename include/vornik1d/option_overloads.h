@@ -2,12 +2,18 @@
 
 // The bodies of the overloads that take options. `vornik1d.h` includes this file and documents them.
 
+#include <initializer_list>
+#include <type_traits>
+
 #include <vornik1d/vornik1d.h>
 
 namespace trelk::vornik1d {
 
 /// @cond inside
 namespace options_detail {
+
+template <class T>
+using if_real = std::enable_if_t<std::is_floating_point_v<T>>;
 
 /// The list that an option points to, or an empty list of its own if it points to none.
 template <class List>
@@ -61,10 +67,15 @@ inline int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect, dou
     remesh_options const& options) noexcept
 {
     options_detail::list_or_own<dense1D<unsigned>> colors(options.colors);
-    options_detail::list_or_own<dense1D<unsigned>> hard_nodes(options.hard_nodes);
-    return remesh_lines(coords, connect, default_size, options.sizes, colors, hard_nodes, options.hard_edges,
-        options.force_even, options.max_angle, options.deviation_tolerance, options.max_gradation,
-        options.min_size, options.min_elements, options.max_elements);
+    dense1D<unsigned> break_nodes; // hard nodes at first
+    bool const is_empty = connect.empty();
+    if (!is_empty && !break_nodes.copy(options.hard_nodes)) return no_storage;
+
+    int const status = remesh_lines(coords, connect, default_size, options.sizes, colors, break_nodes,
+        options.hard_edges, options.force_even, options.max_angle, options.deviation_tolerance,
+        options.max_gradation, options.min_size, options.min_elements, options.max_elements);
+    if (status == 0 && options.break_nodes) *options.break_nodes = break_nodes;
+    return status;
 }
 
 inline int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices, dense1D<double> const& sizes,
@@ -78,6 +89,22 @@ inline int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
 {
     return options_detail::mesh_line(coords, indices, metrics, out_indices, options, options.out_metrics);
 }
+
+/// @cond inside
+// A braced pair of whole numbers could also mean a matrix of that shape.
+[[nodiscard]] inline int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    std::initializer_list<double> sizes, dense1D<unsigned>& out_indices,
+    line_options const& options = {}) noexcept
+{
+    return mesh_line(coords, indices, dense1D<double>(sizes), out_indices, options);
+}
+
+[[nodiscard]] inline int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
+    std::initializer_list<double> sizes, bool force_even, dense1D<unsigned>& out_indices) noexcept
+{
+    return mesh_straight(coords, indices, dense1D<double>(sizes), force_even, out_indices);
+}
+/// @endcond
 
 inline int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b, end_sizes const& sizes,
     dense1D<unsigned>& out_indices) noexcept
@@ -103,5 +130,39 @@ inline int subdivide(dense1D<double>& params, dense1D<double>& sizes, dense1D<un
     return subdivide(params, sizes, indices, options.round_up, options.force_even, options.min_elements,
         options.max_elements, new_indices);
 }
+
+/// @cond inside
+// A number of elements is a whole number. A size in its place does not compile: use `end_sizes`, or a list.
+template <class Size, class = options_detail::if_real<Size>>
+int mesh_straight(dense2D<double>&, dense1D<unsigned> const&, Size, bool, dense1D<unsigned>&) = delete;
+template <class Size, class = options_detail::if_real<Size>>
+int mesh_straight(dense2D<double>&, unsigned, unsigned, Size, dense1D<unsigned>&) = delete;
+template <class Size, class = options_detail::if_real<Size>>
+int mesh_straight(dense2D<double>&, unsigned, unsigned, unsigned, Size, dense1D<unsigned>&) = delete;
+template <class Size, class = options_detail::if_real<Size>>
+int extrude_translate(dense2D<double>&, vector_fixed<double, 2> const&, vector_fixed<double, 2> const&, Size,
+    dense1D<unsigned>&) = delete;
+template <class Size, class = options_detail::if_real<Size>>
+int extrude_rotate(dense2D<double>&, vector_fixed<double, 2> const&, vector_fixed<double, 2> const&, double,
+    Size, dense1D<unsigned>&) = delete;
+template <class Size, class = options_detail::if_real<Size>>
+int extrude_translate(dense2D<double>&, vector_fixed<double, 3> const&, vector_fixed<double, 3> const&, Size,
+    dense1D<unsigned>&) = delete;
+template <class Size, class = options_detail::if_real<Size>>
+int extrude_rotate(dense2D<double>&, vector_fixed<double, 3> const&, vector_fixed<double, 3> const&,
+    vector_fixed<double, 3> const&, Size, dense1D<unsigned>&) = delete;
+template <class Size, class = options_detail::if_real<Size>>
+int extrude_translate(
+    dense2D<double>&, unsigned, vector_fixed<double, 2> const&, Size, dense1D<unsigned>&) = delete;
+template <class Size, class = options_detail::if_real<Size>>
+int extrude_rotate(
+    dense2D<double>&, unsigned, vector_fixed<double, 2> const&, double, Size, dense1D<unsigned>&) = delete;
+template <class Size, class = options_detail::if_real<Size>>
+int extrude_translate(
+    dense2D<double>&, unsigned, vector_fixed<double, 3> const&, Size, dense1D<unsigned>&) = delete;
+template <class Size, class = options_detail::if_real<Size>>
+int extrude_rotate(dense2D<double>&, unsigned, vector_fixed<double, 3> const&, vector_fixed<double, 3> const&,
+    Size, dense1D<unsigned>&) = delete;
+/// @endcond
 
 } // namespace trelk::vornik1d

@@ -25,11 +25,11 @@
 ///
 /// int main()
 /// {
-///     trelk::dense2D<double> coords{{0, 0}, {10, 0}, {10, 6}}; // a node per column
-///     trelk::dense2D<unsigned> connect{{0, 1}, {1, 2}};        // an element per column
+///     trelk::dense2D<double> coords{{0, 0}, {10, 0}, {10, 6}}; // three nodes, one per brace
+///     trelk::dense2D<unsigned> connect{{0, 1}, {1, 2}};        // two elements, by their end nodes
 ///     int const status = trelk::vornik1d::remesh_lines(coords, connect, 2.0);
 ///     for (auto const element : connect.columns())
-///         for (unsigned const node : element) // two lines per element: its ends
+///         for (unsigned const node : element) // prints its two ends
 ///             std::printf("%g %g\n", coords(0, node), coords(1, node));
 ///     return status; // 0 for success
 /// }
@@ -66,7 +66,9 @@ namespace trelk::vornik1d {
 /// documented as emptied. `status_text` in `<vornik1d/helpers.h>` puts a status into words.
 ///
 /// **Options.** Functions with many arguments also take a record of options, each with a default. These
-/// overloads return the statuses of the fullest overload, whatever was left out.
+/// overloads return the statuses of the fullest overload, whatever was left out. In C++20 a call can name the
+/// options in place, in the order of the record: `mesh_line(coords, chain, sizes, nodes, {.min_elements =
+/// 3})`.
 ///
 /// **Safety.** Functions throw nothing and keep neither state nor references to arguments. No argument makes
 /// them read or write outside the containers. Calls may run side by side unless one writes values that
@@ -77,7 +79,8 @@ namespace trelk::vornik1d {
 /// that no value you still need lies past the end of the output: a list that grows writes there.
 /// @{
 
-/// Status of a call that ran out of memory, or of 32-bit node numbers.
+/// Status of a call that ran out of memory, or of 32-bit node numbers because sizes are far too small. The
+/// two short overloads of `remesh_lines` return -196 and -195 instead.
 constexpr int no_storage = -199;
 
 /// A maximum number of elements that sets no limit.
@@ -94,7 +97,7 @@ constexpr unsigned no_color = 4294967295;
 ///
 /// | | `mesh_line` | `mesh_spline` | `remesh_lines`, for each chain |
 /// | --- | --- | --- | --- |
-/// | 0, NaN | sizes alone count; the mesh may cut corners | sizes alone count | `mesh_line`, which keeps all bends |
+/// | 0, NaN | sizes alone count; the mesh may cut corners | sizes alone count | `mesh_line`, which keeps all bends (a ring can collapse, see below) |
 /// | positive | a length: nodes of the chain stay nearer than this to the mesh | a length: elements stay within about this distance of the curve | a spline, if the spline stays within this length of the chain; otherwise `mesh_line` with this tolerance |
 /// | negative | sizes are bounded by the curvature of the chain | the same, relative to the radius of curvature | a spline, however far it strays from the chain |
 ///
@@ -119,29 +122,37 @@ constexpr unsigned no_color = 4294967295;
 ///
 /// `remesh_lines`:
 ///   - 0, NaN: `mesh_line` keeps the chain's nodes to 1e-12 of the chain's length, so a bent line gets no
-///     coarser.
+///     coarser. A ring is the exception: it can collapse to a single element, see `loop_sizes`.
 ///   - positive: the mesh of a spline may stray farther than the tolerance where a bend is tighter than it.
 
 /// @defgroup remeshing Remeshing
 /// Networks of lines.
 /// @{
 
-/// Options of `remesh_lines`. Each list that is changed is given as a pointer.
+/// Options of `remesh_lines`. A list that is changed is given as a pointer.
 struct remesh_options
 {
     double deviation_tolerance = 0; ///< How bends are treated: see @ref tolerances. Argument 10 in a status.
-    double max_angle = 40;     ///< A change of direction by more than this is a corner; degrees. Argument 9.
-    double max_gradation = 0;  ///< Growth of size per length on splines; 0 sets no limit. Argument 11.
-    double min_size = 0;       ///< Segments up to this length make no corners; floor of bounds. Argument 12.
-    bool force_even = false;   ///< Asks for an even number of elements on each chain.
-    unsigned min_elements = 1; ///< Minimum number of elements on each chain. Argument 13.
+    double max_angle = 40; ///< A larger change of direction is a corner; 0 to 90 degrees. Argument 9.
+
+    /// Growth of size per length, on splines only; 0 sets no limit. If it is positive, `sizes` hold at the
+    /// nodes alone, and `default_size` between them: so a large value can give a coarser mesh than 0.
+    /// Argument 11.
+    double max_gradation = 0;
+
+    /// Segments up to this length make no corners. It is also the least bound by curvature and by the lengths
+    /// of chains. Argument 12.
+    double min_size = 0;
+    bool force_even = false;          ///< Asks for an even number of elements on each chain.
+    unsigned min_elements = 1;        ///< Minimum number of elements on each chain. Argument 13.
     unsigned max_elements = no_limit; ///< Maximum number of elements on each chain.
 
     dense1D<double> sizes{}; ///< Target sizes by node number; entries that are not positive are ignored.
-    dense1D<unsigned>* colors = nullptr;     ///< In and out: a colour per element.
-    dense1D<unsigned>* hard_nodes = nullptr; ///< In: nodes to cut at. Out: all break nodes, ascending.
-    dense1D<unsigned>
-        hard_edges{}; ///< Elements, by column, that pass into the new mesh unchanged. Argument 7.
+    dense1D<unsigned> hard_nodes{};      ///< Nodes to cut at.
+    dense1D<unsigned> hard_edges{};      ///< Elements, by column, that pass unchanged. Argument 7.
+    dense1D<unsigned>* colors = nullptr; ///< In and out: a colour per element.
+    dense1D<unsigned>* break_nodes =
+        nullptr; ///< Out: replaced by all nodes at which lines were cut, ascending.
 };
 
 /// Replaces a mesh of lines by one whose elements follow target sizes. What was joined stays joined.
@@ -170,8 +181,8 @@ struct remesh_options
 /// @param[in,out] connect  an element per column, its end nodes in rows 0 and 1; further rows are ignored. It
 ///                 is replaced by a new matrix of 2 rows. Elements of one chain stand side by side in the
 ///                 order of travel.
-/// @param default_size  target size at nodes without one of their own, at least 0, in length units of the
-///                 model.
+/// @param default_size  target size at nodes without one of their own, in length units of the model:
+///                 positive, or 0 if every node has a size of its own.
 /// @param options  see `remesh_options`.
 /// @retval 0    success, also for an empty `connect`, whatever the other arguments are
 /// @retval -1   `coords` has neither 2 nor 3 rows
@@ -185,20 +196,21 @@ struct remesh_options
 /// @retval -199 no memory, or more nodes than 32-bit numbers can name
 ///
 /// Special cases:
-///   - **A chain that cannot be meshed** returns the status of its mesher: -1 or -2 for positions that are not
-///     finite, -2 for a chain of length 0 if `deviation_tolerance` is 0, -3 for a size that is 0 or not finite at
-///     one of its nodes (also at the ends of a chain of length 0 without `min_size`), -5 for a `min_elements` of
-///     0.
+///   - **A chain that cannot be meshed** returns the status of its mesher: -1 or -2 for positions that are
+///     not finite, -2 for a chain of length 0 if `deviation_tolerance` is 0, -3 for a size that is 0 or not
+///     finite at one of its nodes (also at the ends of a chain of length 0 without `min_size`), -5 for a
+///     `min_elements` of 0.
 ///   - **A ring** without break nodes begins and ends at the first node of its lowest element, and that node
 ///     stays. A ring whose size is near its length or above becomes a single element from a node to itself:
 ///     `loop_sizes` in `<vornik1d/helpers.h>` prevents that.
-///   - **Direction.** A line is also cut where two elements begin at one node, though that node is no break
-///     node. A run that begins there is taken up from its lowest element, so it may be cut once more,
-///     depending on the order of columns. `mesh_reorient` gives lines one direction.
-///   - **Angles.** A change of direction by more than a right angle is always a corner. From 90 degrees on,
+///   - **Mixed directions** cut lines: elements of one line should run one after the other. Where two
+///     elements end at one node, that node is a break node. Where two begin, the line is cut there too, and
+///     perhaps once more, depending on the order of columns. `mesh_reorient` gives each line one direction.
+///   - **Angles.** A change of direction by a right angle or more is always a corner. Above 90 degrees,
 ///     `max_angle` acts as its supplement, so 90 gives the fewest corners, and 180 makes every bend a corner.
 ///   - **Colours.** The list may be short or empty; `no_color` means none. Each chain gets the first colour
-///     along it, or a new colour above all others, as long as there are any below `no_color`.
+///     along it. A chain without any gets a new colour above all others, as long as there are any below
+///     `no_color`.
 ///   - **Hard nodes** above all nodes of `connect` are ignored.
 ///   - If `max_gradation` is positive, `default_size` has on splines the meaning that it has in
 ///     `mesh_spline`.
@@ -213,7 +225,7 @@ struct remesh_options
 /// The same with all arguments in a row; this is the fullest overload, whose statuses are listed above.
 /// @param sizes       see `remesh_options`; may be short or empty.
 /// @param[in,out] colors      see `remesh_options`; may be short or empty.
-/// @param[in,out] hard_nodes  see `remesh_options`; may be empty.
+/// @param[in,out] hard_nodes  nodes to cut at; replaced by all break nodes, ascending.
 /// @param hard_edges  see `remesh_options`; may be empty.
 /// @param force_even, max_angle, deviation_tolerance, max_gradation, min_size, min_elements, max_elements see
 ///                 `remesh_options`.
@@ -267,7 +279,7 @@ struct remesh_options
 struct line_options
 {
     double deviation_tolerance = 0; ///< How bends are treated: see @ref tolerances.
-    double min_size = 0;       ///< Floor of the bound by curvature, used only if the tolerance is negative.
+    double min_size = 0; ///< Least bound by curvature, for a negative tolerance; a negative one counts as 0.
     bool force_even = false;   ///< Asks for an even number of elements, even if it exceeds `max_elements`.
     unsigned min_elements = 1; ///< Minimum number of elements, at least 1. Argument 6 in a status.
     unsigned max_elements = no_limit; ///< Maximum number of elements before a positive tolerance adds more.
@@ -289,9 +301,10 @@ struct line_options
 /// int status = mesh_line(coords, {0, 1, 2}, {1.0, 0.2, 1.0}, nodes);
 /// ```
 ///
-/// The mesh runs from the first to the last entry of the chain. It does not use the interior nodes of the
-/// chain, unless a positive tolerance keeps them. New nodes are placed on the chain, and then usually once
-/// more on the mesh of the first placement. So they lie near the chain, but not always on it.
+/// One size for the whole line is `dense1D<double>(chain.size(), 0.5)`. The mesh runs from the first to the
+/// last entry of the chain. It does not use the interior nodes of the chain, unless a positive tolerance
+/// keeps them. New nodes are placed on the chain, and then usually once more on the mesh of the first
+/// placement. So they lie near the chain, but not always on it.
 ///
 /// @param[in,out] coords  d x n, d = 2 or 3: node positions, in length units of the model. New nodes are
 ///                 appended as columns; old columns do not change.
@@ -317,6 +330,8 @@ struct line_options
 ///     `min_elements`: a single element from a node to itself has no direction, so every deviation from it
 ///     counts as 0.
 ///   - `min_elements` elements, or a chain of 2 entries, take a single placement.
+///   - Lists that are used for several lines: `out_indices`, `out_sizes` and `out_metrics` grow, `out_params`
+///     is replaced. (`mesh_spline` appends to `out_params` too.)
 ///   - If sizes differ much between neighbours, each placement on the last mesh can lose elements, down to a
 ///     single one.
 ///   - If memory for the parameters and sizes of new nodes runs out, the result is 0, and the mesh may be
@@ -509,8 +524,8 @@ struct end_sizes
 ///
 /// @retval 0    success, also if `element_count` is 0, whatever the other arguments are
 /// @retval -1   `coords` has neither 2 nor 3 rows
-/// @retval -2,-3,-4 `node_a`, `node_b`, `node_c` is no column of `coords`; -3 also if all three nodes are at one
-///              place
+/// @retval -2,-3,-4 `node_a`, `node_b`, `node_c` is no column of `coords`; -3 also if all three nodes are at
+///              one place
 /// @retval -199 no memory, or more nodes than 32-bit numbers can name
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
     unsigned node_c, unsigned element_count, dense1D<unsigned>& out_indices) noexcept;
@@ -526,7 +541,7 @@ struct spline_options
     double deviation_tolerance = 0; ///< How curvature bounds the sizes: see @ref tolerances.
     double min_size = 0;            ///< Floor of the bound by curvature, and twice the least step of samples.
     double default_size = 0;        ///< With `max_gradation`: the size between the nodes of the curve.
-    double max_gradation = 0;       ///< Growth of size per length along the curve; 0 sets no limit.
+    double max_gradation = 0;       ///< Growth of size per length; 0 sets no limit. See below.
     bool force_even = false;   ///< Asks for an even number of elements, even if it exceeds `max_elements`.
     unsigned min_elements = 1; ///< Minimum number of elements, at least 1. Argument 5 in a status.
     unsigned max_elements = no_limit; ///< Maximum number of elements.
@@ -548,6 +563,11 @@ struct spline_options
 /// int status = mesh_spline(
 ///     coords, with_guides(chain, true), with_guides(chain, sizes, true), nodes, options);
 /// ```
+///
+/// With `max_gradation` g, neighbouring elements differ in length by a factor of about exp(g), and a few
+/// percent more where the curve bends: 0.3 gives about 1.37. On a closed curve this does not hold where its
+/// ends meet. Begin the chain where the curve is flat and elements are long, or mesh twice: the second time
+/// with the smaller of the two end sizes of the first mesh as the size at the first node.
 ///
 /// The first and the last chain entry are *guide nodes*: they shape the tangents at the ends of the curve and
 /// are not on it. The mesh runs from the second entry to the last but one. An open curve through a, b, ...,
@@ -585,7 +605,7 @@ struct spline_options
 ///     curve can get `max_elements` elements. Sizes below `min_size` are not raised.
 ///   - `default_size` has an effect only if it and `max_gradation` are positive. It is then the size
 ///     everywhere except at the nodes of the curve, before the bounds.
-///   - `max_gradation` has no effect from the largest double on, nor across the joint of a closed curve.
+///   - `max_gradation` has no effect from the largest double on.
 ///   - **Far nodes.** Curvature is averaged between two nodes at which the chain bends. If nodes are far
 ///     apart there, the mesh strays farther: up to about twice the tolerance at the nose of an airfoil of 61
 ///     nodes, 1.2 times with 241 nodes. Nodes closer together than 1e-12 length units do not bend.
@@ -635,8 +655,8 @@ struct spline_options
     dense1D<unsigned>& out_indices, dense1D<double>& out_params, dense1D<double>& out_sizes,
     double& deviation) noexcept;
 
-/// Meshes a spline by tensors, with all arguments in a row; meaning and statuses are those of the overload with
-/// options.
+/// Meshes a spline by tensors, with all arguments in a row; meaning and statuses are those of the overload
+/// with options.
 [[nodiscard]] VORNIK1D_API int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense2D<double> const& metrics, bool force_even, unsigned min_elements, unsigned max_elements,
     double deviation_tolerance, double min_size, double default_size, double max_gradation,
@@ -1180,7 +1200,7 @@ VORNIK1D_API int flip(dense2D<unsigned>& connect) noexcept;
 ///                 component that has an element after `start` is treated too, and is oriented like the first
 ///                 of them.
 /// @return the number of turns, in which an element of a branching line can count more than once; 0 without
-/// columns, whatever the other arguments are
+///         columns, whatever the other arguments are
 /// @retval -1   `connect` has fewer than 2 rows, or a node 4294967295
 /// @retval -2   `neighbors` has another shape, or names a neighbour that does not have the node in question;
 ///              turns made before that are kept

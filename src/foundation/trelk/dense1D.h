@@ -122,6 +122,14 @@ public:
     /// @}
 
     /// @{
+    /// The first and the last value of a list that is not empty; only debug builds test it.
+    T& front() noexcept { return (*this)[0]; }
+    T& back() noexcept { return (*this)[size_ - 1]; }
+    T const& front() const noexcept { return (*this)[0]; }
+    T const& back() const noexcept { return (*this)[size_ - 1]; }
+    /// @}
+
+    /// @{
     /// The values, contiguous in memory.
     T* begin() noexcept { return base::first(); }
     T* end() noexcept { return base::first() + size_; }
