@@ -849,10 +849,7 @@ struct spline_options
 /// The same with a record of sizes.
 [[nodiscard]] inline int extrude_translate(dense2D<double>& coords,
     vector_fixed<double, 2> const& start_point, vector_fixed<double, 2> const& vector, end_sizes const& sizes,
-    dense1D<unsigned>& indices) noexcept
-{
-    return extrude_translate(coords, start_point, vector, sizes.start, sizes.end, sizes.force_even, indices);
-}
+    dense1D<unsigned>& indices) noexcept;
 /// The same in space.
 [[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords,
     vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& vector, double size_a,
@@ -860,10 +857,7 @@ struct spline_options
 /// The same with a record of sizes.
 [[nodiscard]] inline int extrude_translate(dense2D<double>& coords,
     vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& vector, end_sizes const& sizes,
-    dense1D<unsigned>& indices) noexcept
-{
-    return extrude_translate(coords, start_point, vector, sizes.start, sizes.end, sizes.force_even, indices);
-}
+    dense1D<unsigned>& indices) noexcept;
 /// From a node along a vector, in equal steps.
 [[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 2> const& vector, unsigned element_count, dense1D<unsigned>& indices) noexcept;
@@ -876,20 +870,14 @@ struct spline_options
     dense1D<unsigned>& indices) noexcept;
 /// The same with a record of sizes.
 [[nodiscard]] inline int extrude_translate(dense2D<double>& coords, unsigned start_node,
-    vector_fixed<double, 2> const& vector, end_sizes const& sizes, dense1D<unsigned>& indices) noexcept
-{
-    return extrude_translate(coords, start_node, vector, sizes.start, sizes.end, sizes.force_even, indices);
-}
+    vector_fixed<double, 2> const& vector, end_sizes const& sizes, dense1D<unsigned>& indices) noexcept;
 /// The same in space.
 [[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 3> const& vector, double size_a, double size_b, bool force_even,
     dense1D<unsigned>& indices) noexcept;
 /// The same with a record of sizes.
 [[nodiscard]] inline int extrude_translate(dense2D<double>& coords, unsigned start_node,
-    vector_fixed<double, 3> const& vector, end_sizes const& sizes, dense1D<unsigned>& indices) noexcept
-{
-    return extrude_translate(coords, start_node, vector, sizes.start, sizes.end, sizes.force_even, indices);
-}
+    vector_fixed<double, 3> const& vector, end_sizes const& sizes, dense1D<unsigned>& indices) noexcept;
 
 /// From a new node about a centre, in equal steps.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords,
@@ -902,11 +890,7 @@ struct spline_options
 /// The same with a record of sizes.
 [[nodiscard]] inline int extrude_rotate(dense2D<double>& coords, vector_fixed<double, 2> const& start_point,
     vector_fixed<double, 2> const& center, double angle, end_sizes const& sizes,
-    dense1D<unsigned>& indices) noexcept
-{
-    return extrude_rotate(
-        coords, start_point, center, angle, sizes.start, sizes.end, sizes.force_even, indices);
-}
+    dense1D<unsigned>& indices) noexcept;
 /// From a node about a centre, in equal steps.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 2> const& center, double angle, unsigned element_count,
@@ -918,11 +902,7 @@ struct spline_options
 /// The same with a record of sizes.
 [[nodiscard]] inline int extrude_rotate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 2> const& center, double angle, end_sizes const& sizes,
-    dense1D<unsigned>& indices) noexcept
-{
-    return extrude_rotate(
-        coords, start_node, center, angle, sizes.start, sizes.end, sizes.force_even, indices);
-}
+    dense1D<unsigned>& indices) noexcept;
 /// From a new node about an axis, in equal steps.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords,
     vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& center,
@@ -935,11 +915,7 @@ struct spline_options
 /// The same with a record of sizes.
 [[nodiscard]] inline int extrude_rotate(dense2D<double>& coords, vector_fixed<double, 3> const& start_point,
     vector_fixed<double, 3> const& center, vector_fixed<double, 3> const& rotation, end_sizes const& sizes,
-    dense1D<unsigned>& indices) noexcept
-{
-    return extrude_rotate(
-        coords, start_point, center, rotation, sizes.start, sizes.end, sizes.force_even, indices);
-}
+    dense1D<unsigned>& indices) noexcept;
 /// From a node about an axis, in equal steps. This one alone returns -5 for an `element_count` of 0.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 3> const& center, vector_fixed<double, 3> const& rotation, unsigned element_count,
@@ -951,11 +927,7 @@ struct spline_options
 /// The same with a record of sizes.
 [[nodiscard]] inline int extrude_rotate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 3> const& center, vector_fixed<double, 3> const& rotation, end_sizes const& sizes,
-    dense1D<unsigned>& indices) noexcept
-{
-    return extrude_rotate(
-        coords, start_node, center, rotation, sizes.start, sizes.end, sizes.force_even, indices);
-}
+    dense1D<unsigned>& indices) noexcept;
 
 /// @}
 /// @defgroup measures Measures
