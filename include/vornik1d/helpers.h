@@ -1,7 +1,7 @@
 #pragma once
 
-// Inline helpers for steps at which people go wrong. They call exported functions alone and throw nothing.
-// They run in linear time unless they say otherwise.
+// Inline helpers for steps at which people go wrong. They stand on the exported functions, throw nothing, and
+// run in linear time unless they say otherwise.
 
 #include <algorithm>
 #include <cstddef>

@@ -1,6 +1,7 @@
 #pragma once
 
-// The bodies of the overloads that take options. `vornik1d.h` includes this file and documents them.
+// The bodies of the overloads that take records of options or sizes. `vornik1d.h` includes this file and
+// documents them.
 
 #include <initializer_list>
 #include <type_traits>
@@ -122,6 +123,60 @@ inline int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices
     dense2D<double> const& metrics, dense1D<unsigned>& out_indices, spline_options const& options) noexcept
 {
     return options_detail::mesh_spline(coords, indices, metrics, out_indices, options, options.out_metrics);
+}
+
+inline int extrude_translate(dense2D<double>& coords, vector_fixed<double, 2> const& start_point,
+    vector_fixed<double, 2> const& vector, end_sizes const& sizes, dense1D<unsigned>& indices) noexcept
+{
+    return extrude_translate(coords, start_point, vector, sizes.start, sizes.end, sizes.force_even, indices);
+}
+
+inline int extrude_translate(dense2D<double>& coords, vector_fixed<double, 3> const& start_point,
+    vector_fixed<double, 3> const& vector, end_sizes const& sizes, dense1D<unsigned>& indices) noexcept
+{
+    return extrude_translate(coords, start_point, vector, sizes.start, sizes.end, sizes.force_even, indices);
+}
+
+inline int extrude_translate(dense2D<double>& coords, unsigned start_node,
+    vector_fixed<double, 2> const& vector, end_sizes const& sizes, dense1D<unsigned>& indices) noexcept
+{
+    return extrude_translate(coords, start_node, vector, sizes.start, sizes.end, sizes.force_even, indices);
+}
+
+inline int extrude_translate(dense2D<double>& coords, unsigned start_node,
+    vector_fixed<double, 3> const& vector, end_sizes const& sizes, dense1D<unsigned>& indices) noexcept
+{
+    return extrude_translate(coords, start_node, vector, sizes.start, sizes.end, sizes.force_even, indices);
+}
+
+inline int extrude_rotate(dense2D<double>& coords, vector_fixed<double, 2> const& start_point,
+    vector_fixed<double, 2> const& center, double angle, end_sizes const& sizes,
+    dense1D<unsigned>& indices) noexcept
+{
+    return extrude_rotate(
+        coords, start_point, center, angle, sizes.start, sizes.end, sizes.force_even, indices);
+}
+
+inline int extrude_rotate(dense2D<double>& coords, unsigned start_node, vector_fixed<double, 2> const& center,
+    double angle, end_sizes const& sizes, dense1D<unsigned>& indices) noexcept
+{
+    return extrude_rotate(
+        coords, start_node, center, angle, sizes.start, sizes.end, sizes.force_even, indices);
+}
+
+inline int extrude_rotate(dense2D<double>& coords, vector_fixed<double, 3> const& start_point,
+    vector_fixed<double, 3> const& center, vector_fixed<double, 3> const& rotation, end_sizes const& sizes,
+    dense1D<unsigned>& indices) noexcept
+{
+    return extrude_rotate(
+        coords, start_point, center, rotation, sizes.start, sizes.end, sizes.force_even, indices);
+}
+
+inline int extrude_rotate(dense2D<double>& coords, unsigned start_node, vector_fixed<double, 3> const& center,
+    vector_fixed<double, 3> const& rotation, end_sizes const& sizes, dense1D<unsigned>& indices) noexcept
+{
+    return extrude_rotate(
+        coords, start_node, center, rotation, sizes.start, sizes.end, sizes.force_even, indices);
 }
 
 inline int subdivide(dense1D<double>& params, dense1D<double>& sizes, dense1D<unsigned> const& indices,

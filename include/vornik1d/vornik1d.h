@@ -61,18 +61,21 @@ namespace trelk::vornik1d {
 /// tensor is a column: (m00, m01, m11) in the plane, (m00, m01, m11, m02, m12, m22) in space. Tensors are
 /// computed from squares of squares of sizes, so sizes must lie between about 1e-18 and 1e18.
 ///
+/// **Containers.** `dense1D` is a list, `dense2D` a matrix, `vector_fixed` a point or a vector. Copies are
+/// views: after `b = a`, both show the same values. `b.copy(a)` makes values of its own.
+///
 /// **Status.** Functions return 0 for success, a negative position of the argument at fault (-1 for the
-/// first), or `no_storage` if memory runs out. On a failure the arguments are unchanged, except those
-/// documented as emptied. `status_text` in `<vornik1d/helpers.h>` puts a status into words.
+/// first), or `no_storage` if memory runs out. On a failure the arguments are unchanged, unless the function
+/// says otherwise. `status_text` in `<vornik1d/helpers.h>` puts a status into words.
 ///
 /// **Options.** Functions with many arguments also take a record of options, each with a default. These
 /// overloads return the statuses of the fullest overload, whatever was left out. In C++20 a call can name the
-/// options in place, in the order of the record: `mesh_line(coords, chain, sizes, nodes, {.min_elements =
-/// 3})`.
+/// options in place, in the order of the record:
+/// `mesh_line(coords, chain, sizes, nodes, {.min_elements = 3})`.
 ///
 /// **Safety.** Functions throw nothing and keep neither state nor references to arguments. No argument makes
 /// them read or write outside the containers. Calls may run side by side unless one writes values that
-/// another uses; copies of a container share their values.
+/// another uses, also through a view.
 ///
 /// **Aliasing.** An output may be the same object as an input or another output. An output that is emptied
 /// first is then also empty as an input. An output may also be a view of the values of an input, provided
@@ -95,35 +98,39 @@ constexpr unsigned no_color = 4294967295;
 ///
 /// The sign of `deviation_tolerance` selects the meaning:
 ///
-/// | | `mesh_line` | `mesh_spline` | `remesh_lines`, for each chain |
+/// | | `mesh_line` | `mesh_spline` | `remesh_lines` |
 /// | --- | --- | --- | --- |
-/// | 0, NaN | sizes alone count; the mesh may cut corners | sizes alone count | `mesh_line`, which keeps all bends (a ring can collapse, see below) |
-/// | positive | a length: nodes of the chain stay nearer than this to the mesh | a length: elements stay within about this distance of the curve | a spline, if the spline stays within this length of the chain; otherwise `mesh_line` with this tolerance |
-/// | negative | sizes are bounded by the curvature of the chain | the same, relative to the radius of curvature | a spline, however far it strays from the chain |
+/// | 0, NaN | the mesh may cut corners | sizes alone count | the mesh keeps all bends |
+/// | positive | a distance from the chain | a distance from the curve | splines near their chains |
+/// | negative | sizes bounded by curvature | sizes bounded by curvature | splines everywhere |
 ///
 /// `mesh_line`:
-///   - 0, NaN, plus or minus the largest double: no tolerance.
-///   - positive: if an interior node of the chain is at this distance or more from the mesh, the line is
-///     meshed again, with more elements or in two parts that meet at that node. The distance is measured from
-///     the infinite line through the element that covers the node's parameter value, so a spike along that
-///     line goes unseen. `force_even` holds for the new mesh; `min_elements` and `max_elements` do not. A
-///     mesh that has `max_elements` elements before this stage stays as it is. A part that does not come
-///     nearer with more elements is split after a thousand trials, or once the trials have made ten million
-///     elements.
+///   - 0, NaN, plus or minus the largest double: no tolerance. Sizes alone count.
+///   - positive: a length; the nodes of the chain stay nearer than this to the mesh. If an interior node
+///     of the chain is at this distance or more from the mesh, the line is meshed again, with more
+///     elements or in two parts that meet at that node. The distance is measured from the infinite line
+///     through the element that covers the node's parameter value, so a spike along that line goes unseen.
+///     `force_even` holds for the new mesh; `min_elements` and `max_elements` do not. A mesh that has
+///     `max_elements` elements before this stage stays as it is. A part that does not come nearer with
+///     more elements is split after a thousand trials, or once the trials have made ten million elements.
 ///   - negative: at curvature c the size h is at most the h with (h * c)^2 / 8 = -`deviation_tolerance`: the
 ///     sagitta of a chord (its height over the chord) relative to the radius. The bound is never below
 ///     `min_size`; sizes below `min_size` stay.
 ///
 /// `mesh_spline`:
-///   - 0, NaN, plus or minus the largest double: no tolerance, and two samples per span of the spline.
-///   - positive: at curvature c the size is at most 2 sqrt(e (2 - e)) / c with e = c * `deviation_tolerance`.
-///     Bends tighter than the tolerance (e of 1 or more) get no extra nodes.
+///   - 0, NaN, plus or minus the largest double: no tolerance, and two samples from each node to the next.
+///   - positive: a length; elements stay within about this distance of the curve. At curvature c the size
+///     is at most 2 sqrt(e (2 - e)) / c with e = c * `deviation_tolerance`. Bends tighter than the
+///     tolerance (e of 1 or more) get no extra nodes.
 ///   - negative: the same with e = -`deviation_tolerance` at every curvature.
 ///
-/// `remesh_lines`:
-///   - 0, NaN: `mesh_line` keeps the chain's nodes to 1e-12 of the chain's length, so a bent line gets no
+/// `remesh_lines`, for each chain:
+///   - 0, NaN: `mesh_line` with a tolerance of 1e-12 times the chain's length, so a bent line gets no
 ///     coarser. A ring is the exception: it can collapse to a single element, see `loop_sizes`.
-///   - positive: the mesh of a spline may stray farther than the tolerance where a bend is tighter than it.
+///   - positive: `mesh_spline`, if the spline stays within this length of the chain; otherwise `mesh_line`.
+///     The mesh of a spline may stray farther than the tolerance if a bend is tighter than the tolerance.
+///   - negative: `mesh_spline`, however far the spline strays from the chain.
+///   - plus or minus the largest double: `mesh_spline` without a tolerance.
 
 /// @defgroup remeshing Remeshing
 /// Networks of lines.
@@ -132,8 +139,10 @@ constexpr unsigned no_color = 4294967295;
 /// Options of `remesh_lines`. A list that is changed is given as a pointer.
 struct remesh_options
 {
-    double deviation_tolerance = 0; ///< How bends are treated: see @ref tolerances. Argument 10 in a status.
-    double max_angle = 40; ///< A larger change of direction is a corner; 0 to 90 degrees. Argument 9.
+    double deviation_tolerance = 0; ///< How bends are treated: see @ref tolerances.
+
+    /// A larger change of direction is a corner; 0 to 90 degrees. Argument 9 in a status.
+    double max_angle = 40;
 
     /// Growth of size per length, on splines only; 0 sets no limit. If it is positive, `sizes` hold at the
     /// nodes alone, and `default_size` between them: so a large value can give a coarser mesh than 0.
@@ -144,15 +153,14 @@ struct remesh_options
     /// of chains. Argument 12.
     double min_size = 0;
     bool force_even = false;          ///< Asks for an even number of elements on each chain.
-    unsigned min_elements = 1;        ///< Minimum number of elements on each chain. Argument 13.
+    unsigned min_elements = 1;        ///< Minimum number of elements on each chain, at least 1. Argument 13.
     unsigned max_elements = no_limit; ///< Maximum number of elements on each chain.
 
     dense1D<double> sizes{}; ///< Target sizes by node number; entries that are not positive are ignored.
-    dense1D<unsigned> hard_nodes{};      ///< Nodes to cut at.
-    dense1D<unsigned> hard_edges{};      ///< Elements, by column, that pass unchanged. Argument 7.
-    dense1D<unsigned>* colors = nullptr; ///< In and out: a colour per element.
-    dense1D<unsigned>* break_nodes =
-        nullptr; ///< Out: replaced by all nodes at which lines were cut, ascending.
+    dense1D<unsigned> hard_nodes{};           ///< Nodes to cut at.
+    dense1D<unsigned> hard_edges{};           ///< Columns of `connect` that stay as they are. Argument 7.
+    dense1D<unsigned>* colors = nullptr;      ///< In and out: a colour per element.
+    dense1D<unsigned>* break_nodes = nullptr; ///< Out: replaced by the nodes at which lines were cut.
 };
 
 /// Replaces a mesh of lines by one whose elements follow target sizes. What was joined stays joined.
@@ -184,7 +192,7 @@ struct remesh_options
 /// @param default_size  target size at nodes without one of their own, in length units of the model:
 ///                 positive, or 0 if every node has a size of its own.
 /// @param options  see `remesh_options`.
-/// @retval 0    success, also for an empty `connect`, whatever the other arguments are
+/// @retval 0    success, also for an empty `connect`, whatever the other arguments are (nothing changes then)
 /// @retval -1   `coords` has neither 2 nor 3 rows
 /// @retval -2   `connect` has 1 row, or an end node that is no column of `coords`
 /// @retval -3   `default_size` is negative or NaN
@@ -196,10 +204,12 @@ struct remesh_options
 /// @retval -199 no memory, or more nodes than 32-bit numbers can name
 ///
 /// Special cases:
-///   - **A chain that cannot be meshed** returns the status of its mesher: -1 or -2 for positions that are
-///     not finite, -2 for a chain of length 0 if `deviation_tolerance` is 0, -3 for a size that is 0 or not
-///     finite at one of its nodes (also at the ends of a chain of length 0 without `min_size`), -5 for a
-///     `min_elements` of 0.
+///   - **A chain that cannot be meshed** returns the status of its mesher:
+///     - -1: a spline through positions that are not finite, or of a length that is not
+///     - -2: with tolerance 0, a chain of length 0 or NaN
+///     - -3: a size that is 0 or not finite at one of its nodes, also at the ends of a chain of length 0
+///       without `min_size`; with tolerance 0, a chain that is infinitely long before its last node
+///     - -5: a `min_elements` of 0
 ///   - **A ring** without break nodes begins and ends at the first node of its lowest element, and that node
 ///     stays. A ring whose size is near its length or above becomes a single element from a node to itself:
 ///     `loop_sizes` in `<vornik1d/helpers.h>` prevents that.
@@ -209,14 +219,12 @@ struct remesh_options
 ///   - **Angles.** A change of direction by a right angle or more is always a corner. Above 90 degrees,
 ///     `max_angle` acts as its supplement, so 90 gives the fewest corners, and 180 makes every bend a corner.
 ///   - **Colours.** The list may be short or empty; `no_color` means none. Each chain gets the first colour
-///     along it. A chain without any gets a new colour above all others, as long as there are any below
-///     `no_color`.
+///     along it. A chain without colours gets a new one above all others, if any is left below `no_color`.
 ///   - **Hard nodes** above all nodes of `connect` are ignored.
-///   - If `max_gradation` is positive, `default_size` has on splines the meaning that it has in
-///     `mesh_spline`.
+///   - If `max_gradation` is positive, `default_size` means on splines what it means in `mesh_spline`.
 ///   - A lack of memory inside a placement may leave a chain coarser than its sizes ask for, with status 0.
 ///
-/// Cost: linear in elements and node numbers, plus the cost of the meshers. Peak memory is about 1.6 times
+/// Cost: linear in elements and node numbers, plus the cost of the meshers. Peak memory is at most about 1.6 times
 /// the old plus the new mesh, plus what the longest chain needs: its samples if it is meshed as a spline, see
 /// `mesh_spline`. The number of allocations does not depend on the number of chains.
 [[nodiscard]] inline int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
@@ -284,11 +292,11 @@ struct line_options
     unsigned min_elements = 1; ///< Minimum number of elements, at least 1. Argument 6 in a status.
     unsigned max_elements = no_limit; ///< Maximum number of elements before a positive tolerance adds more.
 
-    dense1D<double>
-        params{}; ///< A value per chain entry, non-decreasing; if empty, the chord length from 0 to 1.
+    /// A value per chain entry, non-decreasing. If empty, the chord length from 0 to 1. Argument 3.
+    dense1D<double> params{};
     dense1D<double>* out_params = nullptr;  ///< Out: replaced by the parameter at each mesh node.
     dense1D<double>* out_sizes = nullptr;   ///< Out: the size at each mesh node is appended (sizes only).
-    dense2D<double>* out_metrics = nullptr; ///< Out: the tensor at each mesh node is appended (tensors only).
+    dense2D<double>* out_metrics = nullptr; ///< Out: the tensors are appended (tensors only). Argument 11.
 };
 
 /// Meshes a polyline by a target size at each of its nodes.
@@ -318,8 +326,8 @@ struct line_options
 /// @retval -2   fewer than 2 chain entries, or one that is no column of `coords`; also a chain of length 0 or
 ///              NaN if `params` is empty
 /// @retval -3   `params` does not have one value per chain entry, decreases, or contains a NaN
-/// @retval -4   `sizes` has fewer values than the chain, or one that is not positive and finite; also an
-///              infinitely long chain if `params` is empty
+/// @retval -4   `sizes` has fewer values than the chain, or one that is not positive and finite; also, if
+///              `params` is empty, a chain that is infinitely long before its last entry
 /// @retval -6   `min_elements` is 0 or above `max_elements`
 /// @retval -199 no memory, or more nodes than 32-bit numbers can name (then nothing is placed)
 ///
@@ -360,7 +368,8 @@ struct line_options
 ///              NaN if `params` is empty
 /// @retval -3   `params` does not have one value per chain entry, decreases, or contains a NaN
 /// @retval -4   `metrics` has the wrong row count, fewer columns than the chain has entries, or a tensor that
-///              is not finite and positive definite; also an infinitely long chain if `params` is empty
+///              is not finite and positive definite; also, if `params` is empty, a chain that is infinitely
+///              long before its last entry
 /// @retval -6   `min_elements` is 0 or above `max_elements`
 /// @retval -11  `*options.out_metrics` is not empty and has the wrong row count
 /// @retval -199 no memory, or more nodes than 32-bit numbers can name
@@ -377,7 +386,7 @@ struct line_options
 /// @param[out] out_sizes   the size at each mesh node is appended.
 /// @retval 0    success
 /// @retval -1   `coords` has neither 2 nor 3 rows
-/// @retval -2   fewer than 2 chain entries, or one that is no column of `coords`
+/// @retval -2   fewer than 2 chain entries, or (tested last) one that is no column of `coords`
 /// @retval -3   `params` does not have one value per chain entry, decreases, or contains a NaN
 /// @retval -4   `sizes` has fewer values than the chain, or one that is not positive and finite
 /// @retval -6   `min_elements` is 0 or above `max_elements`
@@ -408,7 +417,7 @@ struct line_options
 ///
 /// @retval 0    success
 /// @retval -1   `coords` has neither 2 nor 3 rows
-/// @retval -2   fewer than 2 chain entries, or one that is no column of `coords`
+/// @retval -2   fewer than 2 chain entries, or (tested last) one that is no column of `coords`
 /// @retval -3   `params` does not have one value per chain entry, decreases, or contains a NaN
 /// @retval -4   `metrics` has the wrong row count, fewer columns than the chain has entries, or a tensor that
 ///              is not finite and positive definite
@@ -487,9 +496,9 @@ struct end_sizes
 /// segment gets a whole number of elements, so their sum can differ from `element_count`.
 ///
 /// @retval 0    success, also if `element_count` is 0, whatever the other arguments are
-/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -1   `coords` has neither 2 nor 3 rows (tested last)
 /// @retval -2   fewer than 2 chain entries, or one that is no column of `coords`
-/// @retval -3   the chain has length 0
+/// @retval -3   the length of the chain is 0 or not finite
 /// @retval -199 no memory, or more nodes than 32-bit numbers can name
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
     unsigned element_count, bool force_even, dense1D<unsigned>& out_indices) noexcept;
@@ -498,7 +507,7 @@ struct end_sizes
 /// 0.2}, nodes)`.
 ///
 /// @retval 0    success
-/// @retval -1   `coords` has neither 2 nor 3 rows
+/// @retval -1   `coords` has neither 2 nor 3 rows (tested last)
 /// @retval -2,-3 `node_a`, `node_b` is no column of `coords`
 /// @retval -4,-5 `sizes.start`, `sizes.end` is not positive; an infinite one gives -3
 /// @retval -199 no memory, or more nodes than 32-bit numbers can name
@@ -512,9 +521,9 @@ struct end_sizes
 /// Cuts the segment from `node_a` to `node_b` into `element_count` equal elements.
 ///
 /// @retval 0    success, also if `element_count` is 0, whatever the other arguments are
-/// @retval -1   `coords` has neither 2 nor 3 rows
-/// @retval -2,-3 `node_a`, `node_b` is no column of `coords`
-/// @retval -4   both nodes are at one place
+/// @retval -1   `coords` has neither 2 nor 3 rows (tested last)
+/// @retval -2,-3 `node_a`, `node_b` is no column of `coords`; -3 also if the nodes are infinitely far apart
+/// @retval -4   both nodes are at one place, or their distance is NaN
 /// @retval -199 no memory, or more nodes than 32-bit numbers can name
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
     unsigned element_count, dense1D<unsigned>& out_indices) noexcept;
@@ -523,9 +532,9 @@ struct end_sizes
 /// elements of one size.
 ///
 /// @retval 0    success, also if `element_count` is 0, whatever the other arguments are
-/// @retval -1   `coords` has neither 2 nor 3 rows
-/// @retval -2,-3,-4 `node_a`, `node_b`, `node_c` is no column of `coords`; -3 also if all three nodes are at
-///              one place
+/// @retval -1   `coords` has neither 2 nor 3 rows (tested last)
+/// @retval -2,-3,-4 `node_a`, `node_b`, `node_c` is no column of `coords`; -3 also if the length of the two
+///              segments is 0 or not finite
 /// @retval -199 no memory, or more nodes than 32-bit numbers can name
 [[nodiscard]] VORNIK1D_API int mesh_straight(dense2D<double>& coords, unsigned node_a, unsigned node_b,
     unsigned node_c, unsigned element_count, dense1D<unsigned>& out_indices) noexcept;
@@ -539,16 +548,16 @@ struct end_sizes
 struct spline_options
 {
     double deviation_tolerance = 0; ///< How curvature bounds the sizes: see @ref tolerances.
-    double min_size = 0;            ///< Floor of the bound by curvature, and twice the least step of samples.
-    double default_size = 0;        ///< With `max_gradation`: the size between the nodes of the curve.
-    double max_gradation = 0;       ///< Growth of size per length; 0 sets no limit. See below.
+    double min_size = 0;       ///< Floor of the bound by curvature, twice the least sample step. Argument 8.
+    double default_size = 0;   ///< With `max_gradation`: the size between the nodes of the curve.
+    double max_gradation = 0;  ///< Growth of size per length; 0 sets no limit. See below.
     bool force_even = false;   ///< Asks for an even number of elements, even if it exceeds `max_elements`.
     unsigned min_elements = 1; ///< Minimum number of elements, at least 1. Argument 5 in a status.
     unsigned max_elements = no_limit; ///< Maximum number of elements.
 
     dense1D<double>* out_params = nullptr;  ///< Out: the parameter at each mesh node, 0 to 1, is appended.
     dense1D<double>* out_sizes = nullptr;   ///< Out: the size at each mesh node is appended (sizes only).
-    dense2D<double>* out_metrics = nullptr; ///< Out: the tensor at each mesh node is appended (tensors only).
+    dense2D<double>* out_metrics = nullptr; ///< Out: the tensors are appended (tensors only). Argument 13.
     double* deviation = nullptr;            ///< Out: how far the spline strays from the polyline.
 };
 
@@ -639,7 +648,7 @@ struct spline_options
 /// @retval -5   `min_elements` is 0 or above `max_elements`
 /// @retval -8   `min_size` is negative or NaN
 /// @retval -13  `*options.out_metrics` is not empty and has the wrong row count
-/// @retval -199 no memory, or more nodes than 32-bit numbers can name
+/// @retval -199 no memory, or more samples or nodes than 32-bit numbers can name
 ///
 /// If a new node falls between tensors that cannot be reduced to a common basis, the curve becomes a single
 /// element.
@@ -647,16 +656,14 @@ struct spline_options
     dense2D<double> const& metrics, dense1D<unsigned>& out_indices,
     spline_options const& options = {}) noexcept;
 
-/// Meshes a spline by sizes, with all arguments in a row; meaning and statuses are those of the overload with
-/// options.
+/// Meshes a spline by sizes, with all arguments in a row. Meaning and statuses are as with options.
 [[nodiscard]] VORNIK1D_API int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense1D<double> const& sizes, bool force_even, unsigned min_elements, unsigned max_elements,
     double deviation_tolerance, double min_size, double default_size, double max_gradation,
     dense1D<unsigned>& out_indices, dense1D<double>& out_params, dense1D<double>& out_sizes,
     double& deviation) noexcept;
 
-/// Meshes a spline by tensors, with all arguments in a row; meaning and statuses are those of the overload
-/// with options.
+/// Meshes a spline by tensors, with all arguments in a row. Meaning and statuses are as with options.
 [[nodiscard]] VORNIK1D_API int mesh_spline(dense2D<double>& coords, dense1D<unsigned> const& indices,
     dense2D<double> const& metrics, bool force_even, unsigned min_elements, unsigned max_elements,
     double deviation_tolerance, double min_size, double default_size, double max_gradation,
@@ -712,9 +719,9 @@ struct spline_options
 /// @param new_params  the parameter values wanted, non-decreasing, within the range of `params`.
 /// @param[out] new_sizes  replaced by a value per entry of `new_params`; empty on a failure.
 /// @retval 0    success, also for empty `new_params`, whatever the other arguments are
-/// @retval -1   `params` has fewer than 2 values, or decreases
+/// @retval -1   `params` has fewer than 2 values, decreases, or contains a NaN
 /// @retval -2   `sizes` does not have as many values as `params`
-/// @retval -3   `new_params` decreases, or leaves the range of `params`
+/// @retval -3   `new_params` decreases, leaves the range of `params`, or contains a NaN
 /// @retval -199 no memory
 ///
 /// Cost: linear in old and new values.
@@ -725,16 +732,16 @@ struct spline_options
 ///
 /// Tensors are interpolated in their common basis, in which the sizes along its directions vary linearly. At
 /// the given parameters they are returned bit for bit. If two neighbours cannot be reduced to a common basis,
-/// the tensor of the entry before is repeated, or zeros for the first entry.
+/// a new column between them repeats the new column before it; the first new column gets zeros.
 ///
 /// @param metrics  a tensor per column: 3 rows in the plane, 6 in space. 1 row is a list of values, and 0
 ///                 rows give 0 rows.
 /// @param params, new_params  as above.
 /// @param[out] new_metrics  replaced by a column per entry of `new_params`; empty on a failure.
 /// @retval 0    success, also for empty `new_params`, whatever the other arguments are
-/// @retval -1   `params` has fewer than 2 values, or decreases
+/// @retval -1   `params` has fewer than 2 values, decreases, or contains a NaN
 /// @retval -2   `metrics` does not have a column per entry of `params`, or has another row count
-/// @retval -3   `new_params` decreases, or leaves the range of `params`
+/// @retval -3   `new_params` decreases, leaves the range of `params`, or contains a NaN
 /// @retval -199 no memory
 [[nodiscard]] VORNIK1D_API int interpolate_metrics(dense1D<double> const& params,
     dense2D<double> const& metrics, dense1D<double> const& new_params, dense2D<double>& new_metrics) noexcept;
@@ -828,22 +835,19 @@ struct spline_options
 ///   - `angle`: the angle of a rotation in the plane, in radians, counter-clockwise.
 ///   - `rotation`: the axis of a rotation in space; its length is the angle in radians, by the right-hand
 ///     rule.
-///   - `element_count`: the number of steps; 0 does nothing.
+///   - `element_count`: the number of steps. 0 does nothing, with one exception among the statuses.
 ///   - `sizes`, or `size_a` and `size_b`: the sizes at the start and the end, positive.
 ///   - `indices`: in and out; the nodes of the line are appended, the start first.
 ///
 /// Statuses:
-///
-/// | status | `extrude_translate` | `extrude_rotate` |
-/// | --- | --- | --- |
-/// | 0 | success | success |
-/// | -1 | `coords` has another row count than the points | the same |
-/// | -2 | `start_node` is no column of `coords` | the same |
-/// | -3 | by sizes: `vector` has length 0, or its square underflows | by sizes: the path has length 0, or its square underflows |
-/// | -4 | by sizes: the size at the start is not positive | |
-/// | -5 | by sizes: the size at the end is not positive | by sizes: the size at the start is not positive; in space from a node by count: `element_count` is 0 |
-/// | -6 | | by sizes: the size at the end is not positive |
-/// | -199 | no memory, or more nodes than 32-bit numbers can name | the same |
+///   - 0: success
+///   - -1: `coords` has another row count than the points
+///   - -2: `start_node` is no column of `coords`
+///   - -3: by sizes, the path has length 0, or the square of its length underflows
+///   - -4, -5: `extrude_translate` by sizes: the size at the start, at the end, is not positive
+///   - -5, -6: `extrude_rotate` by sizes: the size at the start, at the end, is not positive
+///   - -5: `extrude_rotate` in space from a node by count: `element_count` is 0
+///   - -199: no memory, or more nodes than 32-bit numbers can name
 ///
 /// On a failure `coords` and `indices` are unchanged. A translation ends exactly at start plus `vector`. A
 /// count of steps may have a path of length 0. A full turn ends at a new node at the place of the start. If
@@ -866,10 +870,7 @@ struct spline_options
 /// The same with a record of sizes.
 [[nodiscard]] inline int extrude_translate(dense2D<double>& coords,
     vector_fixed<double, 2> const& start_point, vector_fixed<double, 2> const& vector, end_sizes const& sizes,
-    dense1D<unsigned>& indices) noexcept
-{
-    return extrude_translate(coords, start_point, vector, sizes.start, sizes.end, sizes.force_even, indices);
-}
+    dense1D<unsigned>& indices) noexcept;
 /// The same in space.
 [[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords,
     vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& vector, double size_a,
@@ -877,10 +878,7 @@ struct spline_options
 /// The same with a record of sizes.
 [[nodiscard]] inline int extrude_translate(dense2D<double>& coords,
     vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& vector, end_sizes const& sizes,
-    dense1D<unsigned>& indices) noexcept
-{
-    return extrude_translate(coords, start_point, vector, sizes.start, sizes.end, sizes.force_even, indices);
-}
+    dense1D<unsigned>& indices) noexcept;
 /// From a node along a vector, in equal steps.
 [[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 2> const& vector, unsigned element_count, dense1D<unsigned>& indices) noexcept;
@@ -893,20 +891,14 @@ struct spline_options
     dense1D<unsigned>& indices) noexcept;
 /// The same with a record of sizes.
 [[nodiscard]] inline int extrude_translate(dense2D<double>& coords, unsigned start_node,
-    vector_fixed<double, 2> const& vector, end_sizes const& sizes, dense1D<unsigned>& indices) noexcept
-{
-    return extrude_translate(coords, start_node, vector, sizes.start, sizes.end, sizes.force_even, indices);
-}
+    vector_fixed<double, 2> const& vector, end_sizes const& sizes, dense1D<unsigned>& indices) noexcept;
 /// The same in space.
 [[nodiscard]] VORNIK1D_API int extrude_translate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 3> const& vector, double size_a, double size_b, bool force_even,
     dense1D<unsigned>& indices) noexcept;
 /// The same with a record of sizes.
 [[nodiscard]] inline int extrude_translate(dense2D<double>& coords, unsigned start_node,
-    vector_fixed<double, 3> const& vector, end_sizes const& sizes, dense1D<unsigned>& indices) noexcept
-{
-    return extrude_translate(coords, start_node, vector, sizes.start, sizes.end, sizes.force_even, indices);
-}
+    vector_fixed<double, 3> const& vector, end_sizes const& sizes, dense1D<unsigned>& indices) noexcept;
 
 /// From a new node about a centre, in equal steps.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords,
@@ -919,11 +911,7 @@ struct spline_options
 /// The same with a record of sizes.
 [[nodiscard]] inline int extrude_rotate(dense2D<double>& coords, vector_fixed<double, 2> const& start_point,
     vector_fixed<double, 2> const& center, double angle, end_sizes const& sizes,
-    dense1D<unsigned>& indices) noexcept
-{
-    return extrude_rotate(
-        coords, start_point, center, angle, sizes.start, sizes.end, sizes.force_even, indices);
-}
+    dense1D<unsigned>& indices) noexcept;
 /// From a node about a centre, in equal steps.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 2> const& center, double angle, unsigned element_count,
@@ -935,11 +923,7 @@ struct spline_options
 /// The same with a record of sizes.
 [[nodiscard]] inline int extrude_rotate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 2> const& center, double angle, end_sizes const& sizes,
-    dense1D<unsigned>& indices) noexcept
-{
-    return extrude_rotate(
-        coords, start_node, center, angle, sizes.start, sizes.end, sizes.force_even, indices);
-}
+    dense1D<unsigned>& indices) noexcept;
 /// From a new node about an axis, in equal steps.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords,
     vector_fixed<double, 3> const& start_point, vector_fixed<double, 3> const& center,
@@ -952,11 +936,7 @@ struct spline_options
 /// The same with a record of sizes.
 [[nodiscard]] inline int extrude_rotate(dense2D<double>& coords, vector_fixed<double, 3> const& start_point,
     vector_fixed<double, 3> const& center, vector_fixed<double, 3> const& rotation, end_sizes const& sizes,
-    dense1D<unsigned>& indices) noexcept
-{
-    return extrude_rotate(
-        coords, start_point, center, rotation, sizes.start, sizes.end, sizes.force_even, indices);
-}
+    dense1D<unsigned>& indices) noexcept;
 /// From a node about an axis, in equal steps. This one alone returns -5 for an `element_count` of 0.
 [[nodiscard]] VORNIK1D_API int extrude_rotate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 3> const& center, vector_fixed<double, 3> const& rotation, unsigned element_count,
@@ -968,11 +948,7 @@ struct spline_options
 /// The same with a record of sizes.
 [[nodiscard]] inline int extrude_rotate(dense2D<double>& coords, unsigned start_node,
     vector_fixed<double, 3> const& center, vector_fixed<double, 3> const& rotation, end_sizes const& sizes,
-    dense1D<unsigned>& indices) noexcept
-{
-    return extrude_rotate(
-        coords, start_node, center, rotation, sizes.start, sizes.end, sizes.force_even, indices);
-}
+    dense1D<unsigned>& indices) noexcept;
 
 /// @}
 /// @defgroup measures Measures
@@ -1032,7 +1008,7 @@ struct spline_options
 /// @param tangents  2 or 3 rows, a column per node: the derivative of the curve by the parameter.
 /// @param[out] result  replaced by a value per node, in 1/length, 0 for nodes without elements; empty on a
 ///                 failure, but a zero per node if only the memory for weights is missing.
-/// @retval 0    success, also for an empty `connect`, whatever the other arguments are
+/// @retval 0    success, also for an empty `connect`, for which `result` is empty
 /// @retval -2   `connect` has 1 row, or an end node for which `params` has no value
 /// @retval -3   `tangents` has neither 2 nor 3 rows, or not a column per value of `params`
 /// @retval -199 no memory
@@ -1061,7 +1037,7 @@ struct spline_options
 /// Special cases:
 ///   - An exponent that is NaN, or at least the largest double, selects the longest element of a node; minus
 ///     the largest double or less selects the shortest one. If lengths are equal, the first element counts.
-///   - A node without elements gets 0, and so does a node next to an element whose squared length is 0.
+///   - An element whose squared length is 0 is ignored. A node without other elements gets 0.
 ///
 /// Cost: linear in nodes and elements.
 [[nodiscard]] VORNIK1D_API int normals(dense2D<double> const& coords, dense2D<unsigned> const& connect,
@@ -1245,8 +1221,8 @@ struct subdivide_options
 /// Special cases:
 ///   - Sizes of opposite sign have no metric length: there are `min_elements` elements, which may have length
 ///     0.
-///   - If memory for the new points alone runs out, or if they are too many to be numbered, the result is a
-///     single element. `max_elements` protects from sizes that are far too small.
+///   - If memory for the new points alone runs out, the result is 0 and the mesh is a single element. This
+///     can happen with sizes that are far too small; `max_elements` protects from it.
 ///
 /// Cost: linear in chain plus mesh.
 [[nodiscard]] inline int subdivide(dense1D<double>& params, dense1D<double>& sizes,

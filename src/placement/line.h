@@ -46,7 +46,7 @@ struct line_view
         return result;
     }
 
-    /// The `size` entries that start at `first`.
+    /// The `size` entries that start at `first`, of a line with node numbers.
     line_view part(std::size_t first, std::size_t size) const
     {
         line_view result = *this;

@@ -11,7 +11,7 @@ namespace trelk::vornik1d {
 /// Adds to `break_nodes` the nodes at which lines of two-node elements must be cut because of their shape:
 /// ends, corners, and nodes at which two elements both end.
 ///
-/// A corner is a node at which the direction changes by more than `max_angle` degrees or by more than a right
+/// A corner is a node at which the direction changes by more than `max_angle` degrees or by at least a right
 /// angle. A segment that is not longer than `min_size` has no corners. `neighbors` is the result of
 /// `get_neighbors`. If memory runs out, the set is not complete.
 template <std::size_t N>

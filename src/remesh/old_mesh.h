@@ -18,10 +18,7 @@ struct old_mesh
     dense1D<unsigned> const& hard_edges;
     unsigned max_node;
 
-    unsigned color_of(unsigned element) const
-    {
-        return element < colors.size() ? colors[element] : no_color;
-    }
+    unsigned color_of(unsigned element) const { return element < colors.size() ? colors[element] : no_color; }
 };
 
 } // namespace trelk::vornik1d

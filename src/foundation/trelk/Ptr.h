@@ -4,7 +4,7 @@
 
 namespace trelk {
 
-/// Holds one reference on an X, which derives from `sumvane::ref_counted`; empty holds none.
+/// Holds one reference to an X, which derives from `sumvane::ref_counted`, or none.
 template <class X>
 class Ptr
 {
@@ -21,7 +21,7 @@ public:
         if (object_) object_->release();
     }
 
-    /// Takes the new reference before it drops the old one, so that assigning what is already held is safe.
+    /// Takes the new reference before it drops the old one, so self-assignment is safe.
     Ptr& operator=(Ptr other) noexcept
     {
         std::swap(object_, other.object_);

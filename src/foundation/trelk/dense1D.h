@@ -34,7 +34,7 @@ using if_contiguous = std::void_t<value_of<Range>, decltype(std::size(std::declv
 ///   - `b = a`, `dense1D b(a)` and `sub_vector` make views: they show the same values, not copies of them.
 ///   - A value that changes through one view changes in all. The values live until their last view is gone.
 ///   - Each view has its own size. A view that grows writes to the entries after its end, and another view may
-///     be showing these. Growing can move the values; then pointers to them are invalid, but views are not.
+///     be showing the same entries. Growing can move the values; then pointers are invalid, but views are not.
 ///   - `copy` makes values of its own. So do the constructors, except the two that say "view".
 ///
 /// Nothing here throws. If memory runs out, an operation returns false and leaves the list as it was; a

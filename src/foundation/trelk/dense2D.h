@@ -24,10 +24,12 @@ struct matrix_column
     T* begin() const noexcept { return first; }        ///< The value in row 0.
     T* end() const noexcept { return first + rows; }   ///< After the last value.
     std::size_t size() const noexcept { return rows; } ///< Number of values.
+    /// The value in row i, which must be below `rows`; only debug builds test it.
     T& operator[](std::size_t i) const noexcept
     {
-        return assert(i < rows), first[i];
-    } ///< The value in row i.
+        assert(i < rows);
+        return first[i];
+    }
 };
 
 /// The columns of a matrix, as a range of `matrix_column`.
@@ -91,11 +93,11 @@ private:
 ///   - `b = a`, `dense2D b(a)`, `sub_matrix` and `shallow_copy` make views: they show the same values.
 ///   - A value that changes through one view changes in all. The values live until their last view is gone.
 ///   - Each view has its own rows and columns. A view that grows writes to the entries after its end, and
-///     another view may be showing these. If its rows no longer fit, it moves to memory of its own.
+///     another view may be showing the same entries. If its rows no longer fit, it moves to memory of its own.
 ///   - `copy` makes values of its own. So do the constructors, except the two that say "view".
 ///
-/// Entry (i, j) is `ld()` * j + i values after the first one, so each column is contiguous. Nothing here throws;
-/// a lack of memory shows as in `dense1D`.
+/// Entry (i, j) is `ld()` * j + i values after the first one, so each column is contiguous. Nothing here
+/// throws. If memory runs out, operations and constructors behave as those of `dense1D`.
 template <class T, int Alignment>
 class dense2D : public __vector_view<T, Alignment>
 {

@@ -7,8 +7,8 @@
 
 namespace trelk::sumvane {
 
-/// Base of storage that several views share. The count is atomic, so views of one storage may be made and
-/// dropped in different threads; the values behind them are not guarded.
+/// Base of the memory blocks that views share. The count is atomic, so views of one block may be made and
+/// dropped in different threads. The values are not guarded.
 class TRELK_API ref_counted
 {
 public:

@@ -24,7 +24,7 @@ TRELK_API void* __vector_num_realloc(void* pointer, std::size_t bytes) noexcept;
 TRELK_API void __vector_num_free(void* pointer) noexcept;
 
 /// The memory block that views share: a data pointer and a capacity in values. It never shrinks, so a view
-/// that fits once fits always. Values after the ends of the views are indeterminate.
+/// that has fitted once always fits. Values after the ends of the views are indeterminate.
 template <class T, int Alignment = 8>
 class vector_num final : public sumvane::ref_counted
 {

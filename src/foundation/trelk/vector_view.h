@@ -9,16 +9,16 @@
 
 namespace trelk {
 
-/// What one- and two-dimensional views have in common: a reference on a storage block and the place of the
+/// What one- and two-dimensional views have in common: a reference to a memory block and the place of the
 /// view's first value in it. Invariant: the view's values lie within the block's capacity.
 template <class T, int Alignment>
 class __vector_view
 {
 public:
-    /// Values that fit from the view's first one on before storage must grow.
+    /// How many values fit, from the view's first one on, before the memory block must grow.
     std::size_t room() const noexcept { return storage_ ? storage_->capacity() - offset_ : 0; }
 
-    /// Whether the storage block holds `value`, which is lost then when the block has to grow.
+    /// Whether `value` lies in the memory block. If it does, references to it end when the block grows.
     bool holds(T const& value) const noexcept
     {
         if (!storage_) return false;
@@ -26,9 +26,9 @@ public:
         return !std::less<>()(&value, begin) && std::less<>()(&value, begin + storage_->capacity());
     }
 
-    /// The first value; null without storage.
+    /// The first value; null without a memory block.
     T* data() noexcept { return first(); }
-    /// The first value; null without storage.
+    /// The first value; null without a memory block.
     T const* data() const noexcept { return first(); }
 
     /// @cond inside
@@ -40,8 +40,8 @@ protected:
         : storage_(std::move(storage)), offset_(offset)
     {}
 
-    /// Makes room for `needed` values from the view's first one on, of which `used` are in use. Where other
-    /// views share the storage, all of it is kept for them.
+    /// Makes room for `needed` values from the view's first one on, of which `used` are in use. If other views
+    /// share the memory block, all its values are kept for them.
     bool fit(std::size_t needed, std::size_t used, unsigned growth) noexcept
     {
         if (needed <= room()) return true;
