@@ -169,13 +169,14 @@ inline dense1D<unsigned> guided_positions(dense1D<unsigned> const& chain, bool c
 /// elements meet, an element has no neighbour (4294967295).
 ///
 /// @param connect  an element per column, its end nodes in rows 0 and 1, at least 2 rows.
-/// @return 2 rows: row 0 of column e is the neighbour of element e at its second node, row 1 the one at its
-///         first node. Empty if `connect` is empty or has 1 row, or if memory runs out. `mesh_reorient` then
-///         returns -2.
+/// @return as many rows as `connect`: row 0 of column e is the neighbour of element e at its second node, row
+///         1 the one at its first node. Empty if `connect` is empty or has 1 row, or if memory runs out;
+///         `mesh_reorient` then returns -2.
 [[nodiscard]] inline dense2D<unsigned> neighbors_of(dense2D<unsigned> const& connect) noexcept
 {
     dense2D<unsigned> result;
-    if (connect.rows() >= 2) static_cast<void>(vornik::find_neighbors(connect, result)); // empty on a failure
+    if (connect.rows() < 2 || !vornik::find_neighbors(connect, result)) return {};
+    if (!result.empty() && !result.resize(connect.rows(), connect.cols(), vornik::none)) return {};
     return result;
 }
 
@@ -293,22 +294,29 @@ inline int try_remesh(dense2D<double> const& coords, dense2D<unsigned> const& co
 /// if (status == 0) status = remesh_lines(coords, connect, 5.0, options);
 /// ```
 ///
-/// A closed loop is a chain that begins and ends at one node, whether other chains meet it there or not. The
-/// sizes of other chains stay. If no loop has too few elements, `sizes` equals `options.sizes` with zeros
-/// appended.
+/// A closed loop is a chain that begins and ends at one node, whether other chains meet it there or not. A
+/// ring with two corners or hard nodes consists of two chains, and is not a closed loop. If no loop has too
+/// few elements, `sizes` equals `options.sizes` with zeros appended.
+///
+/// The sizes of other chains stay, with one exception: at a node where other chains meet a loop, a given size
+/// or a `min_size` above the length of the loop is lowered to that length.
 ///
 /// @param coords, connect, default_size, options  as `remesh_lines` will get them; none is changed.
-/// @param min_elements  the least number of elements of a closed loop, usually 3.
+/// @param min_elements  the least number of elements of a closed loop, usually 3. Loops of length 0 do not
+///                 count.
 /// @param[out] sizes    replaced by a size per node, 0 where the default holds; unchanged on a failure.
-/// @return 0, also for an empty `connect`; n > 0 if n loops still have too few elements after 100 trials; -5
-///         if `min_elements` is above `options.max_elements`; otherwise as `remesh_lines`.
+/// @return 0, also for an empty `connect`; n > 0 if n loops still have too few elements (`status_text` does
+///         not know that this is no success); -5 if `min_elements` is above `options.max_elements`; otherwise
+///         as `remesh_lines`. A lack of memory can show in `remesh_lines` alone.
 ///
-/// Cost: remeshes copies of the network, once without loops, usually 2 to 6 times with loops that collapse.
+/// Cost: remeshes copies of the network, once if it has no loop, usually 2 to 6 times if loops collapse, at
+/// most 100 times. It gives up after 10 trials in which no loop has gained an element.
 [[nodiscard]] inline int loop_sizes(dense2D<double> const& coords, dense2D<unsigned> const& connect,
     double default_size, remesh_options const& options, unsigned min_elements,
     dense1D<double>& sizes) noexcept
 {
     constexpr int most_trials = 100;
+    constexpr int most_idle_trials = 10; // in which no loop gains elements
     dense1D<double> result;
     dense1D<unsigned> colors;
     dense1D<unsigned> break_nodes;
@@ -317,7 +325,8 @@ inline int try_remesh(dense2D<double> const& coords, dense2D<unsigned> const& co
     if (min_elements > options.max_elements) return -5;
 
     remesh_options trial = options;
-    trial.min_elements = std::min(options.min_elements, 1U), trial.max_elements = 1;
+    if (options.min_elements <= options.max_elements) // otherwise -13
+        trial.min_elements = std::min(options.min_elements, 1U), trial.max_elements = 1;
     int status = helpers_detail::try_remesh(coords, connect, default_size, trial, colors, break_nodes);
     if (status != 0) return status;
 
@@ -329,7 +338,9 @@ inline int try_remesh(dense2D<double> const& coords, dense2D<unsigned> const& co
         return no_storage;
 
     int unhelped = 0;
-    for (int k = 0; k < most_trials && loops.size() > 0; ++k) {
+    int idle = 0;
+    std::size_t most_elements = 0;
+    for (int k = 0; k < most_trials && idle < most_idle_trials && loops.size() > 0; ++k) {
         trial = options;
         trial.sizes = result;
         trial.hard_nodes = break_nodes;
@@ -342,13 +353,17 @@ inline int try_remesh(dense2D<double> const& coords, dense2D<unsigned> const& co
         for (unsigned const label : colors)
             if (label < loops.size()) ++counts[label];
         unhelped = 0;
+        std::size_t elements = 0;
         for (std::size_t c = 0; c < loops.size(); ++c) {
+            elements += std::min(counts[c], min_elements);
             if (counts[c] >= min_elements) continue;
             loops.lower_sizes(c, connect, parts[c], default_size, options.min_size, result);
-            parts[c] *= 1.25;
+            parts[c] *= std::clamp(1.02 * min_elements / std::max(counts[c], 1U), 1.02, 1.25);
             ++unhelped;
         }
         if (unhelped == 0) break;
+        idle = elements > most_elements ? 0 : idle + 1;
+        most_elements = std::max(most_elements, elements);
     }
     sizes = result;
     return unhelped;

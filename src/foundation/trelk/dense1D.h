@@ -63,7 +63,8 @@ public:
 
     /// A copy of the values of a `std::vector`, `std::array`, `std::span`, C array, or any other contiguous
     /// range of T.
-    template <class Range, class = trelk_detail::if_contiguous<Range>>
+    template <class Range, class = trelk_detail::if_contiguous<Range>,
+        class = std::enable_if_t<!std::is_base_of_v<dense1D, Range>>>
     explicit dense1D(Range const& range) noexcept
     {
         static_assert(std::is_same_v<trelk_detail::value_of<Range>, T>,

@@ -21,6 +21,7 @@ struct matrix_column
     T* first;         ///< The value in row 0.
     std::size_t rows; ///< Number of values.
 
+    T* data() const noexcept { return first; }         ///< The value in row 0.
     T* begin() const noexcept { return first; }        ///< The value in row 0.
     T* end() const noexcept { return first + rows; }   ///< After the last value.
     std::size_t size() const noexcept { return rows; } ///< Number of values.
@@ -32,7 +33,7 @@ struct matrix_column
     }
 };
 
-/// The columns of a matrix, as a range of `matrix_column`.
+/// The columns of a matrix, as a range of `matrix_column`. It keeps the values of a temporary matrix alive.
 template <class T>
 class matrix_columns
 {
@@ -75,16 +76,19 @@ public:
     };
 
     /// `cols` columns of `rows` rows from `base` on, `ld` values from one to the next.
-    matrix_columns(T* base, std::size_t rows, std::size_t cols, std::size_t ld) noexcept
-        : begin_(base, rows, ld, 0), end_(base, rows, ld, cols)
+    matrix_columns(
+        T* base, std::size_t rows, std::size_t cols, std::size_t ld, Ptr<sumvane::ref_counted> owner) noexcept
+        : begin_(base, rows, ld, 0), end_(base, rows, ld, cols), owner_(std::move(owner))
     {}
 
-    iterator begin() const noexcept { return begin_; } ///< The first column.
-    iterator end() const noexcept { return end_; }     ///< After the last column.
+    std::size_t size() const noexcept { return end_.at_; } ///< Number of columns.
+    iterator begin() const noexcept { return begin_; }     ///< The first column.
+    iterator end() const noexcept { return end_; }         ///< After the last column.
 
 private:
     iterator begin_;
     iterator end_;
+    Ptr<sumvane::ref_counted> owner_;
 };
 
 /// A matrix of numbers, one thing per column, which may share its values with other matrices.
@@ -111,10 +115,10 @@ public:
     /// Empty.
     dense2D() noexcept = default;
 
-    /// `rows` x `cols` zeros.
+    /// `rows` x `cols` zeros. A matrix by its columns has two levels of braces, see below.
     template <class Rows, class Cols,
         class = std::enable_if_t<std::is_integral_v<Rows> && std::is_integral_v<Cols>>>
-    dense2D(Rows rows, Cols cols) noexcept
+    explicit dense2D(Rows rows, Cols cols) noexcept
     {
         static_cast<void>(resize(static_cast<std::size_t>(rows), static_cast<std::size_t>(cols), T()));
     }
@@ -207,8 +211,11 @@ public:
 
     /// @{
     /// The columns as a range: `for (auto point : coords.columns()) use(point[0], point[1]);`
-    matrix_columns<T> columns() noexcept { return {base::first(), rows_, cols_, ld_}; }
-    matrix_columns<T const> columns() const noexcept { return {base::first(), rows_, cols_, ld_}; }
+    matrix_columns<T> columns() noexcept { return {base::first(), rows_, cols_, ld_, storage_.get()}; }
+    matrix_columns<T const> columns() const noexcept
+    {
+        return {base::first(), rows_, cols_, ld_, storage_.get()};
+    }
     /// @}
 
     /// Empties the view and keeps its memory for reuse.
