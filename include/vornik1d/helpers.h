@@ -310,13 +310,13 @@ inline int try_remesh(dense2D<double> const& coords, dense2D<unsigned> const& co
 ///         as `remesh_lines`. A lack of memory can show in `remesh_lines` alone.
 ///
 /// Cost: remeshes copies of the network, once if it has no loop, usually 2 to 6 times if loops collapse, at
-/// most 100 times. It gives up after 10 trials in which no loop has gained an element.
+/// most 100 times. It gives up after 25 trials in which no loop has gained an element.
 [[nodiscard]] inline int loop_sizes(dense2D<double> const& coords, dense2D<unsigned> const& connect,
     double default_size, remesh_options const& options, unsigned min_elements,
     dense1D<double>& sizes) noexcept
 {
     constexpr int most_trials = 100;
-    constexpr int most_idle_trials = 10; // in which no loop gains elements
+    constexpr int most_idle_trials = 25; // in which no loop gains elements
     dense1D<double> result;
     dense1D<unsigned> colors;
     dense1D<unsigned> break_nodes;
@@ -358,7 +358,8 @@ inline int try_remesh(dense2D<double> const& coords, dense2D<unsigned> const& co
             elements += std::min(counts[c], min_elements);
             if (counts[c] >= min_elements) continue;
             loops.lower_sizes(c, connect, parts[c], default_size, options.min_size, result);
-            parts[c] *= std::clamp(1.02 * min_elements / std::max(counts[c], 1U), 1.02, 1.25);
+            double const largest_step = idle < 5 ? 1.25 : 2;
+            parts[c] *= std::clamp(1.02 * min_elements / std::max(counts[c], 1U), 1.02, largest_step);
             ++unhelped;
         }
         if (unhelped == 0) break;
