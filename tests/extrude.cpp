@@ -65,6 +65,31 @@ TEST(extrude, sizes_set_the_steps)
         EXPECT_NEAR(-std::atan2(coords(1, k), coords(0, k)), (std::pow(4, k / 5.0) - 1) / 3, 1e-12);
 }
 
+TEST(extrude, overloads_that_take_both_sizes)
+{
+    // As above, a path of length 1 with sizes 0.1 and 0.4: five elements, or four if their number is to be even.
+    dense2D<double> coords{{1, 0}}, space{{1, 0, 0}};
+    point2 const start2{1, 0}, up2{0, 1};
+    point3 const start3{1, 0, 0}, up3{0, 1, 0}, turn{0, 0, 1};
+    for (bool const even : {false, true}) {
+        end_sizes const sizes = {0.1, 0.4, even};
+        nodes out[8];
+        EXPECT_EQ(extrude_translate(coords, start2, up2, sizes, out[0]), 0);
+        EXPECT_EQ(extrude_translate(coords, 0, up2, sizes, out[1]), 0);
+        EXPECT_EQ(extrude_rotate(coords, start2, point2{}, 1, sizes, out[2]), 0);
+        EXPECT_EQ(extrude_rotate(coords, 0, point2{}, 1, sizes, out[3]), 0);
+        EXPECT_EQ(extrude_translate(space, start3, up3, sizes, out[4]), 0);
+        EXPECT_EQ(extrude_translate(space, 0, up3, sizes, out[5]), 0);
+        EXPECT_EQ(extrude_rotate(space, start3, point3{}, turn, sizes, out[6]), 0);
+        EXPECT_EQ(extrude_rotate(space, 0, point3{}, turn, sizes, out[7]), 0);
+        for (nodes const& mesh : out) {
+            ASSERT_EQ(mesh.size(), even ? 5U : 6U);
+            auto const& all = &mesh - out < 4 ? coords : space;
+            EXPECT_NEAR(all(1, mesh[1]), (std::pow(4, 1 / double(mesh.size() - 1)) - 1) / 3, 1e-3);
+        }
+    }
+}
+
 TEST(extrude, rotates_alike_in_plane_and_space)
 {
     for (double const angle : {1e-9, 0.0999, 0.1001, 0.999, 1.001, -2.0, 2 * std::numbers::pi, 7.0}) {

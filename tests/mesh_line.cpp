@@ -242,6 +242,7 @@ TEST(mesh_line, curvature_bounds_sizes_by_the_sagitta)
     for (auto const& row : rows)
         for (std::size_t const dimension : {2U, 3U}) {
             meshing m = chain_of(arc(200, 3, dimension), 0.9);
+            m.which = dimension == 2 ? overload::line : overload::line_by_chord_length;
             m.sizes[0] = 0.25;
             m.deviation_tolerance = row.tolerance, m.min_size = row.min_size;
             ASSERT_EQ(m.run(), 0);
@@ -270,14 +271,16 @@ TEST(mesh_line, counts)
         {64, 0.5, 0.0312, false, 1, 9, 4},            // the sagitta of 1/4 is 0.0311
         {64, 0.5, 0.0306, false, 1, 9, 5}, {64, 0.5, 0.0306, true, 1, 9, 6}, {10, 0.3, 0, false, 13, 13, 13},
         {10, 100, 0, false, 1, no_limit, 1}, {10, 1e-300, 0, false, 1, 1000, 1000}};
-    for (auto const& row : rows) {
-        meshing m = chain_of(arc(row.chain, 2), row.size);
-        m.force_even = row.even, m.min_elements = row.fewest, m.max_elements = row.most;
-        m.deviation_tolerance = row.tolerance;
-        ASSERT_EQ(m.run(), 0);
-        EXPECT_EQ(m.elements(), row.elements) << &row - rows;
-        EXPECT_EQ(m.pinned().size(), 2U);
-    }
+    for (auto const& row : rows)
+        for (auto const which : {overload::line, overload::line_by_chord_length}) {
+            meshing m = chain_of(arc(row.chain, 2), row.size);
+            m.which = which;
+            m.force_even = row.even, m.min_elements = row.fewest, m.max_elements = row.most;
+            m.deviation_tolerance = row.tolerance;
+            ASSERT_EQ(m.run(), 0);
+            EXPECT_EQ(m.elements(), row.elements) << &row - rows;
+            EXPECT_EQ(m.pinned().size(), 2U);
+        }
 }
 
 TEST(mesh_line, nodes_of_every_pass_lie_on_the_chain)

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "support.h"
 
 using namespace trelk;
@@ -30,5 +32,9 @@ TEST(mesh_straight, cuts_each_segment_on_its_own)
     expect_elements(6, 0, 0U, 1U, end_sizes{0.2, 0.2, true});
     expect_elements(1, 4, ends, reals({1, 1, 0.5}), false); // 3 ln(2) / 0.5 = 4.2
     expect_elements(1, 4, ends, columns({{1, 0, 1}, {1, 0, 1}, {4, 0, 4}}), false);
+    coords = columns({{0, 0}, {1, 0}});
+    nodes mesh;
+    ASSERT_EQ(mesh_straight(coords, 0, 1, {0.1, 0.5}, mesh), 0); // ln(5) / 0.4 = 4.02
+    EXPECT_NEAR(coords(0, 2), (std::pow(5, 0.25) - 1) / 4, 1e-12);
     EXPECT_EQ(version(), std::string("5.6.0.0"));
 }

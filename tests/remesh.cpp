@@ -244,10 +244,11 @@ TEST(remesh_lines, hands_chains_with_their_guides_to_the_spline)
         for (unsigned node = 0; node < 5; ++node) r.sizes.push_back(0.1 + 0.02 * (node % 3));
         r.max_angle = 90, r.min_size = 100; // no corners
         spline.min_size = r.min_size, spline.default_size = r.default_size;
+        spline.force_even = r.force_even = is_closed;
         spline.max_gradation = r.max_gradation = 0.5, spline.max_elements = r.max_elements = 25;
         spline.deviation_tolerance = r.deviation_tolerance = -0.001;
         ASSERT_EQ(spline.run() + r.run(), 0);
         EXPECT_EQ(r.coords, spline.coords);
-        EXPECT_EQ(r.connect.cols(), 25U);
+        EXPECT_EQ(r.connect.cols(), is_closed ? 26U : 25U);
     }
 }
