@@ -62,20 +62,3 @@ TEST(allocations, of_remesh_lines_do_not_grow_with_chains_and_ranges)
             EXPECT_LT(double(count), most_allocations(elements)) << tolerance << ' ' << elements;
         }
 }
-
-TEST(allocations, of_mesh_line_do_not_grow_with_ranges)
-{
-    for (std::size_t const nodes : {1000U, 30000U})
-        for (bool const by_tensors : {false, true}) {
-            dense2D<double> coords;
-            ASSERT_TRUE(coords.resize(2, nodes));
-            for (std::size_t k = 0; k < nodes; ++k)
-                coords(0, k) = double(k), coords(1, k) = double(k * k % 7);
-            meshing m = chain_of(coords, 3);
-            if (by_tensors) m.use_tensors();
-            m.deviation_tolerance = 0.01;
-            auto const count = allocations_of([&] { ASSERT_EQ(m.run(), 0); });
-            EXPECT_GT(m.pinned().size(), nodes / 2);
-            EXPECT_LT(double(count), most_allocations(nodes)) << nodes;
-        }
-}

@@ -24,17 +24,17 @@ TEST(extrude, counted_forms)
     }
     EXPECT_EQ(coords(1, 50), 100); // exactly
     ASSERT_EQ(extrude_translate(coords, 0, point2{0, 0}, 2, indices), 0);
-    EXPECT_EQ(values_of(coords)[52], (doubles{9, 9}));
+    EXPECT_EQ(coords.sub_matrix(0, 52, 2, 1), (dense2D<double>{{9, 9}}));
 
     EXPECT_EQ(extrude_translate(coords, 0, point2{1, 0}, 4294967295, indices), -199); // more than numbers
     EXPECT_EQ(extrude_translate(coords, point2{1, 0}, point2{1, 0}, 4294967295, indices), -199);
-    EXPECT_EQ(extrude_translate(coords, 0, point2{1, 0}, 1e-300, 1e-300, false, indices), -199);
+    EXPECT_EQ(extrude_translate(coords, 0, point2{1, 0}, {1e-300, 1e-300}, indices), -199);
     EXPECT_EQ(coords.cols() + indices.size(), 53U + 54);
 
     dense2D<double> fresh; // a matrix without rows takes those of the point
     ASSERT_TRUE(fresh.resize(0, 3));
     ASSERT_EQ(extrude_translate(fresh, point3{1, 2, 3}, point3{3, 0, 0}, 3, indices), 0);
-    EXPECT_EQ(values_of(fresh), (point_list{{1, 2, 3}, {2, 2, 3}, {3, 2, 3}, {4, 2, 3}}));
+    EXPECT_EQ(fresh, (dense2D<double>{{1, 2, 3}, {2, 2, 3}, {3, 2, 3}, {4, 2, 3}}));
 }
 
 TEST(extrude, sizes_set_the_steps)
@@ -42,16 +42,16 @@ TEST(extrude, sizes_set_the_steps)
     dense2D<double> coords, space;
     dense1D<unsigned> indices;
     auto const elements = [&](int status) {
-        std::size_t const nodes = indices.size();
+        std::size_t const size = indices.size();
         indices.clear();
-        return status == 0 ? nodes - 1 : 99;
+        return status == 0 ? size - 1 : 99;
     };
     // The boundary of 8 and 10 is their geometric mean, 8.94; there is one element at least.
-    EXPECT_EQ(elements(extrude_translate(coords, point2{0, 0}, point2{0, 9}, 1, 1, true, indices)), 10U);
-    EXPECT_EQ(elements(extrude_translate(coords, 0, point2{0, 0.1}, 1, 1, false, indices)), 1U);
+    EXPECT_EQ(elements(extrude_translate(coords, {0, 0}, {0, 9}, {1, 1, true}, indices)), 10U);
+    EXPECT_EQ(elements(extrude_translate(coords, 0, point2{0, 0.1}, {1, 1}, indices)), 1U);
     // The path of a rotation in space is as long as the distance from its axis, not from its centre, says.
     EXPECT_EQ(
-        elements(extrude_rotate(space, point3{1, 0, 5}, point3{}, point3{0, 0, 1}, 0.1, 0.1, false, indices)),
+        elements(extrude_rotate(space, point3{1, 0, 5}, point3{}, point3{0, 0, 1}, {0.1, 0.1}, indices)),
         10U);
     EXPECT_EQ(
         elements(extrude_rotate(space, point3{1e307, 0, 0}, point3{}, point3{0, 0, 6}, 1, indices)), 1U);
@@ -59,10 +59,35 @@ TEST(extrude, sizes_set_the_steps)
 
     // A metric length of ln(4) / 0.3 = 4.6 makes five steps, each 4^(1/5) times as long as the one before.
     coords.clear();
-    ASSERT_EQ(extrude_rotate(coords, point2{1, 0}, point2{0, 0}, -1.0, 0.1, 0.4, false, indices), 0);
+    ASSERT_EQ(extrude_rotate(coords, {1, 0}, {0, 0}, -1.0, {0.1, 0.4}, indices), 0);
     ASSERT_EQ(indices.size(), 6U);
     for (unsigned k = 1; k <= 5; ++k)
         EXPECT_NEAR(-std::atan2(coords(1, k), coords(0, k)), (std::pow(4, k / 5.0) - 1) / 3, 1e-12);
+}
+
+TEST(extrude, overloads_that_take_both_sizes)
+{
+    // As above, a path of length 1 with sizes 0.1 and 0.4: five elements, or four if their number is to be even.
+    dense2D<double> coords{{1, 0}}, space{{1, 0, 0}};
+    point2 const start2{1, 0}, up2{0, 1};
+    point3 const start3{1, 0, 0}, up3{0, 1, 0}, turn{0, 0, 1};
+    for (bool const even : {false, true}) {
+        end_sizes const sizes = {0.1, 0.4, even};
+        nodes out[8];
+        EXPECT_EQ(extrude_translate(coords, start2, up2, sizes, out[0]), 0);
+        EXPECT_EQ(extrude_translate(coords, 0, up2, sizes, out[1]), 0);
+        EXPECT_EQ(extrude_rotate(coords, start2, point2{}, 1, sizes, out[2]), 0);
+        EXPECT_EQ(extrude_rotate(coords, 0, point2{}, 1, sizes, out[3]), 0);
+        EXPECT_EQ(extrude_translate(space, start3, up3, sizes, out[4]), 0);
+        EXPECT_EQ(extrude_translate(space, 0, up3, sizes, out[5]), 0);
+        EXPECT_EQ(extrude_rotate(space, start3, point3{}, turn, sizes, out[6]), 0);
+        EXPECT_EQ(extrude_rotate(space, 0, point3{}, turn, sizes, out[7]), 0);
+        for (nodes const& mesh : out) {
+            ASSERT_EQ(mesh.size(), even ? 5U : 6U);
+            auto const& all = &mesh - out < 4 ? coords : space;
+            EXPECT_NEAR(all(1, mesh[1]), (std::pow(4, 1 / double(mesh.size() - 1)) - 1) / 3, 1e-3);
+        }
+    }
 }
 
 TEST(extrude, rotates_alike_in_plane_and_space)

@@ -30,12 +30,12 @@ TEST(metrics_gen, from_directions)
     ASSERT_EQ(metrics.cols(), 5U);
     expect_sizes<2>(metrics.col(1), {0.6, 0.8}, 0.5, 2);
     expect_sizes<2>(metrics.col(2), {0, 1}, 0.25, 1); // the vector is 2 long
-    EXPECT_EQ(values_of(metrics)[0], (std::vector<double>{0, 0, 0}));
-    EXPECT_EQ(values_of(metrics)[4], (std::vector<double>{5, 6, 7}));
+    EXPECT_EQ(metrics.sub_matrix(0, 0, 3, 1), dense2D<double>(3, 1));
+    EXPECT_EQ(metrics.sub_matrix(0, 4, 3, 1), (dense2D<double>{{5, 6, 7}}));
 
     ASSERT_TRUE(metrics.resize(0, 4)); // no columns, whatever their number says
     EXPECT_EQ(metrics_gen_aniso2d(columns({{infinity, 0}}), nodes({0}), infinity, infinity, metrics), 0);
-    EXPECT_EQ(values_of(metrics), (point_list{{0, 0, 0}}));
+    EXPECT_EQ(metrics, (dense2D<double>{{0, 0, 0}}));
 }
 
 TEST(metrics_gen, from_random_elements)
@@ -102,12 +102,12 @@ TEST(metrics_gen, bends_have_a_plane)
     auto const folded = columns({{0, 0, 0}, {0, 0, 1}, {0, 0, 1}});
     ASSERT_EQ(metrics_gen_aniso3d(folded, three, 0.1, 0.5, metrics), 0);
     EXPECT_NEAR(metrics(0, 1) * metrics(2, 1), 1 / (0.01 * 0.25), 1e-9);
-    EXPECT_EQ(values_of(metrics)[2], std::vector<double>(6, 0));
+    EXPECT_EQ(metrics.sub_matrix(0, 2, 6, 1), dense2D<double>(6, 1));
     metrics.clear();
     ASSERT_EQ(
         metrics_gen_aniso3d(columns({{0, 0, 0}, {infinity, 0, 0}}), columns<unsigned>({{0, 1}}), 1, metrics),
         0);
-    EXPECT_EQ(values_of(metrics), (point_list(2, std::vector<double>(6, 0))));
+    EXPECT_EQ(metrics, dense2D<double>(6, 2));
     // Of elements cut to their ends, inner nodes that still lie in their memory do not count.
     auto cut = columns<unsigned>({{0, 1, 99}, {1, 2, 99}});
     metrics.clear();

@@ -157,15 +157,15 @@ TEST(interpolate_metrics, values)
     auto const params = reals({0, 1, 1, 3});
     auto const wanted = reals({0, 0.5, 1, 1 + 1e-13, 2, 3});
     auto const four = reals({2, 4, 6, 0});
-    std::vector<double> const expected = {2, 3, 4, 6, 0, 0};
+    reals const expected = {2, 3, 4, 6, 0, 0};
     dense1D<double> values;
     dense2D<double> metrics, row, no_rows;
     ASSERT_EQ(interpolate_metrics(params, four, wanted, values), 0);
-    EXPECT_EQ(values_of(values), expected);
+    EXPECT_EQ(values, expected);
     ASSERT_TRUE(row.resize(2, 4, 9.0)); // a single row is a list of values, here of a larger matrix
     for (std::size_t k = 0; k < 4; ++k) row(0, k) = four[k];
     ASSERT_EQ(interpolate_metrics(params, row.sub_matrix(0, 0, 1, 4), wanted, metrics), 0);
-    EXPECT_EQ(values_of(metrics.as_vector()), expected);
+    EXPECT_EQ(metrics.as_vector(), expected);
     ASSERT_TRUE(no_rows.resize(0, 4));
     EXPECT_EQ(interpolate_metrics(params, no_rows, wanted, metrics), 0);
     EXPECT_EQ(metrics.rows() + metrics.cols(), 6U);
@@ -184,7 +184,7 @@ TEST(interpolate_metrics, tensors_that_cannot_be_reduced_or_are_far_apart)
         ASSERT_EQ(interpolate_metrics(reals({0, 1, 2}), columns({pivots(1, 4, 9), bad, pivots(1, 1, 1)}),
                       reals({0, 1.5, 2}), metrics),
             0);
-        EXPECT_EQ(values_of(metrics), (point_list{pivots(1, 4, 9), pivots(1, 4, 9), pivots(1, 1, 1)}));
+        EXPECT_EQ(metrics, columns({pivots(1, 4, 9), pivots(1, 4, 9), pivots(1, 1, 1)}));
     }
     // Sizes 0.1 to 1000 along axes that have nothing to do with each other: one eigenvalue of the pair rounds
     // to a negative one.

@@ -43,28 +43,6 @@ TEST(size_law, agrees_with_quadrature_on_both_sides_of_every_limit)
             EXPECT_TRUE(u >= 0 && u <= 1) << odd;
 }
 
-TEST(element_count, rounds_geometrically_and_clamps_in_order)
-{
-    constexpr std::uint64_t most = UINT64_MAX;
-    // Between k and k + step the boundary is their geometric mean.
-    for (std::uint64_t const step : {1U, 2U, 7U})
-        for (std::uint64_t const k : {1U, 2U, 5U, 1000000U}) {
-            double const boundary = double(step) * std::sqrt(double(k) * double(k + 1));
-            EXPECT_EQ(round_to_multiple(boundary * (1 - 1e-14), step), k * step);
-            EXPECT_EQ(round_to_multiple(boundary * (1 + 1e-14), step), (k + 1) * step);
-            for (double const low : {0.0, 0.3, -7.0, not_a_number})
-                EXPECT_EQ(round_to_multiple(low, step), step);
-            for (double const high : {infinity, 1e300})
-                EXPECT_EQ(round_to_multiple(high, step), most / step * step);
-        }
-    EXPECT_EQ(round_to_multiple(18446744073709549568.0, 1), most - 2046); // the largest double below 2^64
-
-    EXPECT_EQ(element_count(5.6, {false, 9, 4}), 4U);
-    EXPECT_EQ(element_count(1, {true, 3, 3}), 4U);
-    EXPECT_EQ(element_count(infinity, {true, 1, most}), most - 1);
-    EXPECT_EQ(element_count(1.9e19, {true, 1, most}, true), most); // beyond it is no even number
-}
-
 TEST(placement, nodes_stand_at_equal_metric_steps)
 {
     random_numbers random(11);
@@ -115,15 +93,15 @@ TEST(placement, does_not_lead_off_degenerate_chains)
 {
     auto const params = [](point_list const& corners, std::vector<double> const& sizes, unsigned count) {
         meshing m = chain_of(columns(corners), 1);
-        m.sizes = list(sizes), m.min_elements = m.max_elements = count;
+        m.sizes = reals(sizes), m.min_elements = m.max_elements = count;
         EXPECT_EQ(m.run(), 0);
         for (double const p : m.out_params) EXPECT_TRUE(p >= 0 && p <= double(corners.size() - 1));
-        return values_of(m.out_params);
+        return m.out_params;
     };
     // A node on a chain entry ends the segment before it: none lies on one of length 0.
-    EXPECT_EQ(params({{0, 0}, {1, 0}, {1, 0}, {2, 0}}, {1, 1, 1, 1}, 2), (std::vector<double>{0, 1, 3}));
+    EXPECT_EQ(params({{0, 0}, {1, 0}, {1, 0}, {2, 0}}, {1, 1, 1, 1}, 2), (reals{0, 1, 3}));
     // No length at all: all nodes repeat the first.
-    EXPECT_EQ(params({{1, 0}, {1, 0}}, {2, 2}, 4), (std::vector<double>{0, 0, 0, 0, 1}));
+    EXPECT_EQ(params({{1, 0}, {1, 0}}, {2, 2}, 4), (reals{0, 0, 0, 0, 1}));
     // Beyond arithmetic.
     for (auto const& sizes : {std::vector<double>{1e-320, 1, 1, 1e308}, {1, 1e308, 1e-320, 1}, {1, 1, 1, 1}})
         for (double const odd : {infinity, 1e308, 1e-320})

@@ -48,19 +48,6 @@ TEST(refinement, pins_corners_that_count_under_their_own_numbers)
     }
 }
 
-TEST(refinement, meshes_an_arc_again_with_one_element_more)
-{
-    // The sagitta of 1/4 of the arc is 0.0311.
-    for (auto const& [tolerance, even, count] :
-        {std::tuple(0.0, false, 4U), {0.0312, false, 4U}, {0.0306, false, 5U}, {0.0306, true, 6U}}) {
-        meshing m = chain_of(arc(64, 2), 0.5);
-        m.force_even = even, m.deviation_tolerance = tolerance;
-        ASSERT_EQ(m.run(), 0);
-        EXPECT_EQ(m.elements(), count);
-        EXPECT_EQ(m.pinned(), (numbers{0, 64}));
-    }
-}
-
 TEST(refinement, holds_random_chains_to_the_tolerance)
 {
     random_numbers random(5);

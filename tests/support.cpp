@@ -28,15 +28,8 @@ bool must_fail()
     if (!now.is_on) return false;
     std::size_t const number = now.count++;
     if (number < now.first) return false;
-    switch (now.which) {
-    case failing_allocations::extent::one:
-        return number == now.first;
-    case failing_allocations::extent::five:
-        return number < now.first + 5;
-    case failing_allocations::extent::all_behind:
-        break;
-    }
-    return true;
+    using extent = failing_allocations::extent;
+    return now.which == extent::all_behind || number < now.first + (now.which == extent::one ? 1 : 5);
 }
 
 } // namespace
@@ -105,22 +98,17 @@ static void detach(Array& array)
 
 int meshing::run()
 {
-    auto const call = [this](auto const& targets, auto& out_targets) {
-        switch (which) {
-        case overload::line:
-            return vornik1d::mesh_line(coords, indices, params, targets, force_even, min_elements,
-                max_elements, deviation_tolerance, min_size, out_indices, out_params, out_targets);
-        case overload::line_by_chord_length:
-            return vornik1d::mesh_line(coords, indices, targets, force_even, min_elements, max_elements,
-                deviation_tolerance, min_size, out_indices, out_params, out_targets);
-        case overload::spline:
-            break;
-        }
-        return vornik1d::mesh_spline(coords, indices, targets, force_even, min_elements, max_elements,
-            deviation_tolerance, min_size, default_size, max_gradation, out_indices, out_params, out_targets,
-            deviation);
+    vornik1d::spline_options spline = *this;
+    spline.out_params = &out_params, spline.out_sizes = &out_sizes;
+    spline.out_metrics = &out_metrics, spline.deviation = &deviation;
+    vornik1d::line_options const line = {deviation_tolerance, min_size, force_even, min_elements,
+        max_elements, which == overload::line ? params : reals(), &out_params, &out_sizes, &out_metrics};
+    auto const call = [&](auto const& targets) {
+        return which == overload::spline
+                   ? vornik1d::mesh_spline(coords, indices, targets, out_indices, spline)
+                   : vornik1d::mesh_line(coords, indices, targets, out_indices, line);
     };
-    return metrics.empty() ? call(sizes, out_sizes) : call(metrics, out_metrics);
+    return metrics.empty() ? call(sizes) : call(metrics);
 }
 
 meshing meshing::copy() const
@@ -175,15 +163,9 @@ meshing spline_of(dense2D<double> const& coords, double size, bool is_closed)
 
 int remeshing::run()
 {
-    using vornik1d::remesh_lines;
-    if (which == overload::plain)
-        return remesh_lines(coords, connect, default_size, force_even, max_angle, deviation_tolerance,
-            max_gradation, min_size, min_elements, max_elements);
-    if (which == overload::with_colors)
-        return remesh_lines(coords, connect, default_size, colors, force_even, max_angle, deviation_tolerance,
-            max_gradation, min_size, min_elements, max_elements);
-    return remesh_lines(coords, connect, default_size, sizes, colors, hard_nodes, hard_edges, force_even,
-        max_angle, deviation_tolerance, max_gradation, min_size, min_elements, max_elements);
+    vornik1d::remesh_options options = *this;
+    options.colors = &colors, options.hard_nodes = hard_nodes, options.break_nodes = &hard_nodes;
+    return vornik1d::remesh_lines(coords, connect, default_size, options);
 }
 
 double length_of(dense2D<double> const& coords, dense2D<unsigned> const& connect)

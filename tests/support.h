@@ -22,16 +22,8 @@ constexpr double largest_double = std::numeric_limits<double>::max();
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
 
-template <class T>
-trelk::dense1D<T> list(std::vector<T> const& values)
-{
-    trelk::dense1D<T> result;
-    for (T const value : values) result.push_back(value);
-    return result;
-}
-
-inline trelk::dense1D<double> reals(std::vector<double> const& values) { return list(values); }
-inline trelk::dense1D<unsigned> nodes(std::vector<unsigned> const& values) { return list(values); }
+using reals = trelk::dense1D<double>;
+using nodes = trelk::dense1D<unsigned>;
 trelk::dense1D<unsigned> nodes_up_to(std::size_t n);
 
 /// A matrix given column by column.
@@ -48,21 +40,6 @@ trelk::dense2D<T> columns(std::vector<std::vector<T>> const& values)
 /// n + 1 nodes on an arc of the given angle on a circle of radius 1, in the plane or, tilted, in space.
 trelk::dense2D<double> arc(std::size_t n, double angle, std::size_t rows = 2);
 
-template <class T>
-std::vector<T> values_of(trelk::dense1D<T> const& values)
-{
-    return {values.begin(), values.end()};
-}
-
-template <class T>
-std::vector<std::vector<T>> values_of(trelk::dense2D<T> const& values)
-{
-    std::vector<std::vector<T>> result(values.cols());
-    for (std::size_t j = 0; j < values.cols(); ++j)
-        result[j].assign(values.col(j), values.col(j) + values.rows());
-    return result;
-}
-
 /// Numbers that are the same in every run and with every standard library.
 class random_numbers
 {
@@ -75,8 +52,9 @@ private:
     unsigned long long state_;
 };
 
-/// A call of `mesh_line` or `mesh_spline`, in any of their overloads, that starts from outputs which hold something.
-struct meshing
+/// A call of `mesh_line` or `mesh_spline` by options, in any of their overloads, that starts from outputs which hold
+/// something.
+struct meshing : trelk::vornik1d::spline_options
 {
     enum class overload { line, line_by_chord_length, spline };
 
@@ -85,19 +63,11 @@ struct meshing
     trelk::dense1D<unsigned> indices;
     trelk::dense1D<double> params, sizes;
     trelk::dense2D<double> metrics; // taken instead of the sizes unless there are none
-    bool force_even = false;
-    unsigned min_elements = 1;
-    unsigned max_elements = no_limit;
-    double deviation_tolerance = 0;
-    double min_size = 0;
-    double default_size = 0;
-    double max_gradation = 0;
-    double deviation = 7;
 
-    trelk::dense1D<unsigned> out_indices = nodes({77});
-    trelk::dense1D<double> out_params = reals({-7, -8});
-    trelk::dense1D<double> out_sizes = reals({0.7});
+    trelk::dense1D<unsigned> out_indices{77};
+    trelk::dense1D<double> out_params{-7, -8}, out_sizes{0.7};
     trelk::dense2D<double> out_metrics;
+    double deviation = 7;
 
     int run();
 
@@ -108,17 +78,10 @@ struct meshing
     void use_tensors();
 
     /// What no call changes.
-    auto inputs() const
-    {
-        return std::tuple(values_of(indices), values_of(params), values_of(sizes), values_of(metrics));
-    }
+    auto inputs() const { return std::tie(indices, params, sizes, metrics); }
 
     /// Everything that a failure must leave alone, but for `out_params`.
-    auto untouched() const
-    {
-        return std::tuple(
-            values_of(coords), values_of(out_indices), values_of(out_sizes), out_metrics.cols());
-    }
+    auto untouched() const { return std::tie(coords, out_indices, out_sizes, out_metrics); }
 
     /// The nodes that the call has appended, and those of them that are chain nodes.
     numbers mesh() const { return {out_indices.begin() + 1, out_indices.end()}; }
@@ -133,30 +96,20 @@ meshing chain_of(trelk::dense2D<double> const& coords, double size);
 /// or one closed from the last to the first.
 meshing spline_of(trelk::dense2D<double> const& coords, double size, bool is_closed = false);
 
-/// A call of `remesh_lines`, in any of its overloads.
-struct remeshing
+/// A call of `remesh_lines` by options. Break nodes replace `hard_nodes`.
+struct remeshing : trelk::vornik1d::remesh_options
 {
-    enum class overload { full, with_colors, plain };
-
-    overload which = overload::full;
     trelk::dense2D<double> coords;
     trelk::dense2D<unsigned> connect;
     double default_size = 0.3;
-    trelk::dense1D<double> sizes;
-    trelk::dense1D<unsigned> colors, hard_nodes, hard_edges;
-    bool force_even = false;
-    double max_angle = 40, deviation_tolerance = 0, max_gradation = 0, min_size = 0;
-    unsigned min_elements = 1, max_elements = no_limit;
+    trelk::dense1D<unsigned> colors, hard_nodes;
 
     int run();
 
     /// The same call with a mesh and lists of its own, as they are now.
     remeshing copy() const;
 
-    auto untouched() const
-    {
-        return std::tuple(values_of(coords), values_of(connect), values_of(colors), values_of(hard_nodes));
-    }
+    auto untouched() const { return std::tie(coords, connect, colors, hard_nodes); }
 };
 
 double length_of(trelk::dense2D<double> const& coords, trelk::dense2D<unsigned> const& connect);

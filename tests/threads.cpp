@@ -26,7 +26,7 @@ TEST(threads, calls_on_views_of_shared_input)
     }
     for (auto& thread : threads) thread.join();
     EXPECT_GT(calls[0].coords.cols(), 300U);
-    for (meshing const& call : calls) EXPECT_EQ(values_of(call.coords), values_of(calls[0].coords));
+    for (meshing const& call : calls) EXPECT_EQ(call.coords, calls[0].coords);
 }
 
 // A network of rings and forks, cut into batches that two threads remesh, is the one that a single call makes.
@@ -71,8 +71,8 @@ TEST(threads, batches_of_a_network)
         joined.push_back(batches.join([](std::size_t n, auto const& put) {
             for (std::size_t k = n; k-- > 0;) put(k);
         }));
-        EXPECT_EQ(values_of(joined.back().coords), values_of(joined.front().coords));
-        EXPECT_EQ(values_of(joined.back().connect), values_of(joined.front().connect));
+        EXPECT_EQ(joined.back().coords, joined.front().coords);
+        EXPECT_EQ(joined.back().connect, joined.front().connect);
     }
     network_mesh whole;
     ASSERT_TRUE(whole.coords.copy(network.coords) && whole.connect.copy(network.connect));

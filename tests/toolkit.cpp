@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include <vornik/toolkit.h>
+#include <vornik1d/helpers.h>
 
 #include "support.h"
 
@@ -44,25 +45,12 @@ TEST(toolkit, neighbors_agree_with_brute_force)
                 bool const is_pair = owners.size() == 2 && owners[0] != owners[1];
                 expected[e].push_back(is_pair ? owners[owners[0] == e ? 1 : 0] : vornik::none);
             }
-        dense2D<unsigned> neighbors;
-        ASSERT_EQ(vornik::get_neighbors(columns(mesh), edge, false, neighbors), 0);
-        ASSERT_EQ(values_of(neighbors), expected);
+        ASSERT_EQ(vornik1d::neighbors_of(columns(mesh)), columns(expected));
     }
-}
-
-TEST(toolkit, colors_have_boundaries_where_neighbors_fit)
-{
-    auto const line = columns<unsigned>({{0, 1}, {1, 2}}), sides = columns<unsigned>({{1, 9}, {9, 0}});
-    dense2D<unsigned> result;
-    auto const status = [&](dense2D<unsigned> const& mesh, dense2D<unsigned> const& neighbors) {
-        return vornik::get_colors_boundaries(mesh, neighbors, nodes({3, 4}), edge, false, false, result);
-    };
-    EXPECT_EQ(status(line, sides), 0);
-    EXPECT_EQ(values_of(result), element_list{{1}});
-    EXPECT_EQ(status(line.sub_matrix(0, 0, 1, 2), sides), -1);
-    EXPECT_EQ(status(line, sides.sub_matrix(0, 0, 2, 1)), -2);
-    EXPECT_EQ(status(line, sides.sub_matrix(0, 0, 1, 2)), -2);
-    EXPECT_TRUE(result.empty());
+    EXPECT_TRUE(vornik1d::neighbors_of(columns<unsigned>({{1}, {2}})).empty());
+    auto const line = columns<unsigned>({{0, 1}, {1, 2}}), too_few = columns<unsigned>({{1, 9}});
+    dense2D<unsigned> ends;
+    EXPECT_EQ(vornik::get_colors_boundaries(line, too_few, {3, 4}, edge, false, false, ends), -2);
 }
 
 TEST(toolkit, gradation_bounds_growth_along_edges)
@@ -72,13 +60,16 @@ TEST(toolkit, gradation_bounds_growth_along_edges)
     auto const coords = arc(n, 3, 3);
     dense2D<unsigned> edges;
     ASSERT_EQ(vornik1d::indices_to_connectE2(nodes_up_to(n + 1), edges), 0);
+    ASSERT_TRUE(edges.resize(2, n + 1, 4000000000)); // the last one is passed over
     dense1D<double> sizes(n + 1);
     for (double& h : sizes) h = random.between(0.01, 2);
-    auto const asked = values_of(sizes);
+    std::vector<double> const asked(sizes.begin(), sizes.end());
     dense2D<double> metrics;
     ASSERT_TRUE(vornik::metrics_iso_to_aniso3d(sizes, metrics));
     vornik::bound_metric_gradations(coords, edges, edge, {}, true, -1, 0.3, sizes);
     vornik::bound_metric_gradations(coords, edges, edge, {}, true, 0, 0.3, metrics);
+    auto flat = metrics.sub_matrix(0, 0, 3, n + 1); // tensors of the plane in space
+    vornik::bound_metric_gradations(coords, edges, edge, {}, true, 0, 0.1, flat);
     double const step = 2 * std::sin(1.5 / double(n));
     for (std::size_t k = 0; k <= n; ++k) {
         double least = infinity;
@@ -89,23 +80,4 @@ TEST(toolkit, gradation_bounds_growth_along_edges)
     }
     vornik::bound_metric_gradations(coords, edges, edge, {}, true, -1, 0, sizes); // no growth at all
     EXPECT_EQ(*std::max_element(sizes.begin(), sizes.end()), *std::min_element(asked.begin(), asked.end()));
-}
-
-TEST(toolkit, gradation_passes_over_what_it_cannot_bound)
-{
-    auto const pair = columns<unsigned>({{0, 1}}), beyond = columns<unsigned>({{0, 2}, {2, 1}});
-    point_list const flat = {{1, 0, 1}, {1e-4, 0, 1e-4}};
-    for (auto const& [mesh, growth, far] : {std::tuple(beyond, 0.3, 1.0), {pair, -1.0, 1.0},
-             {pair, not_a_number, 1.0}, {pair.sub_matrix(0, 0, 1, 1), 0.3, 1.0}, {pair, 0.3, infinity}}) {
-        auto sizes = reals({1, 100});
-        auto metrics = columns(flat);
-        vornik::bound_metric_gradations(columns({{0, 0}, {far, 0}}), mesh, edge, {}, true, -1, growth, sizes);
-        vornik::bound_metric_gradations(
-            columns({{0, 0}, {far, 0}}), mesh, edge, {}, true, 0, growth, metrics);
-        EXPECT_EQ(sizes[1], 100);
-        EXPECT_EQ(values_of(metrics), flat);
-    }
-    auto of_plane = columns(flat); // tensors of the other dimension
-    vornik::bound_metric_gradations(columns({{0, 0, 0}, {1, 1, 1}}), pair, edge, {}, true, 0, 0.3, of_plane);
-    EXPECT_EQ(values_of(of_plane), flat);
 }
