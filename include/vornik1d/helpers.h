@@ -86,7 +86,7 @@ namespace trelk::vornik1d {
     case -1:
         return "coords is wrong";
     case -2:
-        return "the chain with its guide nodes is wrong";
+        return "the chain is wrong; it needs guide nodes at both ends, see with_guides";
     case -3:
         return "sizes or metrics are wrong";
     case -5:
@@ -290,9 +290,13 @@ inline int try_remesh(dense2D<double> const& coords, dense2D<unsigned> const& co
 /// ```cpp
 /// dense1D<double> sizes;
 /// int status = loop_sizes(coords, connect, 5.0, options, 3, sizes);
+/// if (status > 0) std::puts("some loops collapse nevertheless");
 /// options.sizes = sizes;
-/// if (status == 0) status = remesh_lines(coords, connect, 5.0, options);
+/// if (status >= 0) status = remesh_lines(coords, connect, 5.0, options);
 /// ```
+///
+/// With tolerance 0 a loop that is saved keeps all its nodes, as other bent lines do. A positive tolerance
+/// makes it coarse.
 ///
 /// A closed loop is a chain that begins and ends at one node, whether other chains meet it there or not. A
 /// ring with two corners or hard nodes consists of two chains, and is not a closed loop. If no loop has too

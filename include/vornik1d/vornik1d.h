@@ -70,8 +70,8 @@ namespace trelk::vornik1d {
 ///
 /// **Options.** Functions with many arguments also take a record of options, each with a default. These
 /// overloads return the statuses of the fullest overload, whatever was left out. In C++20 a call can name the
-/// options in place, in the order of the record:
-/// `mesh_line(coords, chain, sizes, nodes, {.min_elements = 3})`.
+/// options in place, in the order of the record: `mesh_line(coords, chain, sizes, nodes, {.min_elements =
+/// 3})`.
 ///
 /// **Safety.** Functions throw nothing and keep neither state nor references to arguments. No argument makes
 /// them read or write outside the containers. Calls may run side by side unless one writes values that
@@ -106,22 +106,22 @@ constexpr unsigned no_color = 4294967295;
 ///
 /// `mesh_line`:
 ///   - 0, NaN, plus or minus the largest double: no tolerance. Sizes alone count.
-///   - positive: a length; the nodes of the chain stay nearer than this to the mesh. If an interior node
-///     of the chain is at this distance or more from the mesh, the line is meshed again, with more
-///     elements or in two parts that meet at that node. The distance is measured from the infinite line
-///     through the element that covers the node's parameter value, so a spike along that line goes unseen.
-///     `force_even` holds for the new mesh; `min_elements` and `max_elements` do not. A mesh that has
-///     `max_elements` elements before this stage stays as it is. A part that does not come nearer with
-///     more elements is split after a thousand trials, or once the trials have made ten million elements.
+///   - positive: a length; the nodes of the chain stay nearer than this to the mesh. If an interior node of
+///     the chain is at this distance or more from the mesh, the line is meshed again, with more elements or
+///     in two parts that meet at that node. The distance is measured from the infinite line through the
+///     element that covers the node's parameter value, so a spike along that line goes unseen. `force_even`
+///     holds for the new mesh; `min_elements` and `max_elements` do not. A mesh that has `max_elements`
+///     elements before this stage stays as it is. A part that does not come nearer with more elements is
+///     split after a thousand trials, or once the trials have made ten million elements.
 ///   - negative: at curvature c the size h is at most the h with (h * c)^2 / 8 = -`deviation_tolerance`: the
 ///     sagitta of a chord (its height over the chord) relative to the radius. The bound is never below
 ///     `min_size`; sizes below `min_size` stay.
 ///
 /// `mesh_spline`:
 ///   - 0, NaN, plus or minus the largest double: no tolerance, and two samples from each node to the next.
-///   - positive: a length; elements stay within about this distance of the curve. At curvature c the size
-///     is at most 2 sqrt(e (2 - e)) / c with e = c * `deviation_tolerance`. Bends tighter than the
-///     tolerance (e of 1 or more) get no extra nodes.
+///   - positive: a length; elements stay within about this distance of the curve. At curvature c the size is
+///     at most 2 sqrt(e (2 - e)) / c with e = c * `deviation_tolerance`. Bends tighter than the tolerance (e
+///     of 1 or more) get no extra nodes.
 ///   - negative: the same with e = -`deviation_tolerance` at every curvature.
 ///
 /// `remesh_lines`, for each chain:
@@ -157,10 +157,12 @@ struct remesh_options
     unsigned max_elements = no_limit; ///< Maximum number of elements on each chain.
 
     dense1D<double> sizes{}; ///< Target sizes by node number; entries that are not positive are ignored.
-    dense1D<unsigned> hard_nodes{};           ///< Nodes to cut at.
-    dense1D<unsigned> hard_edges{};           ///< Columns of `connect` that stay as they are. Argument 7.
-    dense1D<unsigned>* colors = nullptr;      ///< In and out: a colour per element.
-    dense1D<unsigned>* break_nodes = nullptr; ///< Out: replaced by the nodes at which lines were cut.
+    dense1D<unsigned> hard_nodes{};      ///< Nodes to cut at.
+    dense1D<unsigned> hard_edges{};      ///< Columns of `connect` that stay as they are. Argument 7.
+    dense1D<unsigned>* colors = nullptr; ///< In and out: a colour per element.
+
+    /// Out: replaced by the nodes at which lines were cut, and hard nodes that no line has.
+    dense1D<unsigned>* break_nodes = nullptr;
 };
 
 /// Replaces a mesh of lines by one whose elements follow target sizes. What was joined stays joined.
@@ -224,9 +226,9 @@ struct remesh_options
 ///   - If `max_gradation` is positive, `default_size` means on splines what it means in `mesh_spline`.
 ///   - A lack of memory inside a placement may leave a chain coarser than its sizes ask for, with status 0.
 ///
-/// Cost: linear in elements and node numbers, plus the cost of the meshers. Peak memory is at most about 1.6 times
-/// the old plus the new mesh, plus what the longest chain needs: its samples if it is meshed as a spline, see
-/// `mesh_spline`. The number of allocations does not depend on the number of chains.
+/// Cost: linear in elements and node numbers, plus the cost of the meshers. Peak memory is at most about 1.6
+/// times the old plus the new mesh, plus what the longest chain needs: its samples if it is meshed as a
+/// spline, see `mesh_spline`. The number of allocations does not depend on the number of chains.
 [[nodiscard]] inline int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect,
     double default_size, remesh_options const& options = {}) noexcept;
 
@@ -573,10 +575,11 @@ struct spline_options
 ///     coords, with_guides(chain, true), with_guides(chain, sizes, true), nodes, options);
 /// ```
 ///
-/// With `max_gradation` g, neighbouring elements differ in length by a factor of about exp(g), and a few
-/// percent more where the curve bends: 0.3 gives about 1.37. On a closed curve this does not hold where its
-/// ends meet. Begin the chain where the curve is flat and elements are long, or mesh twice: the second time
-/// with the smaller of the two end sizes of the first mesh as the size at the first node.
+/// With `max_gradation` g, neighbouring elements differ in length by a factor of about exp(g): 0.3 gives
+/// about 1.35 to 1.4, and up to 1.5 if nodes are far apart at a tight bend. On a closed curve this does not
+/// hold where its ends meet, and the factor there can be 4. Begin the chain where the curve is flat and
+/// elements are long, or mesh twice: the second time with the smaller of the two end sizes of the first mesh
+/// as the size at the first node.
 ///
 /// The first and the last chain entry are *guide nodes*: they shape the tangents at the ends of the curve and
 /// are not on it. The mesh runs from the second entry to the last but one. An open curve through a, b, ...,
@@ -590,7 +593,8 @@ struct spline_options
 ///
 /// @param[in,out] coords  d x n, d = 2 or 3: node positions, in length units of the model. New nodes are
 ///                 appended as columns; old columns do not change.
-/// @param indices  the chain with its guide nodes, at least 4 column numbers of `coords`.
+/// @param indices  the chain with its guide nodes, at least 4 column numbers of `coords`. A chain without
+///                 guide nodes silently loses its first and last node.
 /// @param sizes    a target size per chain entry, positive and finite, in length units of the model; those of
 ///                 the guide nodes have no effect, and further values are ignored.
 /// @param[out] out_indices  the mesh nodes are appended in the order of travel.
@@ -616,8 +620,10 @@ struct spline_options
 ///     everywhere except at the nodes of the curve, before the bounds.
 ///   - `max_gradation` has no effect from the largest double on.
 ///   - **Far nodes.** Curvature is averaged between two nodes at which the chain bends. If nodes are far
-///     apart there, the mesh strays farther: up to about twice the tolerance at the nose of an airfoil of 61
-///     nodes, 1.2 times with 241 nodes. Nodes closer together than 1e-12 length units do not bend.
+///     apart at a tight bend, the mesh strays farther than the tolerance, and the factor grows as the
+///     tolerance falls: at the nose of an airfoil of 60 nodes and chord 1 it is about 2 for a tolerance of
+///     1e-3 and 4 for 1e-4, with 240 nodes 1.2 and 1.6. Nodes closer together than 1e-12 length units do not
+///     bend.
 ///   - `deviation` is the largest distance of a sample from the line through the ends of its span. It tells
 ///     how far the spline strays from the polyline through its nodes, not how far the mesh does. If
 ///     `deviation` is an entry of `coords` or of an output, which may move, it stays 0.

@@ -27,6 +27,9 @@ inline unsigned most(scene& s)
     return s.is_bounded || s.g.chance(0.3) ? s.least + s.g.node(60) : no_limit;
 }
 
+/// A limit also of metric lengths that are infinite, which ask for more memory than some machines have.
+inline unsigned most_points(scene& s) { return std::min(most(s), 100'000U); }
+
 inline double radians(scene& s) { return s.g.between(-7, 7); }
 inline double span_param(scene& s) { return s.g.chance(0.7) ? s.g.unit() : s.g.between(-2, 3); }
 inline double size(scene& s) { return s.target * s.g.octaves(-3, 4); }

@@ -266,7 +266,7 @@ void make_calls(recorder& run)
     run("interpolate_coordinates", 1200, line, to_move, coords, chain, params, any_nodes, between);
     run("sort", 600, line, CALL(sort), signed_sizes, any_nodes);
     run("subdivide", 1500, {.is_far = false}, CALL(subdivide), params, signed_sizes, chain, flag, flag, least,
-        most, nodes);
+        most_points, nodes);
 
     auto const interpolate = CALL(interpolate_metrics);
     auto const in_plane = CALL(metrics_gen_aniso2d);
