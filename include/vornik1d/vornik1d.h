@@ -70,8 +70,7 @@ namespace trelk::vornik1d {
 ///
 /// **Options.** Functions with many arguments also take a record of options, each with a default. These
 /// overloads return the statuses of the fullest overload, whatever was left out. In C++20 a call can name the
-/// options in place, in the order of the record: `mesh_line(coords, chain, sizes, nodes, {.min_elements =
-/// 3})`.
+/// options in place, in the order of the record: `{.min_elements = 3, .max_elements = 9}`.
 ///
 /// **Safety.** Functions throw nothing and keep neither state nor references to arguments. No argument makes
 /// them read or write outside the containers. Calls may run side by side unless one writes values that
@@ -161,7 +160,7 @@ struct remesh_options
     dense1D<unsigned> hard_edges{};      ///< Columns of `connect` that stay as they are. Argument 7.
     dense1D<unsigned>* colors = nullptr; ///< In and out: a colour per element.
 
-    /// Out: replaced by the nodes at which lines were cut, and hard nodes that no line has.
+    /// Out: replaced by the nodes at which lines were cut and hard nodes that no line has, ascending.
     dense1D<unsigned>* break_nodes = nullptr;
 };
 
