@@ -97,13 +97,17 @@ inline int mesh_line(dense2D<double>& coords, dense1D<unsigned> const& indices,
     std::initializer_list<double> sizes, dense1D<unsigned>& out_indices,
     line_options const& options = {}) noexcept
 {
-    return mesh_line(coords, indices, dense1D<double>(sizes), out_indices, options);
+    dense1D<double> const list(sizes);
+    if (list.size() != sizes.size()) return no_storage;
+    return mesh_line(coords, indices, list, out_indices, options);
 }
 
 [[nodiscard]] inline int mesh_straight(dense2D<double>& coords, dense1D<unsigned> const& indices,
     std::initializer_list<double> sizes, bool force_even, dense1D<unsigned>& out_indices) noexcept
 {
-    return mesh_straight(coords, indices, dense1D<double>(sizes), force_even, out_indices);
+    dense1D<double> const list(sizes);
+    if (list.size() != sizes.size()) return no_storage;
+    return mesh_straight(coords, indices, list, force_even, out_indices);
 }
 /// @endcond
 
