@@ -35,8 +35,6 @@ vornik1d.plot draws lines with Matplotlib.
 from ._arguments import UNLIMITED, pack_metrics, unpack_metrics
 from ._core import version
 from ._elements import (
-    HighOrderMesh,
-    Orientation,
     convert_into_cubic,
     convert_into_high_order,
     convert_into_linear,
@@ -50,7 +48,6 @@ from ._elements import (
 )
 from ._extrusion import extrude_rotate, extrude_translate
 from ._measures import (
-    Subdivision,
     curvatures,
     interpolate_coordinates,
     length,
@@ -59,18 +56,10 @@ from ._measures import (
     sort,
     subdivide,
 )
-from ._meshing import (
-    LineMesh,
-    Network,
-    NodeList,
-    SplineMesh,
-    mesh_line,
-    mesh_spline,
-    mesh_straight,
-    remesh_lines,
-    spline_point,
-)
+from ._meshing import mesh_line, mesh_spline, mesh_straight, spline_point
 from ._metrics import interpolate_metrics, metrics_gen_aniso2d, metrics_gen_aniso3d
+from ._networks import remesh_lines
+from ._results import HighOrderMesh, LineMesh, Network, NodeList, Orientation, SplineMesh, Subdivision
 
 __version__ = version()
 

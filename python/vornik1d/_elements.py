@@ -2,13 +2,14 @@
 
 from __future__ import annotations
 
-from typing import Any, Callable, NamedTuple, Optional, SupportsIndex, Tuple
+from typing import Any, Callable, Optional, SupportsIndex, Tuple
 
 import numpy as np
 import numpy.typing as npt
 
 from . import _core
-from ._arguments import Arguments, Nodes, Reals
+from ._arguments import Arguments, Nodes
+from ._results import HighOrderMesh, Orientation
 
 
 def _append_elements(
@@ -65,13 +66,6 @@ def convert_into_linear(connect: npt.ArrayLike) -> Nodes:
     return out
 
 
-class HighOrderMesh(NamedTuple):
-    """coords: (n, d) all nodes, the new nodes last. connect: (m, k) elements, the two end nodes first."""
-
-    coords: Reals
-    connect: Nodes
-
-
 def _convert(
     name: str, order: int, coords: npt.ArrayLike, connect: npt.ArrayLike, *extra: int
 ) -> HighOrderMesh:
@@ -111,14 +105,6 @@ def flip(connect: npt.ArrayLike) -> Nodes:
     """Reverse the order of the nodes in each element."""
     result: Nodes = _core.flip(Arguments("flip").elements("connect", connect))[1]
     return result
-
-
-class Orientation(NamedTuple):
-    """connect: (m, 2) elements; neighbors: (m, 2) their neighbours; turns: how often an element was turned."""
-
-    connect: Nodes
-    neighbors: Nodes
-    turns: int
 
 
 def mesh_reorient(

@@ -9,7 +9,7 @@ import numpy.typing as npt
 
 from . import _core
 from ._arguments import Arguments, Reals
-from ._meshing import NodeList
+from ._results import NodeList
 
 Start = Union[SupportsIndex, npt.ArrayLike]
 

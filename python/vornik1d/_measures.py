@@ -2,13 +2,14 @@
 
 from __future__ import annotations
 
-from typing import NamedTuple, Optional, SupportsIndex, Tuple
+from typing import Optional, SupportsIndex, Tuple
 
 import numpy as np
 import numpy.typing as npt
 
 from . import _core
 from ._arguments import LIMITS, UNLIMITED, Arguments, Nodes, Real, Reals
+from ._results import Subdivision
 
 _VALID = "must contain valid node numbers, below the number of coords"
 _CHAIN = ("indices", _VALID)
@@ -156,19 +157,6 @@ def sort(params: npt.ArrayLike, indices: npt.ArrayLike) -> Tuple[Reals, Nodes]:
     status, values, nodes = _core.sort(a.reals("params", params), a.nodes("indices", indices))
     a.check(status, {-1: ("indices", "must contain one node per value of params")})
     return values, nodes
-
-
-class Subdivision(NamedTuple):
-    """A mesh of a line on the parameter axis.
-
-    params: the parameter of each point, first the given points, then the new points.
-    sizes: the target size at each point.
-    indices: the points of the mesh in the order of travel.
-    """
-
-    params: Reals
-    sizes: Reals
-    indices: Nodes
 
 
 def subdivide(
