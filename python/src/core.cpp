@@ -12,6 +12,7 @@
 #include <vornik/toolkit.h>
 
 #include "arrays.h"
+#include "bindings.h"
 
 using namespace trelk;
 using namespace trelk::vornik1d;
@@ -174,17 +175,6 @@ py::tuple rotate_in_space(real_array const& coords, start const& from, real_arra
     });
 }
 
-struct remesh_limits
-{
-    bool force_even;
-    double max_angle;
-    double deviation_tolerance;
-    double max_gradation;
-    double min_size;
-    unsigned min_elements;
-    unsigned max_elements;
-};
-
 /// Calls `run(coords, connect, colors, hard_nodes)`.
 template <class Run>
 py::tuple remesh(real_array const& coords, node_array const& connect, std::optional<node_array> const& colors,
@@ -208,7 +198,17 @@ void bind_line_meshing(py::module_& m)
 {
     py::class_<mesh_limits>(m, "mesh_limits").def(py::init<bool, unsigned, unsigned, double, double>());
     py::class_<remesh_limits>(m, "remesh_limits")
-        .def(py::init<bool, double, double, double, double, unsigned, unsigned>());
+        .def(py::init<bool, double, double, double, double, unsigned, unsigned>())
+        .def(py::pickle(
+            [](remesh_limits const& by) {
+                return py::make_tuple(by.force_even, by.max_angle, by.deviation_tolerance, by.max_gradation,
+                    by.min_size, by.min_elements, by.max_elements);
+            },
+            [](py::tuple const& values) {
+                return remesh_limits{values[0].cast<bool>(), values[1].cast<double>(),
+                    values[2].cast<double>(), values[3].cast<double>(), values[4].cast<double>(),
+                    values[5].cast<unsigned>(), values[6].cast<unsigned>()};
+            }));
     m.def("mesh_line", line_mesh);
     m.def("mesh_spline", spline_mesh);
     m.def("spline_point", [](real_array const& coords, std::array<unsigned, 4> const& i, double t) {
@@ -454,4 +454,5 @@ PYBIND11_MODULE(_core, m)
     bind_measures(m);
     bind_elements(m);
     bind_parameters(m);
+    bind_networks(m);
 }

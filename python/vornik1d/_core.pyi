@@ -1,4 +1,4 @@
-from typing import Any, Optional, Sequence, Tuple, Union
+from typing import List, Optional, Sequence, Tuple, Union
 
 from ._arguments import Nodes, Reals
 
@@ -60,6 +60,51 @@ def remesh_hard_lines(
     limits: remesh_limits,
     /,
 ) -> Tuple[int, Reals, Nodes, Nodes, Nodes]: ...
+class cut_network:
+    def __init__(
+        self,
+        coords: Reals,
+        connect: Nodes,
+        size: float,
+        sizes: Reals,
+        colors: Nodes,
+        hard_nodes: Nodes,
+        hard_edges: Nodes,
+        limits: remesh_limits,
+        /,
+    ) -> None: ...
+    @property
+    def status(self) -> int: ...
+    def break_nodes(self) -> Nodes: ...
+    def batch_starts(self, elements: int, /) -> List[int]: ...
+    def elements(self, first: int, last: int, /) -> int: ...
+    def part(self, first: int, last: int, /) -> Tuple[Nodes, Reals, Reals, Nodes, Nodes, Nodes]: ...
+
+def mesh_part(
+    nodes: Nodes,
+    coords: Reals,
+    sizes: Reals,
+    counts: Nodes,
+    hard: Nodes,
+    size: float,
+    limits: remesh_limits,
+    min_loop_elements: int,
+    /,
+) -> Tuple[int, Reals, Nodes, Nodes, Nodes, Nodes]: ...
+def put_part(
+    all_coords: Reals,
+    all_connect: Nodes,
+    all_colors: Nodes,
+    first_node: int,
+    first_element: int,
+    nodes: Nodes,
+    chain_colors: Nodes,
+    new_coords: Reals,
+    connect: Nodes,
+    counts: Nodes,
+    /,
+) -> None: ...
+def has_opposed_elements(connect: Nodes, node_count: int, /) -> bool: ...
 def extrude_translate(
     coords: Reals, start: _Start, path: Reals, steps: _Steps, even: bool, /
 ) -> Tuple[int, Reals, Nodes]: ...

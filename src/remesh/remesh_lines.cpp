@@ -2,28 +2,16 @@
 
 #include <cstddef>
 
-#include <vornik/toolkit.h>
-
 #include "arrays/append.h"
 #include "arrays/columns.h"
-#include "front_door.h"
 #include "remesh/cut_lines.h"
 #include "remesh/mesh_network.h"
+#include "remesh/network_rule.h"
 #include "remesh/old_mesh.h"
 
 namespace trelk::vornik1d {
 
 namespace {
-
-remesh_rule rule_of(double default_size, bool force_even, double max_angle, double deviation_tolerance,
-    double max_gradation, double min_size, unsigned min_elements, unsigned max_elements)
-{
-    element_rule const elements{
-        .force_even = force_even, .min_elements = min_elements, .max_elements = max_elements};
-    line_rule const line{elements, network_tolerance(deviation_tolerance), min_size};
-    spline_rule const spline{line, default_size, max_gradation};
-    return {spline, max_angle};
-}
 
 /// Lists that an overload may not have. `hard_nodes` is null if `colors` is.
 struct network_lists
@@ -78,19 +66,12 @@ int remesh_network(
     return status;
 }
 
-/// Checks the arguments of the fullest overload in the documented order, and remeshes.
+/// Checks the arguments and remeshes. Returns the status of the fullest overload.
 int check_and_remesh(
     dense2D<double>& coords, dense2D<unsigned>& connect, remesh_rule const& rule, network_lists const& lists)
 {
     if (connect.empty()) return 0;
-    if (!is_planar_or_spatial(coords)) return bad_argument(1);
-    if (!vornik::check_IDs(connect, vornik::element_type::edge, coords.cols())) return bad_argument(2);
-    if (!(rule.default_size >= 0)) return bad_argument(3);
-    if (!vornik::check_IDs(lists.hard_edges, connect.cols())) return bad_argument(7);
-    if (!(rule.max_angle >= 0)) return bad_argument(9);
-    if (!(rule.max_gradation >= 0)) return bad_argument(11);
-    if (!(rule.min_size >= 0)) return bad_argument(12);
-    if (rule.min_elements > rule.max_elements) return bad_argument(13);
+    if (int const status = check_network(coords, connect, rule, lists.hard_edges); status != 0) return status;
 
     return by_dimension(coords, [&](auto dim) { return remesh_network<dim>(coords, connect, rule, lists); });
 }
@@ -103,7 +84,7 @@ int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect, double def
     double max_gradation, double min_size, unsigned min_elements, unsigned max_elements) noexcept
 {
     return check_and_remesh(coords, connect,
-        rule_of(default_size, force_even, max_angle, deviation_tolerance, max_gradation, min_size,
+        network_rule(default_size, force_even, max_angle, deviation_tolerance, max_gradation, min_size,
             min_elements, max_elements),
         {.sizes = sizes, .hard_edges = hard_edges, .colors = &colors, .hard_nodes = &hard_nodes});
 }
@@ -113,7 +94,7 @@ int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect, double def
     double max_gradation, double min_size, unsigned min_elements, unsigned max_elements) noexcept
 {
     int const status = check_and_remesh(coords, connect,
-        rule_of(default_size, force_even, max_angle, deviation_tolerance, max_gradation, min_size,
+        network_rule(default_size, force_even, max_angle, deviation_tolerance, max_gradation, min_size,
             min_elements, max_elements),
         {.sizes = {}, .hard_edges = {}, .colors = &colors, .hard_nodes = nullptr});
     return status < -4 ? status + 3 : status; // three arguments less before the one at fault
@@ -124,7 +105,7 @@ int remesh_lines(dense2D<double>& coords, dense2D<unsigned>& connect, double def
     unsigned min_elements, unsigned max_elements) noexcept
 {
     int const status = check_and_remesh(coords, connect,
-        rule_of(default_size, force_even, max_angle, deviation_tolerance, max_gradation, min_size,
+        network_rule(default_size, force_even, max_angle, deviation_tolerance, max_gradation, min_size,
             min_elements, max_elements),
         {.sizes = {}, .hard_edges = {}, .colors = nullptr, .hard_nodes = nullptr});
     return status < -7 ? status + 4 : status; // four arguments less before the one at fault

@@ -1,0 +1,192 @@
+"""Networks cut into chains: batches of chains are meshed apart from one another and put together again."""
+
+from __future__ import annotations
+
+from typing import Any, Callable, Iterable, List, NamedTuple, Sequence, Tuple, TypeVar
+
+import numpy as np
+
+from . import _core
+from ._arguments import UNLIMITED, Nodes, Reals
+
+Item = TypeVar("Item")
+Result = TypeVar("Result")
+Map = Callable[[Callable[[Item], Result], Iterable[Item]], Iterable[Result]]
+
+
+class Input(NamedTuple):
+    """The checked arguments of remesh_lines."""
+
+    coords: Reals
+    connect: Nodes
+    default_size: float
+    sizes: Reals
+    colors: Nodes
+    hard_nodes: Nodes
+    hard_edges: Nodes
+    limits: _core.remesh_limits
+    min_loop_elements: int
+
+
+class Output(NamedTuple):
+    """The mesh that one call of the library makes. After a failure only the status counts."""
+
+    status: int
+    coords: Reals
+    connect: Nodes
+    colors: Nodes
+    hard_nodes: Nodes
+    raised: Nodes  # the first node of each closed chain that got more elements
+    short: Nodes  # the first node of each closed chain that still has too few
+
+
+class Part(NamedTuple):
+    """Some chains of a network, as arrays that can travel. Nodes are listed chain by chain."""
+
+    nodes: Nodes
+    coords: Reals
+    sizes: Reals
+    counts: Nodes  # elements of each chain
+    hard: Nodes  # chains that are hard edges
+    colors: Nodes  # of each chain
+
+
+class Mesh(NamedTuple):
+    """The mesh of a part. Its node k is node k of the part; new nodes follow."""
+
+    status: int
+    new_coords: Reals
+    connect: Nodes
+    counts: Nodes
+    raised: Nodes
+    short: Nodes
+
+
+class Mesher(NamedTuple):
+    """Meshes parts of a network. It can travel to other processes."""
+
+    default_size: float
+    limits: _core.remesh_limits
+    min_loop_elements: int
+
+    def __call__(self, part: Part) -> Mesh:
+        arrays = (part.nodes, part.coords, part.sizes, part.counts, part.hard)
+        return Mesh(*_core.mesh_part(*arrays, self.default_size, self.limits, self.min_loop_elements))
+
+
+def turn_runs(network: Input) -> Tuple[Nodes, Nodes]:
+    """Turn elements so that runs have one direction: that of their lowest element.
+
+    A run ends where three or more elements meet, at hard nodes, at hard edges and where the colour changes. Returns the
+    elements, and the rows that were turned.
+    """
+    connect = np.ascontiguousarray(network.connect[:, :2])
+    none = np.empty(0, np.uint32)
+    if not _core.has_opposed_elements(connect, len(network.coords)):
+        return connect, none
+    status, neighbors = _core.get_neighbors(connect)
+    if status != 0:
+        raise MemoryError("remesh_lines: not enough memory")
+    is_cut = np.zeros(len(network.coords), bool)
+    is_cut[network.hard_nodes[network.hard_nodes < len(is_cut)]] = True
+    is_cut[connect[network.hard_edges]] = True
+    colors = np.full(len(connect), UNLIMITED, np.uint32)
+    given = network.colors[: len(connect)]
+    colors[: len(given)] = given
+    for side in (0, 1):
+        other = neighbors[:, side]
+        other_color = np.where(other == UNLIMITED, UNLIMITED, colors[np.minimum(other, len(connect) - 1)])
+        changes = (colors != other_color) & (colors != UNLIMITED) & (other_color != UNLIMITED)
+        other[changes | is_cut[connect[:, 1 - side]]] = UNLIMITED
+    status, turned, _ = _core.mesh_reorient(connect, neighbors, 0, True)
+    if status < 0:
+        raise MemoryError("remesh_lines: not enough memory")
+    return turned, np.flatnonzero(turned[:, 0] != connect[:, 0]).astype(np.uint32)
+
+
+def has_short_loop(connect: Nodes, least: int) -> bool:
+    """Whether fewer than `least` consecutive elements form a loop. Other lines can look like one."""
+    starts, ends = connect[:, 0], connect[:, 1]
+    is_linked = np.ones(len(connect), bool)
+    for k in range(1, min(least, len(connect) + 1)):
+        closing = ends[k - 1 :]
+        if k > 1:
+            is_linked = is_linked[:-1] & (ends[k - 2 : -1] == starts[k - 1 :])
+        if (is_linked & (starts[: len(closing)] == closing)).any():
+            return True
+    return False
+
+
+class Cut:
+    """A network cut into batches of chains."""
+
+    def __init__(self, network: Input, batch_elements: int) -> None:
+        self._network = network
+        self._cut = _core.cut_network(*network[:-1])
+        self.status = self._cut.status
+        starts = self._cut.batch_starts(batch_elements) if self.status == 0 else [0]
+        self.batches = list(zip(starts[:-1], starts[1:]))
+
+    def part(self, batch: Tuple[int, int]) -> Part:
+        return Part(*self._cut.part(*batch))
+
+    def elements(self, batch: Tuple[int, int]) -> int:
+        return self._cut.elements(*batch)
+
+    def join(self, parts: Sequence[Part], meshes: Sequence[Mesh], each: Map[Any, Any] = map) -> Output:
+        """Put the meshes together. `each(function, items)` calls a function for all items, in any order."""
+        coords = self._network.coords
+        status = next((mesh.status for mesh in meshes if mesh.status != 0), self.status)
+        nodes = np.cumsum([len(coords), *(len(mesh.new_coords) for mesh in meshes)])
+        rows = np.cumsum([0, *(len(mesh.connect) for mesh in meshes)])
+        if status == 0 and nodes[-1] > UNLIMITED:
+            status = -199
+        none = np.empty(0, np.uint32)
+        if status != 0:
+            return Output(status, coords, self._network.connect, none, none, none, none)
+        all_coords = np.empty((nodes[-1], coords.shape[1]))
+        all_coords[: len(coords)] = coords
+        connect = np.empty((rows[-1], 2), np.uint32)
+        colors = np.empty(rows[-1], np.uint32)
+
+        def put(k: int) -> None:
+            part, mesh = parts[k], meshes[k]
+            own = (part.nodes, part.colors, mesh.new_coords, mesh.connect, mesh.counts)
+            _core.put_part(all_coords, connect, colors, nodes[k], rows[k], *own)
+
+        for _ in each(put, range(len(parts))):
+            pass
+        raised = [_first_nodes(part, mesh.raised) for part, mesh in zip(parts, meshes)]
+        short = [_first_nodes(part, mesh.short) for part, mesh in zip(parts, meshes)]
+        breaks = self._cut.break_nodes()
+        return Output(
+            0, all_coords, connect, colors, breaks, np.concatenate([none, *raised]), np.concatenate([none, *short])
+        )
+
+
+def _first_nodes(part: Part, chains: Nodes) -> Nodes:
+    if len(chains) == 0:
+        return chains
+    starts = np.cumsum(part.counts + 1) - (part.counts + 1)
+    return part.nodes[starts[chains]]
+
+
+def remesh_in_parts(network: Input) -> Output:
+    """Remesh a network chain by chain, with more elements for short loops."""
+    cut = Cut(network, len(network.connect))
+    mesher = Mesher(network.default_size, network.limits, network.min_loop_elements)
+    parts: List[Part] = [cut.part(batch) for batch in cut.batches]
+    return cut.join(parts, [mesher(part) for part in parts])
+
+
+def remesh(network: Input) -> Output:
+    """Remesh a network by one call of the library, and again in parts if a loop became too short."""
+    none = np.empty(0, np.uint32)
+    status, coords, connect, colors, hard_nodes = _core.remesh_hard_lines(*network[:-1])
+    if status != 0:
+        return Output(status, network.coords, network.connect, none, none, none, none)
+    if network.min_loop_elements > 1 and has_short_loop(connect, network.min_loop_elements):
+        return remesh_in_parts(network)
+    return Output(0, coords, connect, colors, hard_nodes, none, none)
+
+
