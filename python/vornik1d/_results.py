@@ -34,13 +34,13 @@ def _range(values: Reals) -> str:
     return least if least == largest else f"{least} to {largest}"
 
 
-def _count(count: int, noun: str) -> str:
-    return f"{count:,} {noun}" if count == 1 else f"{count:,} {noun}s"
-
-
-def _sizes_of(values: Reals) -> str:
+def _sizes_text(values: Reals) -> str:
     text = _range(values)
     return f"sizes {text}" if " to " in text else f"size {text}"
+
+
+def _count(count: int, noun: str) -> str:
+    return f"{count:,} {noun}" if count == 1 else f"{count:,} {noun}s"
 
 
 def _optional_module(name: str, extra: str) -> ModuleType:
@@ -105,8 +105,8 @@ class Mesh(_Result):
     @property
     def lengths(self) -> Reals:
         """(m,) the distance between the two ends of each element."""
-        ends = self.segments
-        result: Reals = np.linalg.norm(ends[:, 1] - ends[:, 0], axis=1)
+        steps = self.coords[self.connect[:, 1]] - self.coords[self.connect[:, 0]]
+        result: Reals = np.sqrt(np.einsum("ij,ij->i", steps, steps))
         return result
 
     def compact(self: _AnyMesh) -> Tuple[_AnyMesh, Nodes]:
@@ -154,13 +154,14 @@ class Mesh(_Result):
         facts = [_count(len(self._used()), "node"), _count(len(self), "element") + self._form()]
         if len(self) == 0:
             return facts
-        return [*facts, f"length {_number(self.lengths.sum())}", self._steps()]
+        lengths = self.lengths
+        return [*facts, f"length {_number(lengths.sum())}", self._steps(lengths)]
 
     def _form(self) -> str:
         return ""
 
-    def _steps(self) -> str:
-        return f"elements {_range(self.lengths)} long"
+    def _steps(self, lengths: Reals) -> str:
+        return f"elements {_range(lengths)} long"
 
 
 @dataclass(frozen=True, repr=False, eq=False)
@@ -216,8 +217,8 @@ class LineMesh(NodeList):
         _, first = np.unique(self.indices, return_index=True)  # a ring has its first node twice
         return {name: values[first] for name, values in data.items()}
 
-    def _steps(self) -> str:
-        return "tensors" if self.sizes is None else _sizes_of(self.sizes)
+    def _steps(self, lengths: Reals) -> str:
+        return "tensors" if self.sizes is None else _sizes_text(self.sizes)
 
 
 @dataclass(frozen=True, repr=False, eq=False)
@@ -332,4 +333,4 @@ class Subdivision(_Chain, _Result):
         facts = [_count(len(np.unique(used)), "point"), _count(len(self), "element")]
         if len(used) == 0:
             return facts
-        return [*facts, f"params {_range(self.params[used])}", _sizes_of(self.sizes[used])]
+        return [*facts, f"params {_range(self.params[used])}", _sizes_text(self.sizes[used])]
