@@ -82,10 +82,10 @@ def main(source: str, size: float, target: str) -> None:
     with open(target, "w", encoding="utf-8") as file:
         json.dump({"type": "FeatureCollection", "features": features}, file)
 
-    axes = plot.lines(mesh.coords, mesh.connect, colors=mesh.colors, nodes=False)
+    axes = plot.lines(mesh, colors=mesh.colors, nodes=False)
     axes.figure.set_size_inches(8, 8)
     axes.figure.savefig(target + ".png", dpi=120)
-    print(f"{len(connect)} elements before, {len(mesh.connect)} after")
+    print(f"{len(connect)} elements before, {len(mesh)} after")
 
 
 if __name__ == "__main__":

@@ -4,8 +4,8 @@ from vornik1d import mesh_line, plot
 
 corners = [[0, 0], [10, 0], [10, 6]]
 mesh = mesh_line(corners, sizes=[1, 0.2, 1], deviation_tolerance=0.01)
-print(f"{len(mesh.indices) - 1} elements")
+print(mesh)
 
-axes = plot.lines(mesh.coords, mesh.indices)
-plot.targets(mesh.coords[mesh.indices], sizes=mesh.sizes, ax=axes)
+axes = plot.lines(mesh)
+plot.targets(mesh, ax=axes)
 axes.figure.savefig("line.png")

@@ -27,11 +27,7 @@ def remesh(mesh: meshio.Mesh, size: float, tolerance: float) -> meshio.Mesh:
         deviation_tolerance=tolerance,
         min_size=0.1 * tolerance,
     )
-    used, elements = np.unique(result.connect, return_inverse=True)  # without nodes that no element uses
-    points = result.coords[used]
-    if points.shape[1] == 2:
-        points = np.pad(points, ((0, 0), (0, 1)))  # ParaView needs 3 coordinates
-    return meshio.Mesh(points, [("line", elements.reshape(-1, 2))], cell_data={"color": [result.colors]})
+    return result.to_meshio()
 
 
 if __name__ == "__main__":

@@ -136,10 +136,10 @@ def test_arguments_stay_and_results_have_their_own_memory():
         *v.remesh_lines(coords, connect, 9, hard_nodes=hard, hard_edges=[0, 1, 2], colors=colors),
         *v.sort(sizes, hard),
         v.flip(connect),
-        *v.mesh_reorient(connect, connect[::-1] * 0 + v.UNLIMITED)[:2],
+        *list(v.mesh_reorient(connect, connect[::-1] * 0 + v.UNLIMITED))[:2],
         v.convert_into_high_order(coords, connect, 0).connect,
         v.convert_into_cubic(coords, connect).connect,
-        *v.subdivide(sizes, sizes, hard)[:2],
+        *list(v.subdivide(sizes, sizes, hard))[:2],
     ]
     for result in made:
         assert not any(np.shares_memory(result, a) for a in arrays)

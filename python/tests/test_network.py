@@ -2,6 +2,7 @@
 
 import subprocess
 import sys
+from dataclasses import replace
 from pathlib import Path
 
 import numpy as np
@@ -52,7 +53,7 @@ def test_random_networks_are_those_of_a_single_call(network):
         joined = network.join(coords, batches, map(network.remesh, batches))
         expected = vornik1d.remesh_lines(coords, connect, colors=colors, **network.OPTIONS)
         assert network.is_same(joined, expected)
-        moved = joined._replace(coords=np.nextafter(joined.coords, np.inf))
+        moved = replace(joined, coords=np.nextafter(joined.coords, np.inf))
         assert m == 0 or not network.is_same(moved, expected)
         assert np.array_equal(joined.coords[:n], coords)
         counts.add(len(batches))

@@ -33,6 +33,11 @@ def test_lines_show_each_element_in_its_color():
     assert len(np.unique(segments.get_colors(), axis=0)) == 2
     assert len(dots.get_offsets()) == 3
     assert ax.get_ylim()[1] > 2
+    net = vornik1d.remesh_lines(coords, [[0, 1], [1, 2]], 0.5, colors=[7, 4])
+    made = plot.lines(net, colors=net.colors).collections[0]
+    assert np.array_equal(made.get_segments(), net.segments)
+    with pytest.raises(TypeError, match="lines: connect"):
+        plot.lines(net, net.connect)
     space = plot.lines(np.eye(3), [0, 2])
     assert space.name == "3d"
     far = plot.lines([[100, 0, 0], [300, 0, 0], [300, 50, 0], [900, 900, 900]], [[0, 1], [1, 2]])
@@ -58,6 +63,14 @@ def test_targets_have_the_sizes_asked():
     assert np.isclose(np.tan(ellipses._angles[0]), 0.75)
     plot.targets([[1, 1]], sizes=3)
     assert np.allclose([c._widths[0] for c in plt.gca().collections], 3)  # half the axes
+    for how in {"sizes": [1, 3]}, {"metrics": [tensor, tensor]}:
+        mesh = vornik1d.mesh_line([[0, 0], [9, 0]], **how)
+        drawn = [plot.targets(mesh), plot.targets(mesh.points, sizes=mesh.sizes, metrics=mesh.metrics)]
+        circles, same = (ax.collections[0] for ax in drawn)
+        assert np.array_equal(circles._widths, same._widths) and len(circles._widths) == len(mesh) + 1
+        assert np.array_equal(circles.get_offsets(), mesh.points)
+    with pytest.raises(TypeError, match="targets: sizes, metrics"):  # these nodes have no targets
+        plot.targets(vornik1d.NodeList(mesh.coords, mesh.indices))
     for wrong in ({"sizes": -1}, {"sizes": [1, 1]}, {"metrics": [-tensor]}, {"metrics": [tensor * np.nan]}):
         with pytest.raises(ValueError, match=f"targets: {next(iter(wrong))}"):
             plot.targets([[1, 1]], **wrong)

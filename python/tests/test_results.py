@@ -92,9 +92,9 @@ def of_lines(a):
 def of_networks(a):
     x, connect = a([[0, 0], [4, 0], [4, 2.0]]), a([[0, 1], [1, 2]])
     elements = [[0, 3], [3, 1], [1, 2]]
-    yield from zip(v.remesh_lines(x, connect, 2), ([[0, 0], [4, 0], [4, 2], [2, 0]], elements, None, None))
-    yield from zip(v.remesh_lines(x, connect, 2, colors=a([7, 9]))[1:], (elements, [7, 7, 9], None))
-    yield from zip(v.remesh_lines(x, connect, 2, hard_nodes=a([0]))[1:], (elements, [0, 0, 1], [0, 1, 2]))
+    yield from zip(v.remesh_lines(x, connect, 2), ([[0, 0], [4, 0], [4, 2], [2, 0]], elements, [0, 0, 1], [0, 1, 2]))
+    yield from zip(list(v.remesh_lines(x, connect, 2, colors=a([7, 9])))[1:], (elements, [7, 7, 9], [0, 1, 2]))
+    yield from zip(list(v.remesh_lines(x, connect, 2, hard_nodes=a([0])))[1:], (elements, [0, 0, 1], [0, 1, 2]))
     bent = a([[0, 0], [4, 0], [5, np.sqrt(3)]])  # by 60 degrees
     for how, cuts in ({}, 3), ({"max_angle": 61}, 2), ({"min_size": 2}, 2):
         yield len(v.remesh_lines(bent, connect, 9, sizes=a([9.0]), **how).hard_nodes), cuts

@@ -5,7 +5,9 @@ given at the nodes of the line, as numbers or as metric tensors.
 
     >>> import vornik1d
     >>> mesh = vornik1d.mesh_line([[0, 0], [10, 0], [10, 6]], [1, 0.2, 1], deviation_tolerance=0.01)
-    >>> mesh.coords[mesh.indices].shape
+    >>> mesh
+    LineMesh: 33 nodes, 32 elements, length 16, sizes 0.2 to 1
+    >>> mesh.points.shape
     (33, 2)
 
 Terms:

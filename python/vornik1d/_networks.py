@@ -76,32 +76,24 @@ def remesh_lines(
     )
     none: Sequence[int] = ()
     own_colors = a.nodes("colors", none if colors is None else colors)
-    has_hard = any(x is not None for x in (sizes, hard_nodes, hard_edges))
-    shift = 0
-    if has_hard:
-        given = a.reals("sizes", none if sizes is None else sizes)
-        breaks = a.nodes("hard_nodes", none if hard_nodes is None else hard_nodes)
-        edges = a.nodes("hard_edges", none if hard_edges is None else hard_edges)
-        result = _core.remesh_hard_lines(nodes, elements, size, given, own_colors, breaks, edges, limits)
-    elif colors is not None:
-        shift = 3
-        result = _core.remesh_colored_lines(nodes, elements, size, own_colors, limits)
-    else:
-        shift = 4
-        result = _core.remesh_lines(nodes, elements, size, limits)
-    status, all_nodes, lines, new_colors, new_breaks = result
+    given = a.reals("sizes", none if sizes is None else sizes)
+    breaks = a.nodes("hard_nodes", none if hard_nodes is None else hard_nodes)
+    edges = a.nodes("hard_edges", none if hard_edges is None else hard_edges)
+    status, all_nodes, lines, new_colors, new_breaks = _core.remesh_hard_lines(
+        nodes, elements, size, given, own_colors, breaks, edges, limits
+    )
     negative = "must not be negative or NaN"
     statuses = {
         -1: ("coords", "must be finite, and so must the length of each line"),
         -2: ("connect", "must contain valid node numbers, below the number of coords"),
         -3: ("default_size, sizes", "must give a positive, finite size at each node of a chain"),
         -7: ("hard_edges", "must contain row numbers of connect"),
-        -9 + shift: ("max_angle", negative),
-        -11 + shift: ("max_gradation", negative),
-        -12 + shift: ("min_size", negative),
-        -13 + shift: LIMITS,
+        -9: ("max_angle", negative),
+        -11: ("max_gradation", negative),
+        -12: ("min_size", negative),
+        -13: LIMITS,
     }
-    if status in (-5, -5 + shift) and fewest == 0:
+    if status == -5 and fewest == 0:
         a.fail(*LIMITS)
     if status == -2 and elements[:, :2].max() < len(nodes):  # the status of the mesher of a chain
         if np.isfinite(nodes[elements[:, :2]]).all():
@@ -110,9 +102,4 @@ def remesh_lines(
     a.check(status, statuses)
     if len(lines) == 0:  # the library does not change the lists of an empty network
         new_colors, new_breaks = new_colors[:0], new_breaks[:0]
-    return Network(
-        all_nodes,
-        lines,
-        new_colors if has_hard or colors is not None else None,
-        new_breaks if has_hard else None,
-    )
+    return Network(all_nodes, lines, new_colors, new_breaks)

@@ -4,18 +4,19 @@
     >>> import vornik1d
     >>> from vornik1d import plot
     >>> mesh = vornik1d.mesh_line([[0, 0], [10, 0], [10, 6]], [1, 0.2, 1])
-    >>> axes = plot.lines(mesh.coords, mesh.indices)
-    >>> _ = plot.targets(mesh.coords[mesh.indices], sizes=mesh.sizes, ax=axes)
+    >>> axes = plot.lines(mesh)
+    >>> _ = plot.targets(mesh, ax=axes)
 """
 
 from __future__ import annotations
 
-from typing import Any, Optional
+from typing import Any, Optional, Union
 
 import numpy as np
 import numpy.typing as npt
 
 from ._arguments import Arguments, unpack_metrics
+from ._results import LineMesh, Mesh, NodeList
 
 try:
     import matplotlib.pyplot as plt
@@ -28,7 +29,7 @@ __all__ = ["lines", "targets"]
 
 
 def lines(
-    coords: npt.ArrayLike,
+    coords: Union[Mesh, npt.ArrayLike],
     connect: Optional[npt.ArrayLike] = None,
     *,
     colors: Optional[npt.ArrayLike] = None,
@@ -38,18 +39,22 @@ def lines(
 ) -> Any:
     """Draw lines in the plane or in space, and return the axes.
 
-    coords: (n, d) node positions, d = 2 or 3.
-    connect: (m, 2) elements, or a list of nodes in the order of travel; all nodes in order if not given.
+    coords: a mesh that a function of this package returned, or (n, d) node positions, d = 2 or 3.
+    connect: with node positions: (m, 2) elements, or a list of nodes in the order of travel; all nodes in order if not given.
     colors: a number per element. Elements with the same number get the same colour.
     nodes: whether to draw dots at the nodes.
     ax: the axes to draw on; new axes if not given. Units are equal on new axes and in space.
     style: further arguments of Matplotlib's LineCollection.
     """
     a = Arguments("lines")
+    if isinstance(coords, Mesh):
+        if connect is not None:
+            a.reject("connect", "give it only with node positions, not with a mesh")
+        connect = coords.connect
+        coords = coords.coords
     points = a.coords(coords)
     if connect is None or np.ndim(connect) == 1:
-        chain = a.chain(connect, points, "connect")
-        elements = np.stack([chain[:-1], chain[1:]], axis=1)
+        elements = NodeList(points, a.chain(connect, points, "connect")).connect
     else:
         elements = a.elements("connect", connect)[:, :2]
     if elements.size > 0 and elements.max() >= len(points):
@@ -83,7 +88,7 @@ def lines(
 
 
 def targets(
-    positions: npt.ArrayLike,
+    positions: Union[Mesh, npt.ArrayLike],
     *,
     sizes: Optional[npt.ArrayLike] = None,
     metrics: Optional[npt.ArrayLike] = None,
@@ -94,10 +99,14 @@ def targets(
 
     An element of the target size reaches from the centre to the rim.
 
-    positions: (k, 2) the centres.
-    sizes: (k,) sizes, or metrics: (k, 3) packed tensors or (k, 2, 2) matrices.
+    positions: (k, 2) the centres, or a mesh: the centres are its points.
+    sizes: (k,) sizes, or metrics: (k, 3) packed tensors or (k, 2, 2) matrices. If not given, those of the mesh.
     """
     a = Arguments("targets")
+    if isinstance(positions, LineMesh) and sizes is None and metrics is None:
+        sizes, metrics = positions.sizes, positions.metrics
+    if isinstance(positions, Mesh):
+        positions = positions.points
     points = a.matrix("positions", positions, (2,))
     given = a.targets(sizes, metrics, len(points), 2)
     if len(given) != len(points):
