@@ -199,6 +199,7 @@ void bind_line_meshing(py::module_& m)
     py::class_<mesh_limits>(m, "mesh_limits").def(py::init<bool, unsigned, unsigned, double, double>());
     py::class_<remesh_limits>(m, "remesh_limits")
         .def(py::init<bool, double, double, double, double, unsigned, unsigned>())
+        .def_readonly("min_elements", &remesh_limits::min_elements)
         .def(py::pickle(
             [](remesh_limits const& by) {
                 return py::make_tuple(by.force_even, by.max_angle, by.deviation_tolerance, by.max_gradation,

@@ -61,7 +61,16 @@ from ._measures import (
 from ._meshing import mesh_line, mesh_spline, mesh_straight, spline_point
 from ._metrics import interpolate_metrics, metrics_gen_aniso2d, metrics_gen_aniso3d
 from ._networks import remesh_lines
-from ._results import HighOrderMesh, LineMesh, Network, NodeList, Orientation, SplineMesh, Subdivision
+from ._results import (
+    HighOrderMesh,
+    LineMesh,
+    MeshWarning,
+    Network,
+    NodeList,
+    Orientation,
+    SplineMesh,
+    Subdivision,
+)
 
 __version__ = version()
 
@@ -103,5 +112,6 @@ __all__ = [
     "HighOrderMesh",
     "Orientation",
     "Subdivision",
+    "MeshWarning",
     "UNLIMITED",
 ]

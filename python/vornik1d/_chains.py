@@ -89,7 +89,7 @@ def turn_runs(network: Input) -> Tuple[Nodes, Nodes]:
         raise MemoryError("remesh_lines: not enough memory")
     is_cut = np.zeros(len(network.coords), bool)
     is_cut[network.hard_nodes[network.hard_nodes < len(is_cut)]] = True
-    is_cut[connect[network.hard_edges]] = True
+    is_cut[connect[network.hard_edges[network.hard_edges < len(connect)]]] = True
     colors = np.full(len(connect), UNLIMITED, np.uint32)
     given = network.colors[: len(connect)]
     colors[: len(given)] = given
@@ -160,7 +160,13 @@ class Cut:
         short = [_first_nodes(part, mesh.short) for part, mesh in zip(parts, meshes)]
         breaks = self._cut.break_nodes()
         return Output(
-            0, all_coords, connect, colors, breaks, np.concatenate([none, *raised]), np.concatenate([none, *short])
+            0,
+            all_coords,
+            connect,
+            colors,
+            breaks,
+            np.concatenate([none, *raised]),
+            np.concatenate([none, *short]),
         )
 
 
@@ -168,7 +174,8 @@ def _first_nodes(part: Part, chains: Nodes) -> Nodes:
     if len(chains) == 0:
         return chains
     starts = np.cumsum(part.counts + 1) - (part.counts + 1)
-    return part.nodes[starts[chains]]
+    result: Nodes = part.nodes[starts[chains]]
+    return result
 
 
 def remesh_in_parts(network: Input) -> Output:
@@ -188,5 +195,3 @@ def remesh(network: Input) -> Output:
     if network.min_loop_elements > 1 and has_short_loop(connect, network.min_loop_elements):
         return remesh_in_parts(network)
     return Output(0, coords, connect, colors, hard_nodes, none, none)
-
-

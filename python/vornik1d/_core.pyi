@@ -13,6 +13,7 @@ class mesh_limits:
     ) -> None: ...
 
 class remesh_limits:
+    min_elements: int
     def __init__(
         self,
         force_even: bool,
@@ -60,6 +61,7 @@ def remesh_hard_lines(
     limits: remesh_limits,
     /,
 ) -> Tuple[int, Reals, Nodes, Nodes, Nodes]: ...
+
 class cut_network:
     def __init__(
         self,

@@ -2,14 +2,19 @@
 
 from __future__ import annotations
 
-from typing import Optional, Sequence, SupportsIndex
+import warnings
+from typing import Optional, Sequence, SupportsIndex, Tuple
 
 import numpy as np
 import numpy.typing as npt
 
 from . import _core
-from ._arguments import LIMITS, UNLIMITED, Arguments, Real
-from ._results import Network
+from ._arguments import LIMITS, UNLIMITED, Arguments, Nodes, Real
+from ._chains import Input, Output, remesh, turn_runs
+from ._results import MeshWarning, Network
+
+
+_ARGUMENTS = Arguments("remesh_lines")
 
 
 def remesh_lines(
@@ -28,6 +33,8 @@ def remesh_lines(
     min_size: Real = 0.0,
     min_elements: SupportsIndex = 1,
     max_elements: SupportsIndex = UNLIMITED,
+    min_loop_elements: SupportsIndex = 3,
+    reorient: bool = True,
 ) -> Network:
     """Replace a mesh of lines by one whose elements follow target sizes.
 
@@ -55,10 +62,56 @@ def remesh_lines(
     min_size: segments of at most this length make no corners. Curvature and the lengths of chains do not bound
         sizes below this value.
     min_elements, max_elements: limits for each chain.
+    min_loop_elements: the least number of elements of a closed chain. A closed chain that would get fewer gets smaller
+        sizes; the other chains stay as they are. 1 lets loops collapse to a single element.
+    reorient: first turn elements so that runs of elements have one direction, that of their first element. Where two
+        elements meet head to head, the library cuts the line otherwise. Runs end at junctions, at hard nodes, at hard
+        edges and where the colour changes.
 
     Raises ValueError, which names the argument, and MemoryError.
     """
-    a = Arguments("remesh_lines")
+    network, turned = prepare(
+        coords,
+        connect,
+        default_size,
+        sizes=sizes,
+        colors=colors,
+        hard_nodes=hard_nodes,
+        hard_edges=hard_edges,
+        force_even=force_even,
+        max_angle=max_angle,
+        deviation_tolerance=deviation_tolerance,
+        max_gradation=max_gradation,
+        min_size=min_size,
+        min_elements=min_elements,
+        max_elements=max_elements,
+        min_loop_elements=min_loop_elements,
+        reorient=reorient,
+    )
+    return finish(network, turned, remesh(network))
+
+
+def prepare(
+    coords: npt.ArrayLike,
+    connect: npt.ArrayLike,
+    default_size: Real,
+    *,
+    sizes: Optional[npt.ArrayLike],
+    colors: Optional[npt.ArrayLike],
+    hard_nodes: Optional[npt.ArrayLike],
+    hard_edges: Optional[npt.ArrayLike],
+    force_even: bool,
+    max_angle: Real,
+    deviation_tolerance: Real,
+    max_gradation: Real,
+    min_size: Real,
+    min_elements: SupportsIndex,
+    max_elements: SupportsIndex,
+    min_loop_elements: SupportsIndex,
+    reorient: bool,
+) -> Tuple[Input, Nodes]:
+    """Check and convert the arguments of remesh_lines. Also returns the rows of the elements that were turned."""
+    a = _ARGUMENTS
     nodes = a.coords(coords)
     elements = a.elements("connect", connect)
     size = a.real("default_size", default_size)
@@ -79,9 +132,27 @@ def remesh_lines(
     given = a.reals("sizes", none if sizes is None else sizes)
     breaks = a.nodes("hard_nodes", none if hard_nodes is None else hard_nodes)
     edges = a.nodes("hard_edges", none if hard_edges is None else hard_edges)
-    status, all_nodes, lines, new_colors, new_breaks = _core.remesh_hard_lines(
-        nodes, elements, size, given, own_colors, breaks, edges, limits
+    network = Input(
+        nodes,
+        elements,
+        size,
+        given,
+        own_colors,
+        breaks,
+        edges,
+        limits,
+        a.count("min_loop_elements", min_loop_elements),
     )
+    if not a.flag("reorient", reorient) or len(elements) == 0:
+        return network, np.empty(0, np.uint32)
+    lines, turned = turn_runs(network)
+    return network._replace(connect=lines), turned
+
+
+def finish(network: Input, turned: Nodes, made: Output) -> Network:
+    """Report the status of a mesh, and give it to the caller."""
+    a = _ARGUMENTS
+    nodes, elements = network.coords, network.connect
     negative = "must not be negative or NaN"
     statuses = {
         -1: ("coords", "must be finite, and so must the length of each line"),
@@ -93,13 +164,22 @@ def remesh_lines(
         -12: ("min_size", negative),
         -13: LIMITS,
     }
-    if status == -5 and fewest == 0:
+    if made.status == -5 and network.limits.min_elements == 0:
         a.fail(*LIMITS)
+    status = made.status
     if status == -2 and elements[:, :2].max() < len(nodes):  # the status of the mesher of a chain
         if np.isfinite(nodes[elements[:, :2]]).all():
             a.fail("connect", "must not contain a line of length 0 if deviation_tolerance is 0")
         status = -1
     a.check(status, statuses)
-    if len(lines) == 0:  # the library does not change the lists of an empty network
-        new_colors, new_breaks = new_colors[:0], new_breaks[:0]
-    return Network(all_nodes, lines, new_colors, new_breaks)
+    if len(made.short) > 0:
+        warnings.warn(
+            f"remesh_lines: {len(made.short)} closed lines have fewer than {network.min_loop_elements} elements, the "
+            f"first of them at node {made.short[0]}; limits or sizes do not allow more",
+            MeshWarning,
+            stacklevel=3,
+        )
+    none = np.empty(0, np.uint32)
+    is_empty = len(made.connect) == 0  # the library does not change the lists of an empty network
+    colors, hard_nodes = (none, none) if is_empty else (made.colors, made.hard_nodes)
+    return Network(made.coords, made.connect, colors, hard_nodes, turned, made.raised)
