@@ -87,17 +87,20 @@ def turn_runs(network: Input) -> Tuple[Nodes, Nodes]:
     status, neighbors = _core.get_neighbors(connect)
     if status != 0:
         raise MemoryError("remesh_lines: not enough memory")
-    is_cut = np.zeros(len(network.coords), bool)
-    is_cut[network.hard_nodes[network.hard_nodes < len(is_cut)]] = True
-    is_cut[connect[network.hard_edges[network.hard_edges < len(connect)]]] = True
-    colors = np.full(len(connect), UNLIMITED, np.uint32)
-    given = network.colors[: len(connect)]
-    colors[: len(given)] = given
-    for side in (0, 1):
-        other = neighbors[:, side]
-        other_color = np.where(other == UNLIMITED, UNLIMITED, colors[np.minimum(other, len(connect) - 1)])
-        changes = (colors != other_color) & (colors != UNLIMITED) & (other_color != UNLIMITED)
-        other[changes | is_cut[connect[:, 1 - side]]] = UNLIMITED
+    hard_edges = network.hard_edges[network.hard_edges < len(connect)]
+    hard_nodes = network.hard_nodes[network.hard_nodes < len(network.coords)]
+    if len(hard_edges) + len(hard_nodes) > 0:
+        is_cut = np.zeros(len(network.coords), bool)
+        is_cut[hard_nodes] = True
+        is_cut[connect[hard_edges]] = True
+        neighbors[is_cut[connect[:, ::-1]]] = UNLIMITED  # column 0 is the neighbour at the second node
+    if len(network.colors) > 0:
+        colors = np.full(len(connect), UNLIMITED, np.uint32)
+        given = network.colors[: len(connect)]
+        colors[: len(given)] = given
+        others = np.append(colors, np.uint32(UNLIMITED))[np.minimum(neighbors, len(connect))]
+        own = colors[:, None]
+        neighbors[(own != others) & (own != UNLIMITED) & (others != UNLIMITED)] = UNLIMITED
     status, turned, _ = _core.mesh_reorient(connect, neighbors, 0, True)
     if status < 0:
         raise MemoryError("remesh_lines: not enough memory")
