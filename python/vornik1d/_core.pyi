@@ -13,6 +13,7 @@ class mesh_limits:
     ) -> None: ...
 
 class remesh_limits:
+    deviation_tolerance: float
     def __init__(
         self,
         force_even: bool,
@@ -43,12 +44,6 @@ def mesh_segment_sizes(
     coords: Reals, ends: Sequence[int], sizes: Sequence[float], even: bool, /
 ) -> Tuple[int, Reals, Nodes]: ...
 def mesh_segment_count(coords: Reals, ends: Sequence[int], count: int, /) -> Tuple[int, Reals, Nodes]: ...
-def remesh_lines(
-    coords: Reals, connect: Nodes, size: float, limits: remesh_limits, /
-) -> Tuple[int, Reals, Nodes, Nodes, Nodes]: ...
-def remesh_colored_lines(
-    coords: Reals, connect: Nodes, size: float, colors: Nodes, limits: remesh_limits, /
-) -> Tuple[int, Reals, Nodes, Nodes, Nodes]: ...
 def remesh_hard_lines(
     coords: Reals,
     connect: Nodes,

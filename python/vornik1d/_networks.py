@@ -2,14 +2,82 @@
 
 from __future__ import annotations
 
-from typing import Optional, Sequence, SupportsIndex
+import sys
+from typing import Dict, List, Optional, Sequence, Set, SupportsIndex
 
 import numpy as np
 import numpy.typing as npt
 
 from . import _core
-from ._arguments import LIMITS, UNLIMITED, Arguments, Real
+from ._arguments import UNLIMITED, Arguments, Nodes, Real, Reals
 from ._results import Network
+from ._rules import LARGEST_COORDINATE, OWN_SIZE, number_of, shown, valid_number
+
+
+Rows = npt.NDArray[np.intp]
+
+
+def _fail_flat(a: Arguments, rows: Rows, ends: Nodes, coords: Reals) -> None:
+    """Fail at the first of these elements, all of which are in lines of length 0."""
+    place, rest = coords[ends[0, 0]], "each line must have a positive length"
+    if ends[0, 0] == ends[0, 1]:
+        a.fail(f"connect[{rows[0]}]", f"joins node {ends[0, 0]} to itself; {rest}")
+    here = [f"connect[{row}]" for row in rows[(coords[ends[:, 0]] == place).all(axis=1)]]
+    more = f" and {len(here) - 3} more" if len(here) > 3 else ""
+    verb = "is" if len(here) == 1 else "are"
+    a.fail(", ".join(here[:3]) + more, f"{verb} a line of length 0 at {shown(place)}; {rest}")
+
+
+def _outside(ends: Nodes, rows: Rows, goes_on: npt.NDArray[np.bool_], breaks: Nodes) -> Rows:
+    """Those of the rows from which no path that avoids break nodes leads to a node that goes on."""
+    rows_at: Dict[int, List[int]] = {}
+    is_break = np.isin(ends[rows], breaks)
+    for row, nodes, cut in zip(rows.tolist(), ends[rows].tolist(), is_break.tolist()):
+        for node in (nodes[k] for k in (0, 1) if not cut[k]):
+            rows_at.setdefault(node, []).append(row)
+    found: Set[int] = set()
+    queue = [node for node in rows_at if goes_on[node]]
+    while queue:
+        met = rows_at.pop(queue.pop(), [])
+        found.update(met)
+        queue += ends[met].ravel().tolist()  # break nodes have no rows here
+    return np.setdiff1d(rows, list(found))
+
+
+def _fail_at_chain(
+    a: Arguments,
+    coords: Reals,
+    connect: Nodes,
+    default_size: float,
+    sizes: Reals,
+    colors: Nodes,
+    cuts: Nodes,
+    kept: Nodes,
+    limits: _core.remesh_limits,
+) -> None:
+    """Fail at a chain of length 0, or at a node of a chain without a size."""
+    ends = connect[:, :2]
+    is_flat = (coords[ends[:, 0]] == coords[ends[:, 1]]).all(axis=1)
+    is_flat[kept] = False
+    if is_flat.any():
+        # Only the nodes where lines are cut are wanted. With these sizes, a chain of length 0 can be meshed.
+        limits.deviation_tolerance = sys.float_info.max
+        large = np.full(len(coords), LARGEST_COORDINATE)
+        status, *_, breaks = _core.remesh_hard_lines(coords, connect, 1.0, large, colors, cuts, kept, limits)
+        a.check(status)
+        goes_on = np.zeros(len(coords), bool)  # nodes inside chains that have a length
+        goes_on[ends[~is_flat]] = True
+        goes_on[breaks] = False
+        rows = _outside(ends, np.flatnonzero(is_flat), goes_on, breaks)
+        if len(rows) > 0:
+            _fail_flat(a, rows, ends[rows], coords)
+    if default_size == 0:
+        own = np.zeros(len(coords))
+        own[: len(sizes)] = sizes
+        is_bare = own[np.delete(ends, kept, axis=0)] <= 0
+        if is_bare.any():
+            node = np.delete(ends, kept, axis=0)[is_bare][0]
+            a.fail("default_size", f"is 0; it must be positive, because node {node} has no size of its own")
 
 
 def remesh_lines(
@@ -60,59 +128,30 @@ def remesh_lines(
     """
     a = Arguments("remesh_lines")
     nodes = a.coords(coords)
-    elements = a.elements("connect", connect)
+    elements = a.elements("connect", connect, of=nodes)
     size = a.real("default_size", default_size)
-    if len(elements) > 0 and not size >= 0:
-        a.fail("default_size", "must not be negative or NaN")
-    fewest = a.count("min_elements", min_elements)
     limits = _core.remesh_limits(
         a.flag("force_even", force_even),
         a.real("max_angle", max_angle),
         a.real("deviation_tolerance", deviation_tolerance),
         a.real("max_gradation", max_gradation),
         a.real("min_size", min_size),
-        fewest,
-        a.count("max_elements", max_elements),
+        *a.limits(min_elements, max_elements),
     )
     none: Sequence[int] = ()
+    own_sizes = a.reals("sizes", none if sizes is None else sizes, OWN_SIZE)
+    if len(own_sizes) > len(nodes):
+        a.fail("sizes", f"has {len(own_sizes)} entries; coords has only {number_of(len(nodes), 'node')}")
     own_colors = a.nodes("colors", none if colors is None else colors)
-    has_hard = any(x is not None for x in (sizes, hard_nodes, hard_edges))
-    shift = 0
-    if has_hard:
-        given = a.reals("sizes", none if sizes is None else sizes)
-        breaks = a.nodes("hard_nodes", none if hard_nodes is None else hard_nodes)
-        edges = a.nodes("hard_edges", none if hard_edges is None else hard_edges)
-        result = _core.remesh_hard_lines(nodes, elements, size, given, own_colors, breaks, edges, limits)
-    elif colors is not None:
-        shift = 3
-        result = _core.remesh_colored_lines(nodes, elements, size, own_colors, limits)
-    else:
-        shift = 4
-        result = _core.remesh_lines(nodes, elements, size, limits)
-    status, all_nodes, lines, new_colors, new_breaks = result
-    negative = "must not be negative or NaN"
-    statuses = {
-        -1: ("coords", "must be finite, and so must the length of each line"),
-        -2: ("connect", "must contain valid node numbers, below the number of coords"),
-        -3: ("default_size, sizes", "must give a positive, finite size at each node of a chain"),
-        -7: ("hard_edges", "must contain row numbers of connect"),
-        -9 + shift: ("max_angle", negative),
-        -11 + shift: ("max_gradation", negative),
-        -12 + shift: ("min_size", negative),
-        -13 + shift: LIMITS,
-    }
-    if status in (-5, -5 + shift) and fewest == 0:
-        a.fail(*LIMITS)
-    if status == -2 and elements[:, :2].max() < len(nodes):  # the status of the mesher of a chain
-        if np.isfinite(nodes[elements[:, :2]]).all():
-            a.fail("connect", "must not contain a line of length 0 if deviation_tolerance is 0")
-        status = -1
-    a.check(status, statuses)
-    if len(lines) == 0:  # the library does not change the lists of an empty network
-        new_colors, new_breaks = new_colors[:0], new_breaks[:0]
-    return Network(
-        all_nodes,
-        lines,
-        new_colors if has_hard or colors is not None else None,
-        new_breaks if has_hard else None,
+    node, row = valid_number("node", len(nodes), "coords"), valid_number("row", len(elements), "connect")
+    cuts = a.nodes("hard_nodes", none if hard_nodes is None else hard_nodes, node)
+    kept = a.nodes("hard_edges", none if hard_edges is None else hard_edges, row)
+    status, all_nodes, lines, new_colors, breaks = _core.remesh_hard_lines(
+        nodes, elements, size, own_sizes, own_colors, cuts, kept, limits
     )
+    if status in (-2, -3):  # of the mesher of a chain; all other faults have been reported
+        _fail_at_chain(a, nodes, elements, size, own_sizes, own_colors, cuts, kept, limits)
+    a.check(status)
+    if len(lines) == 0:  # the library does not change the lists of an empty network
+        new_colors, breaks = new_colors[:0], breaks[:0]
+    return Network(all_nodes, lines, new_colors, breaks)

@@ -52,9 +52,8 @@ class Network(NamedTuple):
     coords: (n, d) all nodes, first the given nodes, then the new nodes.
     connect: (m, 2) the elements.
     colors: (m,) the colour of each element: the first colour along its chain, or a new colour if its chain has
-        none. None unless colors, sizes, hard_nodes or hard_edges were given.
-    hard_nodes: (k,) the nodes at which the lines were cut, ascending. None unless sizes, hard_nodes or hard_edges
-        were given.
+        none. So without given colours each chain has a colour of its own.
+    hard_nodes: (k,) the nodes at which the lines were cut, ascending. Empty for an empty network.
     """
 
     coords: Reals
