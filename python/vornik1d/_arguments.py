@@ -56,7 +56,8 @@ class Arguments:
         if len(given) > 1:
             self.reject(" and ".join(given), "exclude each other; give one of them")
         if len(given) == 0:
-            self.reject(" and ".join(values), "are missing; give one of them")
+            *first, last = values
+            self.reject(f"{', '.join(first)} and {last}", "are missing; give one of them")
 
     def _array(self, name: str, value: npt.ArrayLike) -> npt.NDArray[Any]:
         if isinstance(value, np.ma.MaskedArray) and np.any(value.mask):
@@ -163,7 +164,8 @@ class Arguments:
             array = array.reshape(0, columns[0] if columns else 0)
         if array.ndim != 2 or (columns and array.shape[1] not in columns):
             shapes = " or ".join(f"(n, {k})" for k in sorted(columns)) if columns else "(n, k)"
-            self._shape(name, array, shapes)
+            is_turned = array.ndim == 2 and array.shape[0] in columns
+            self._shape(name, array, shapes + (f"; use {name}.T" if is_turned else ""))
         return array
 
     def coords(self, value: npt.ArrayLike, name: str = "coords") -> Reals:
@@ -189,7 +191,11 @@ class Arguments:
         if array.size == 0 and array.ndim == 1:
             array = array.reshape(0, least)
         if array.ndim != 2 or array.shape[1] < least or array.shape[1] > (most or array.shape[1]):
-            self._shape(name, array, f"(m, {least})" if least == most else f"(m, k) with k at least {least}")
+            self._shape(
+                name,
+                array,
+                f"(m, {least})" if of is not None or least == most else f"(m, k) with k at least {least}",
+            )
         if of is not None and len(array) > 0:
             self._hold_rows(owner, of, array[:, :2].ravel())
         return array
@@ -219,7 +225,10 @@ class Arguments:
             places = coords[chain]
             nodes, line = f"{len(chain)} nodes of {name}", "a line must have a positive length"
             if (places == places[0]).all():
-                self.fail(f"all {nodes}", f"are at the same place, {shown(places[0])}; {line}")
+                self.fail(
+                    f"all {nodes}" if len(chain) > 2 else f"both nodes of {name}",
+                    f"are at the same place, {shown(places[0])}; {line}",
+                )
             if not _core.length(coords, chain)[1] > 0:
                 self.fail(f"the {nodes}", f"are too close together; {line}")
 
@@ -238,7 +247,7 @@ class Arguments:
         if array.ndim == 0:
             rule = RULES.get(name, FINITE)
             if not rule.holds(array[()]):
-                self.fail(name, f"is {shown(array[()])}; it must be {rule.allowed}")
+                self.fail(name, f"is {shown(array[()])}; {name} must be {rule.allowed}")
             return np.full(count, array)
         if array.ndim != 1:
             self._shape(name, array, "a number or (n,)")
@@ -270,7 +279,7 @@ class Arguments:
             values = np.linalg.eigvalsh(unpack_metrics(tensors))
             is_wrong = ~(values[:, 0] > 0)
             first = np.argmax(is_wrong) if is_wrong.any() else np.argmin(values[:, 0] / values[:, -1])
-            fault = f"is {shown(tensors[first])}, which is not positive definite; it must give a positive size in each direction"
+            fault = f"is {shown(tensors[first])}, which is not positive definite; each direction needs a positive size"
             self.fail(f"{name}[{first}]", fault)
 
     def tensors(self, name: str, value: npt.ArrayLike, dimension: int) -> Reals:

@@ -106,14 +106,16 @@ def flip(connect: npt.ArrayLike) -> Nodes:
     return result
 
 
-def _strange_neighbor(elements: Nodes, neighbors: Nodes) -> Tuple[str, str]:
-    """The first neighbour that does not have the node at which its element meets it."""
+def _check_neighbors(a: Arguments, elements: Nodes, neighbors: Nodes) -> None:
+    """Each neighbour must have the node at which its element meets it."""
     is_given = neighbors < len(elements)
-    others = elements[np.where(is_given, neighbors, 0)]
-    is_wrong = is_given & (others != elements[:, ::-1, None]).all(axis=2)
-    row, side = np.unravel_index(np.argmax(is_wrong), is_wrong.shape)
-    fault = f"is {neighbors[row, side]}; this element does not have node {elements[row, 1 - side]}"
-    return f"neighbors[{row}, {side}]", fault
+    if is_given.any():
+        others = elements[np.where(is_given, neighbors, 0)]
+        is_wrong = is_given & (others != elements[:, ::-1, None]).all(axis=2)
+        if is_wrong.any():
+            row, side = np.unravel_index(np.argmax(is_wrong), is_wrong.shape)
+            fault = f"is {neighbors[row, side]}; that element must have node {elements[row, 1 - side]}"
+            a.fail(f"neighbors[{row}, {side}]", fault)
 
 
 def mesh_reorient(
@@ -137,6 +139,7 @@ def mesh_reorient(
     sides = a.elements("neighbors", () if neighbors is None else neighbors, most=2)
     if neighbors is not None:
         a.one_per("element", len(elements), "neighbors", sides)
+        _check_neighbors(a, elements, sides)
     elif len(elements) == 0:
         sides = elements
     else:
@@ -148,7 +151,5 @@ def mesh_reorient(
     status, lines, new_sides = _core.mesh_reorient(
         elements, sides, first, a.flag("all_components", all_components)
     )
-    if status == -2:
-        a.fail(*_strange_neighbor(elements, sides))
     a.check(status)
     return Orientation(lines, new_sides, int(status))
