@@ -38,11 +38,10 @@ CALLS = [
         (dict(coords=np.zeros((2, 9))), "coords has shape (2, 9); it must be (n, 2) or (n, 3); use coords.T"),
         (dict(coords=5), "coords is 5; it must have shape (n, 2) or (n, 3)"),
         (dict(coords=np.ma.masked_greater(LINE, 3)), "coords has masked entries; fill or remove them"),
+        (dict(coords=None), "TypeError: coords must contain real numbers, not None"),
         (dict(coords="abc"), "TypeError: coords must contain real numbers, not text"),
         (dict(coords=[[0, 0], [1]]),
          "TypeError: coords must be an array of numbers, with rows of one length"),
-        (dict(coords=np.zeros((2, 2), complex)),
-         "TypeError: coords must contain real numbers, not complex numbers"),
         (dict(coords=np.eye(2, dtype=bool)), "TypeError: coords must contain real numbers, not booleans"),
         (dict(coords=[[0, 0], [None, 1]]), "TypeError: coords[1, 0] is None; it must be a number"),
         (dict(indices=[0, 1, 9]), "indices[2] is 9; it must be a valid node number, below 4"),
@@ -50,9 +49,9 @@ CALLS = [
         (dict(indices=[0, 2**64]),
          "indices[1] is 18446744073709551616; it must be a valid node number, below 4"),
         (dict(indices=[2]), "indices has 1 node; a line needs at least 2"),
+        (dict(indices=9), "indices is 9; it must have shape (n,)"),
         (dict(indices=[[0, 1]]), "indices has shape (1, 2); it must be (n,)"),
         (dict(indices=[0.0, 1.5]), "TypeError: indices must contain integers, not real numbers"),
-        (dict(indices=[False, True]), "TypeError: indices must contain integers, not booleans"),
         (dict(sizes=-1), "sizes is -1; sizes must be positive and finite"),
         (dict(sizes=[1, 1, 0, 1]), "sizes[2] is 0; sizes must be positive and finite"),
         (dict(sizes=[1, 1]), "sizes has 2 entries; it needs 4, one per node of the line"),
@@ -68,23 +67,18 @@ CALLS = [
          "metrics[0] is ((1, 2), (3, 9)); tensors must be symmetric"),
         (dict(sizes=None, metrics=np.ones((4, 6))),
          "metrics has shape (4, 6); it must be (n, 3) or (n, 2, 2)"),
-        (dict(sizes=None, metrics=np.ones((1, 3))),
-         "metrics has 1 entry; it needs 4, one per node of the line"),
         (dict(params=[0, 2, 1, 3]), "params[2] is 1 after 2; params must not decrease"),
         (dict(params=[0, 0.3, 0.1 + 0.2 - 1e-16, 1]),
          "params[2] is 0.29999999999999993 after 0.3; params must not decrease"),
         (dict(params=[0, 1, 2, INF]), "params[3] is inf; params must be finite"),
-        (dict(params=[0, 1]), "params has 2 entries; it needs 4, one per node of the line"),
         (dict(min_elements=0), "min_elements is 0; it must be from 1 to 4294967295"),
         (dict(min_elements=5, max_elements=3),
          "min_elements is 5 and max_elements is 3; min_elements must not be above max_elements"),
-        (dict(max_elements=2**32), "max_elements is 4294967296; it must be from 1 to 4294967295"),
         (dict(max_elements=7.5), "TypeError: max_elements must be an integer, not float"),
         (dict(deviation_tolerance=NAN), "deviation_tolerance is nan; it must be finite"),
         (dict(min_size=-1), "min_size is -1; it must be at least 0 and finite"),
         (dict(min_size=10**400), "min_size is too large for a float"),
         (dict(min_size="1"), "TypeError: min_size must be a number, not str"),
-        (dict(min_size=[1, 2]), "TypeError: min_size must be a number, not list"),
         (dict(force_even="no"), "TypeError: force_even must be True or False, not str"),
     ]),
     (v.mesh_spline, dict(coords=LINE, sizes=1), [
@@ -106,7 +100,6 @@ CALLS = [
         (dict(span=np.array(3.0)), "TypeError: span is 3.0; it must be a list of node numbers"),
         (dict(span=[0, 1, 2, "3"]), "TypeError: span[3] must be an integer, not str"),
         (dict(t=NAN), "t is nan; it must be finite"),
-        (dict(t=None), "TypeError: t must be a number, not NoneType"),
     ]),
     (v.mesh_straight, dict(coords=LINE, sizes=1), [
         (dict(sizes=None), "TypeError: sizes, metrics and element_count are missing; give one of them"),
@@ -125,8 +118,6 @@ CALLS = [
          "both nodes of segment are at the same place, (1, 0); a line must have a positive length"),
         (dict(segment=(0, 1), sizes=None, element_count=2, force_even=True),
          "TypeError: force_even excludes segment with element_count; give an even element_count"),
-        (dict(coords=SAME, sizes=None, element_count=3),
-         "all 3 nodes of coords are at the same place, (1, 2); a line must have a positive length"),
     ]),
     (v.remesh_lines, dict(coords=LINE, connect=CONNECT, default_size=1), [
         (dict(coords=[[0, 0], [NAN, 0], [2, 0], [3, 0]]),
@@ -134,7 +125,6 @@ CALLS = [
         (dict(coords=[]), "connect[0, 0] is 0; it must be a valid node number, but coords has none"),
         (dict(connect=[[0, 1], [1, 4]]), "connect[1, 1] is 4; it must be a valid node number, below 4"),
         (dict(connect=[0, 1]), "connect has shape (2,); it must be (m, 2)"),
-        (dict(connect=[[0.0, 1.0]]), "TypeError: connect must contain integers, not real numbers"),
         (dict(connect=[[0, 1], [1, 1]]),
          "connect[1] joins node 1 to itself; each line must have a positive length"),
         (dict(coords=SAME, connect=[[0, 1], [1, 2]]),
@@ -150,7 +140,6 @@ CALLS = [
         (dict(hard_nodes=[1, 4]), "hard_nodes[1] is 4; it must be a valid node number, below 4"),
         (dict(hard_edges=[3]), "hard_edges[0] is 3; it must be a valid row number, below 3"),
         (dict(max_angle=NAN), "max_angle is nan; it must be at least 0"),
-        (dict(max_gradation=-0.5), "max_gradation is -0.5; it must be at least 0 and finite"),
     ]),
     (v.interpolate_metrics, dict(params=[0, 1], values=[1, 1], new_params=[0]), [
         (dict(params=[1, 0]), "params[1] is 0 after 1; params must not decrease"),
@@ -177,7 +166,6 @@ CALLS = [
     ]),
     (v.metrics_gen_aniso3d, dict(coords=SPACE, connect=CONNECT, normal_size=1), [
         (dict(coords=LINE), "coords has shape (4, 2); it must be (n, 3)"),
-        (dict(binormal_size="1"), "TypeError: binormal_size must be a number, not str"),
     ]),
     (v.pack_metrics, dict(tensors=[np.eye(2)]), [
         (dict(tensors=LINE), "tensors has shape (4, 2); it must be (n, 2, 2) or (n, 3, 3)"),
@@ -196,7 +184,6 @@ CALLS = [
         (dict(vector=[1, 2, 3, 4]), "vector has shape (4,); it must be (2,) or (3,)"),
         (dict(sizes=(1, -1)), "sizes[1] is -1; sizes must be positive and finite"),
         (dict(sizes=None), "TypeError: element_count and sizes are missing; give one of them"),
-        (dict(coords=SPACE), "coords has shape (4, 3); it must be (n, 2)"),
     ]),
     (v.extrude_rotate, dict(start=[1, 0], center=[0, 0], rotation=1, sizes=1), [
         (dict(rotation=[1, 2]),
@@ -228,7 +215,6 @@ CALLS = [
         (dict(new_params=[0, 1]), "new_params has 2 entries; it needs 1, one per entry of new_indices"),
     ]),
     (v.normals, dict(coords=LINE, connect=CONNECT), [
-        (dict(coords=SPACE), "coords has shape (4, 3); it must be (n, 2)"),
         (dict(exponent=NAN), "exponent is nan; it must be a number, inf or -inf"),
     ]),
     (v.indices_to_connectE2, dict(indices=[0, 1]), [
@@ -301,7 +287,7 @@ def test_values_that_have_no_effect_or_a_meaning_are_allowed():
 
 
 def test_lack_of_memory():
-    with pytest.raises(MemoryError):
+    with pytest.raises(MemoryError, match="extrude_translate: not enough memory, or more nodes than"):
         v.extrude_translate([0, 0], [1, 0], element_count=v.UNLIMITED)
 
 

@@ -45,7 +45,9 @@ class Arguments:
         if status >= 0:
             return
         if status == NO_MEMORY:
-            raise MemoryError(f"{self._function}: not enough memory")
+            raise MemoryError(
+                f"{self._function}: not enough memory, or more nodes than 32-bit numbers can name"
+            )
         for find_fault in self._doubts:
             find_fault()
         self.fail(*statuses.get(status, ("the arguments", f"do not fit together (status {status})")))
@@ -70,9 +72,11 @@ class Arguments:
     def _reject_kind(
         self, name: str, array: npt.NDArray[Any], kind: str, types: Tuple[type, ...]
     ) -> NoReturn:
+        if array.ndim == 0:
+            self.reject(name, f"must contain {kind}, not {_KINDS.get(array.dtype.kind, array.item())}")
         for place, entry in np.ndenumerate(array if array.dtype.kind == "O" else ()):
             if not isinstance(entry, types):
-                self.reject(f"{name}{list(place) or ''}", f"is {entry!r}; it must be a number")
+                self.reject(f"{name}{list(place)}", f"is {entry!r}; it must be a number")
         self.reject(name, f"must contain {kind}, not {_KINDS.get(array.dtype.kind, array.dtype)}")
 
     def _shape(self, name: str, array: npt.NDArray[Any], shapes: str) -> NoReturn:
@@ -124,6 +128,8 @@ class Arguments:
         is_large = array.dtype.kind == "O" and all(isinstance(entry, int) for entry in array.flat)
         if array.dtype.kind not in "iu" and array.size > 0 and not is_large:
             self._reject_kind(name, array, "integers", (int, np.integer))
+        if array.ndim == 0:
+            self._shape(name, array, "(n,)" if columns is None else "(m, 2)")
         if below is not None:
             self.hold(name, array if array.ndim < 2 else array[:, :columns], below, "it")
         if array.dtype != np.uint32:

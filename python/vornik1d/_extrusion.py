@@ -103,11 +103,11 @@ def extrude_rotate(
         status, all_nodes, line = _core.extrude_rotate_3d(
             nodes, origin, middle, axis, steps, a.flag("force_even", force_even)
         )
-    turn = np.asarray(rotation, float)[()]
-    if status == -3 and np.any(turn):
-        place = nodes[origin] if isinstance(origin, int) else origin
-        a.fail(
-            "start", f"is at {shown(place)}, on the axis of rotation; the path must have a positive length"
-        )
-    a.check(status, {-3: ("rotation", f"is {shown(turn)}; the path must have a positive length")})
+    if status == -3:
+        rest = "the path must have a positive length"
+        if np.any(rotation):
+            place = nodes[origin] if isinstance(origin, int) else origin
+            a.fail("start", f"is at {shown(place)}, on the axis of rotation; {rest}")
+        a.fail("rotation", f"is {shown(np.asarray(rotation)[()])}; {rest}")
+    a.check(status)
     return NodeList(all_nodes, line)
