@@ -175,21 +175,25 @@ py::tuple rotate_in_space(real_array const& coords, start const& from, real_arra
     });
 }
 
-/// Calls `run(coords, connect, colors, hard_nodes)`.
-template <class Run>
-py::tuple remesh(real_array const& coords, node_array const& connect, std::optional<node_array> const& colors,
-    std::optional<node_array> const& hard_nodes, Run run)
+py::tuple remesh(real_array const& coords, node_array const& connect, double size, real_array const& sizes,
+    node_array const& colors, node_array const& hard_nodes, node_array const& hard_edges,
+    remesh_limits const& by)
 {
     matrix new_coords = matrix_view(coords);
     connectivity lines = matrix_view(connect); // replaced, as the colours are, not written to
-    nodes new_colors = colors ? list_view(*colors) : nodes();
-    nodes breaks = hard_nodes ? list_copy(*hard_nodes) : nodes(); // the call writes to it
-    int const status = unlocked([&] { return run(new_coords, lines, new_colors, breaks); });
+    nodes new_colors = list_view(colors);
+    nodes breaks = list_copy(hard_nodes); // the call writes to it
+    reals const own_sizes = list_view(sizes);
+    nodes const edges = list_view(hard_edges);
+    int const status = unlocked([&] {
+        return remesh_lines(new_coords, lines, size, own_sizes, new_colors, breaks, edges, by.force_even,
+            by.max_angle, by.deviation_tolerance, by.max_gradation, by.min_size, by.min_elements,
+            by.max_elements);
+    });
     // After a failure they still view the caller's arrays.
     if (status != 0) return py::make_tuple(status, py::none(), py::none(), py::none(), py::none());
     if (lines.data() == connect.data() && !lines.copy(matrix_view(connect))) throw std::bad_alloc();
-    if (colors && new_colors.data() == colors->data() && !new_colors.copy(list_view(*colors)))
-        throw std::bad_alloc();
+    if (new_colors.data() == colors.data() && !new_colors.copy(list_view(colors))) throw std::bad_alloc();
     return py::make_tuple(
         status, to_array(new_coords, coords), to_array(lines), to_array(new_colors), to_array(breaks));
 }
@@ -199,7 +203,6 @@ void bind_line_meshing(py::module_& m)
     py::class_<mesh_limits>(m, "mesh_limits").def(py::init<bool, unsigned, unsigned, double, double>());
     py::class_<remesh_limits>(m, "remesh_limits")
         .def(py::init<bool, double, double, double, double, unsigned, unsigned>())
-        .def_readonly("min_elements", &remesh_limits::min_elements)
         .def(py::pickle(
             [](remesh_limits const& by) {
                 return py::make_tuple(by.force_even, by.max_angle, by.deviation_tolerance, by.max_gradation,
@@ -244,34 +247,7 @@ void bind_line_meshing(py::module_& m)
                                         : mesh_straight(all, ends.at(0), ends.at(1), ends.at(2), count, out);
             });
         });
-    m.def("remesh_lines",
-        [](real_array const& coords, node_array const& connect, double size, remesh_limits const& by) {
-            return remesh(coords, connect, {}, {}, [&](matrix& all, connectivity& lines, nodes&, nodes&) {
-                return remesh_lines(all, lines, size, by.force_even, by.max_angle, by.deviation_tolerance,
-                    by.max_gradation, by.min_size, by.min_elements, by.max_elements);
-            });
-        });
-    m.def("remesh_colored_lines", [](real_array const& coords, node_array const& connect, double size,
-                                      node_array const& colors, remesh_limits const& by) {
-        return remesh(
-            coords, connect, colors, {}, [&](matrix& all, connectivity& lines, nodes& new_colors, nodes&) {
-                return remesh_lines(all, lines, size, new_colors, by.force_even, by.max_angle,
-                    by.deviation_tolerance, by.max_gradation, by.min_size, by.min_elements, by.max_elements);
-            });
-    });
-    m.def("remesh_hard_lines",
-        [](real_array const& coords, node_array const& connect, double size, real_array const& sizes,
-            node_array const& colors, node_array const& hard_nodes, node_array const& hard_edges,
-            remesh_limits const& by) {
-            reals const own_sizes = list_view(sizes);
-            nodes const edges = list_view(hard_edges);
-            return remesh(coords, connect, colors, hard_nodes,
-                [&](matrix& all, connectivity& lines, nodes& new_colors, nodes& breaks) {
-                    return remesh_lines(all, lines, size, own_sizes, new_colors, breaks, edges, by.force_even,
-                        by.max_angle, by.deviation_tolerance, by.max_gradation, by.min_size, by.min_elements,
-                        by.max_elements);
-                });
-        });
+    m.def("remesh_hard_lines", remesh);
 }
 
 void bind_extrusion(py::module_& m)

@@ -70,6 +70,15 @@ public:
         return starts[last] - starts[first];
     }
 
+    /// The elements of some chains, in the order of travel.
+    node_array rows(std::size_t first, std::size_t last) const
+    {
+        require(first, last);
+        auto const& chains = cut_.lines().chains;
+        return to_array(
+            copy_of(chains.chain_elements.sub_vector(chains.chain_starts[first], elements(first, last))));
+    }
+
     py::tuple part(std::size_t first, std::size_t last) const
     {
         require(first, last);
@@ -208,6 +217,7 @@ void bind_networks(py::module_& m)
         .def("break_nodes", &cut_network::break_nodes)
         .def("batch_starts", &cut_network::batch_starts)
         .def("elements", &cut_network::elements)
+        .def("rows", &cut_network::rows)
         .def("part", &cut_network::part);
     m.def("mesh_part", mesh_part);
     m.def("put_part", put_part);

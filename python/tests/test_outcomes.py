@@ -13,7 +13,7 @@ import vornik1d as v
 
 CORNERS = [[0, 0], [10, 0], [10, 6]]
 LINE = v.mesh_line(CORNERS, [1, 0.2, 1], deviation_tolerance=0.01)
-BY_TENSORS = v.mesh_line(CORNERS, metrics=[[1, 0, 4]] * 3, indices=[0, 2])
+BY_TENSORS = v.mesh_line(CORNERS, metrics=[[1, 0, 4]] * 2, indices=[0, 2])
 ROUND = v.mesh_line([[9, 9], [0, 0], [1, 0], [0, 1]], 9, indices=[1, 2, 3, 1], min_elements=3)
 SPLINE = v.mesh_spline(CORNERS, 1)
 # A square ring of two elements a side, a stem of two colours that ends at its corner 2, and an unused node.

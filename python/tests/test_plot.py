@@ -69,7 +69,7 @@ def test_targets_have_the_sizes_asked():
         circles, same = (ax.collections[0] for ax in drawn)
         assert np.array_equal(circles._widths, same._widths) and len(circles._widths) == len(mesh) + 1
         assert np.array_equal(circles.get_offsets(), mesh.points)
-    with pytest.raises(TypeError, match="targets: sizes, metrics"):  # these nodes have no targets
+    with pytest.raises(TypeError, match="targets: sizes and metrics"):  # these nodes have no targets
         plot.targets(vornik1d.NodeList(mesh.coords, mesh.indices))
     for wrong in ({"sizes": -1}, {"sizes": [1, 1]}, {"metrics": [-tensor]}, {"metrics": [tensor * np.nan]}):
         with pytest.raises(ValueError, match=f"targets: {next(iter(wrong))}"):

@@ -50,7 +50,7 @@ def of_lines(a):
     m = v.mesh_line(short, metrics=a(flat[:2]))
     yield from ((len(m.indices), 9), (m.metrics, flat[:1] * 9), (m.sizes, None))
     for how in {}, {"params": a([0, 1.0])}:
-        yield len(v.mesh_line(space, metrics=a(deep), indices=a([1, 2]), **how).indices), 7
+        yield len(v.mesh_line(space, metrics=a(deep[:2]), indices=a([1, 2]), **how).indices), 7
     yield v.mesh_line(space, metrics=a([np.diag([4, 1, 9.0])] * 3), max_elements=1).metrics, deep[:2]
 
     m = v.mesh_spline(x, a([1, 1, 1, 1.0]), indices=a([1, 1, 2, 2]))
@@ -78,7 +78,7 @@ def of_lines(a):
     yield from zip(v.mesh_straight(short, a([1, 1.0])),
         ([[0, 0], [4, 0], [1, 0], [2, 0], [3, 0]], [0, 2, 3, 4, 1]))
     yield len(v.mesh_straight(x, a([1.3] * 3), force_even=True).indices), 7
-    yield len(v.mesh_straight(x, metrics=a(flat), indices=a([0, 1])).indices), 9  # of the first segment alone
+    yield len(v.mesh_straight(x, metrics=a(flat[:2]), indices=a([0, 1])).indices), 9
     yield len(v.mesh_straight(x, element_count=3, force_even=True).indices), 5
     yield v.mesh_straight(x, indices=a([2, 1]), element_count=2).indices, [2, 3, 1]
     yield v.mesh_straight(x, a([1, 1.0]), segment=a([1, 2])).indices, [1, 3, 2]
@@ -92,9 +92,9 @@ def of_lines(a):
 def of_networks(a):
     x, connect = a([[0, 0], [4, 0], [4, 2.0]]), a([[0, 1], [1, 2]])
     elements = [[0, 3], [3, 1], [1, 2]]
-    yield from zip(v.remesh_lines(x, connect, 2), ([[0, 0], [4, 0], [4, 2], [2, 0]], elements, [0, 0, 1], [0, 1, 2]))
-    yield from zip(list(v.remesh_lines(x, connect, 2, colors=a([7, 9])))[1:], (elements, [7, 7, 9], [0, 1, 2]))
-    yield from zip(list(v.remesh_lines(x, connect, 2, hard_nodes=a([0])))[1:], (elements, [0, 0, 1], [0, 1, 2]))
+    yield v.remesh_lines(x, connect, 2).coords, [[0, 0], [4, 0], [4, 2], [2, 0]]
+    for how, made in ({}, [0, 0, 1]), ({"colors": a([7, 9])}, [7, 7, 9]), ({"hard_nodes": a([0])}, [0, 0, 1]):
+        yield from zip(list(v.remesh_lines(x, connect, 2, **how))[1:], (elements, made, [0, 1, 2]))
     bent = a([[0, 0], [4, 0], [5, np.sqrt(3)]])  # by 60 degrees
     for how, cuts in ({}, 3), ({"max_angle": 61}, 2), ({"min_size": 2}, 2):
         yield len(v.remesh_lines(bent, connect, 9, sizes=a([9.0]), **how).hard_nodes), cuts

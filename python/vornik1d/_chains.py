@@ -133,6 +133,10 @@ class Cut:
     def part(self, batch: Tuple[int, int]) -> Part:
         return Part(*self._cut.part(*batch))
 
+    def rows(self, batch: Tuple[int, int]) -> Nodes:
+        """The elements of the chains, in the order of travel."""
+        return self._cut.rows(*batch)
+
     def elements(self, batch: Tuple[int, int]) -> int:
         return self._cut.elements(*batch)
 

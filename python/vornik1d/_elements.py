@@ -10,32 +10,34 @@ import numpy.typing as npt
 from . import _core
 from ._arguments import Arguments, Nodes
 from ._results import HighOrderMesh, Orientation
+from ._rules import NODE, number_of, valid_number
 
 
 def _append_elements(
     order: int, indices: npt.ArrayLike, connect: Optional[npt.ArrayLike], counts: str
 ) -> Nodes:
     a = Arguments(f"indices_to_connectE{order}")
-    old = a.elements("connect", np.empty((0, order), np.uint32) if connect is None else connect)
+    old = a.elements("connect", () if connect is None else connect, order, most=order)
+    chain = a.nodes("indices", indices)
     append: Callable[..., Tuple[int, Nodes]] = getattr(_core, f"indices_to_connectE{order}")
-    status, result = append(a.nodes("indices", indices), old)
-    a.check(status, {-1: ("indices", counts), -2: ("connect", f"must have shape (m, {order})")})
+    status, result = append(chain, old)
+    a.check(status, {-1: ("indices", f"has {number_of(len(chain), 'node')}; it must have {counts}")})
     return result
 
 
 def indices_to_connectE2(indices: npt.ArrayLike, connect: Optional[npt.ArrayLike] = None) -> Nodes:
     """Join a list of nodes by elements of 2 nodes. Returns (m, 2): connect, if given, then the new elements."""
-    return _append_elements(2, indices, connect, "must contain 0 nodes, or at least 2")
+    return _append_elements(2, indices, connect, "0 nodes, or at least 2")
 
 
 def indices_to_connectE3(indices: npt.ArrayLike, connect: Optional[npt.ArrayLike] = None) -> Nodes:
     """Join a list of nodes by elements of 3 nodes, as indices_to_connectE2. The middle node comes last."""
-    return _append_elements(3, indices, connect, "must contain 0 nodes, or an odd number of at least 3")
+    return _append_elements(3, indices, connect, "0, 3, 5, 7, ... nodes")
 
 
 def indices_to_connectE4(indices: npt.ArrayLike, connect: Optional[npt.ArrayLike] = None) -> Nodes:
     """Join a list of nodes by elements of 4 nodes, as indices_to_connectE2. The two inner nodes come last."""
-    return _append_elements(4, indices, connect, "must contain 0, 4, 7, 10, ... nodes")
+    return _append_elements(4, indices, connect, "0, 4, 7, 10, ... nodes")
 
 
 def split_into_linear(connect_in: npt.ArrayLike, connect_out: Optional[npt.ArrayLike] = None) -> Nodes:
@@ -44,12 +46,9 @@ def split_into_linear(connect_in: npt.ArrayLike, connect_out: Optional[npt.Array
     Returns (m, 2): the elements of connect_out, if given, then the new elements.
     """
     a = Arguments("split_into_linear")
-    old = a.elements("connect_out", () if connect_out is None else connect_out)
-    status, result = _core.split_into_linear(a.elements("connect_in", connect_in, 3), old)
-    a.check(
-        status,
-        {-1: ("connect_in", "must have shape (m, 3)"), -2: ("connect_out", "must have shape (m, 2)")},
-    )
+    old = a.elements("connect_out", () if connect_out is None else connect_out, most=2)
+    status, result = _core.split_into_linear(a.elements("connect_in", connect_in, 3, most=3), old)
+    a.check(status)
     out: Nodes = result
     return out
 
@@ -60,8 +59,9 @@ def convert_into_linear(connect: npt.ArrayLike) -> Nodes:
     elements = a.elements("connect", connect)
     if len(elements) == 0:
         return np.empty((0, 2), np.uint32)
+    a.elements("connect", elements, 3)
     status, result = _core.convert_into_linear(elements)
-    a.check(status, {-1: ("connect", "must have interior nodes: shape (m, k) with k at least 3")})
+    a.check(status)
     out: Nodes = result
     return out
 
@@ -71,10 +71,9 @@ def _convert(
 ) -> HighOrderMesh:
     a = Arguments(name)
     convert: Callable[..., Any] = getattr(_core, name)
-    status, nodes, elements = convert(
-        a.matrix("coords", coords, (2, 3, 1)), a.elements("connect", connect), *extra
-    )
-    a.check(status, {-2: ("connect", "must contain valid node numbers, below the number of coords")})
+    given = a.matrix("coords", coords, (2, 3, 1))
+    status, nodes, elements = convert(given, a.elements("connect", connect, of=given), *extra)
+    a.check(status)
     return HighOrderMesh(nodes, elements if len(elements) > 0 else np.empty((0, order), np.uint32))
 
 
@@ -107,6 +106,18 @@ def flip(connect: npt.ArrayLike) -> Nodes:
     return result
 
 
+def _check_neighbors(a: Arguments, elements: Nodes, neighbors: Nodes) -> None:
+    """Each neighbour must have the node at which its element meets it."""
+    is_given = neighbors < len(elements)
+    if is_given.any():
+        others = elements[np.where(is_given, neighbors, 0)]
+        is_wrong = is_given & (others != elements[:, ::-1, None]).all(axis=2)
+        if is_wrong.any():
+            row, side = np.unravel_index(np.argmax(is_wrong), is_wrong.shape)
+            fault = f"is {neighbors[row, side]}; that element must have node {elements[row, 1 - side]}"
+            a.fail(f"neighbors[{row}, {side}]", fault)
+
+
 def mesh_reorient(
     connect: npt.ArrayLike,
     neighbors: Optional[npt.ArrayLike] = None,
@@ -124,26 +135,21 @@ def mesh_reorient(
     """
     a = Arguments("mesh_reorient")
     elements = np.ascontiguousarray(a.elements("connect", connect)[:, :2])
+    a.hold("connect", elements, NODE, "it")
+    sides = a.elements("neighbors", () if neighbors is None else neighbors, most=2)
     if neighbors is not None:
-        sides = a.elements("neighbors", neighbors)
+        a.one_per("element", len(elements), "neighbors", sides)
+        _check_neighbors(a, elements, sides)
     elif len(elements) == 0:
         sides = elements
     else:
         status, sides = _core.get_neighbors(elements)
         a.check(status, {})
     first = a.count("start", start)
+    if len(elements) > 0:
+        a.count("start", first, valid_number("row", len(elements), "connect"))
     status, lines, new_sides = _core.mesh_reorient(
         elements, sides, first, a.flag("all_components", all_components)
     )
-    a.check(
-        status,
-        {
-            -1: ("connect", "contains the node 4294967295, which stands for no node"),
-            -2: (
-                "neighbors",
-                "must have shape (m, 2), and each neighbour must share the node with its element",
-            ),
-            -3: ("start", "must be a row of connect"),
-        },
-    )
+    a.check(status)
     return Orientation(lines, new_sides, int(status))

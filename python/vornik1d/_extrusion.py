@@ -10,22 +10,17 @@ import numpy.typing as npt
 from . import _core
 from ._arguments import Arguments, Reals
 from ._results import NodeList
+from ._rules import shown, valid_number
 
 Start = Union[SupportsIndex, npt.ArrayLike]
 
-_START = ("start", "must be a valid node number, below the number of coords, or a position")
-_POSITIVE = ("sizes", "must be positive")
-
 
 def _steps(a: Arguments, element_count: Optional[SupportsIndex], sizes: Optional[npt.ArrayLike]) -> Any:
-    if (element_count is None) == (sizes is None):
-        a.reject("element_count, sizes", "give exactly one of them")
+    a.one_of(element_count=element_count, sizes=sizes)
     if element_count is not None:
         return a.count("element_count", element_count)
     assert sizes is not None
-    pair = a.per_entry("sizes", sizes, 2)
-    if len(pair) != 2:
-        a.fail("sizes", "must be a number or 2 numbers")
+    pair = a.per_entry("sizes", sizes, 2, "end of the line")
     return [float(pair[0]), float(pair[1])]
 
 
@@ -37,7 +32,9 @@ def _start(
     else:
         nodes = a.matrix("coords", coords, (dimension,))
     if a.is_number("start", start):  # type: ignore[arg-type]
-        return nodes, a.count("start", start)  # type: ignore[arg-type]
+        node = a.count("start", start, valid_number("node", len(nodes), "coords"))  # type: ignore[arg-type]
+        a.chain([node], nodes)
+        return nodes, node
     return nodes, a.vector("start", start, dimension)  # type: ignore[arg-type]
 
 
@@ -62,17 +59,11 @@ def extrude_translate(
     a = Arguments("extrude_translate")
     path = a.vector("vector", vector)
     steps = _steps(a, element_count, sizes)
-    with np.errstate(over="ignore"):
-        if sizes is not None and np.isinf(path @ path):
-            a.fail("vector", "is too long: the square of its length is infinite")
     nodes, origin = _start(a, start, coords, len(path))
     status, all_nodes, line = _core.extrude_translate(
         nodes, origin, path, steps, a.flag("force_even", force_even)
     )
-    a.check(
-        status,
-        {-2: _START, -3: ("vector", "must not have length 0"), -4: _POSITIVE, -5: _POSITIVE},
-    )
+    a.check(status, {-3: ("vector", f"is {shown(path)}; its length must be positive")})
     return NodeList(all_nodes, line)
 
 
@@ -100,7 +91,7 @@ def extrude_rotate(
     nodes, origin = _start(a, start, coords, len(middle))
     if len(middle) == 2:
         if not a.is_number("rotation", rotation):
-            a.fail("rotation", "must be a number, the angle in radians, because center has 2 numbers")
+            a.fail("rotation", "must be a number, the angle in radians, because center is in the plane")
         angle = a.real("rotation", rotation)  # type: ignore[arg-type]
         status, all_nodes, line = _core.extrude_rotate_2d(
             nodes, origin, middle, angle, steps, a.flag("force_even", force_even)
@@ -112,8 +103,11 @@ def extrude_rotate(
         status, all_nodes, line = _core.extrude_rotate_3d(
             nodes, origin, middle, axis, steps, a.flag("force_even", force_even)
         )
-    a.check(
-        status,
-        {-2: _START, -3: ("rotation", "must move the start along a path"), -5: _POSITIVE, -6: _POSITIVE},
-    )
+    if status == -3:
+        rest = "the path must have a positive length"
+        if np.any(rotation):
+            place = nodes[origin] if isinstance(origin, int) else origin
+            a.fail("start", f"is at {shown(place)}, on the axis of rotation; {rest}")
+        a.fail("rotation", f"is {shown(np.asarray(rotation)[()])}; {rest}")
+    a.check(status)
     return NodeList(all_nodes, line)

@@ -8,12 +8,9 @@ import numpy as np
 import numpy.typing as npt
 
 from . import _core
-from ._arguments import LIMITS, UNLIMITED, Arguments, Nodes, Real, Reals
+from ._arguments import UNLIMITED, Arguments, Nodes, Real, Reals
 from ._results import Subdivision
-
-_VALID = "must contain valid node numbers, below the number of coords"
-_CHAIN = ("indices", _VALID)
-_ELEMENTS = ("connect", _VALID)
+from ._rules import ANY, number_of, valid_number
 
 
 def curvatures(coords: npt.ArrayLike, indices: Optional[npt.ArrayLike] = None) -> Reals:
@@ -27,7 +24,7 @@ def curvatures(coords: npt.ArrayLike, indices: Optional[npt.ArrayLike] = None) -
     a = Arguments("curvatures")
     nodes = a.coords(coords)
     status, result = _core.curvatures(nodes, a.chain(indices, nodes))
-    a.check(status, {-2: _CHAIN})
+    a.check(status)
     out: Reals = result
     return out
 
@@ -44,7 +41,7 @@ def interpolate_coordinates(
 
     coords: (n, d) node positions.
     params: a parameter per chain entry, non-decreasing.
-    new_indices: the nodes to move, in this order; invalid node numbers are ignored.
+    new_indices: the nodes to move, in this order.
     new_params: the parameter to which each node is moved, non-decreasing.
     indices: the chain; if not given, the first nodes, one per value of params.
 
@@ -52,20 +49,15 @@ def interpolate_coordinates(
     """
     a = Arguments("interpolate_coordinates")
     nodes = a.matrix("coords", coords)
-    at = a.reals("params", params)
-    chain = np.arange(len(at), dtype=np.uint32) if indices is None else a.nodes("indices", indices)
-    status, result = _core.interpolate_coordinates(
-        nodes, chain, at, a.nodes("new_indices", new_indices), a.reals("new_params", new_params)
-    )
-    a.check(
-        status,
-        {
-            -2: ("params", "must contain one value per chain entry"),
-            -3: ("params", "must not decrease or contain NaN"),
-            -4: ("new_params", "must contain one value per entry of new_indices"),
-            -5: ("new_params", "must not decrease"),
-        },
-    )
+    at, to = a.ascending("params", params), a.ascending("new_params", new_params)
+    if indices is None and len(at) > len(nodes):
+        a.fail("params", f"has {len(at)} values; coords has only {number_of(len(nodes), 'node')}")
+    chain = a.chain(np.arange(len(at)) if indices is None else indices, nodes)
+    a.one_per("node of the line", len(chain), "params", at)
+    moved = a.nodes("new_indices", new_indices, valid_number("node", len(nodes), "coords"))
+    a.one_per("entry of new_indices", len(moved), "new_params", to)
+    status, result = _core.interpolate_coordinates(nodes, chain, at, moved, to)
+    a.check(status)
     out: Reals = result
     return out
 
@@ -86,12 +78,13 @@ def length(
     nodes = a.coords(coords)
     if connect is not None:
         if indices is not None:
-            a.reject("connect", "excludes indices; give one of them")
-        status, result = _core.length(nodes, a.elements("connect", connect))
+            a.one_of(indices=indices, connect=connect)
+        status, result = _core.length(nodes, a.elements("connect", connect, of=nodes))
     else:
-        status, result = _core.length(nodes, a.chain(indices, nodes))
-    fault = ("indices", "must contain at least 2 valid node numbers, below the number of coords")
-    a.check(status, {-2: fault if connect is None else _ELEMENTS})
+        chain = a.chain(indices, nodes)
+        a.at_least(2, "a line", "coords" if indices is None else "indices", chain)
+        status, result = _core.length(nodes, chain)
+    a.check(status)
     return float(result)
 
 
@@ -104,18 +97,13 @@ def parametric_curvatures(params: npt.ArrayLike, connect: npt.ArrayLike, tangent
     """
     a = Arguments("parametric_curvatures")
     at = a.reals("params", params)
-    elements = a.elements("connect", connect)
     vectors = a.coords(tangents, "tangents")
+    a.one_per("value of params", len(at), "tangents", vectors)
+    elements = a.elements("connect", connect, of=vectors, owner="tangents")
     if len(elements) == 0:
         return np.zeros(len(at))
     status, result = _core.parametric_curvatures(at, elements, vectors)
-    a.check(
-        status,
-        {
-            -2: ("connect", "must contain valid node numbers, below the number of params"),
-            -3: ("tangents", "must contain one vector per value of params"),
-        },
-    )
+    a.check(status)
     out: Reals = result
     return out
 
@@ -137,13 +125,13 @@ def normals(
     """
     a = Arguments("normals")
     nodes = a.matrix("coords", coords, (2,))
-    elements = a.elements("connect", connect)
+    elements = a.elements("connect", connect, of=nodes)
     power = a.real("exponent", exponent)
     is_unit = a.flag("unit_length", unit_length)
     if len(elements) == 0:
         return np.zeros(nodes.shape)
     status, result = _core.normals(nodes, elements, power, is_unit)
-    a.check(status, {-2: _ELEMENTS})
+    a.check(status)
     out: Reals = result
     return out
 
@@ -154,8 +142,10 @@ def sort(params: npt.ArrayLike, indices: npt.ArrayLike) -> Tuple[Reals, Nodes]:
     Nodes with equal parameters are sorted by number. NaNs come last. Returns both lists.
     """
     a = Arguments("sort")
-    status, values, nodes = _core.sort(a.reals("params", params), a.nodes("indices", indices))
-    a.check(status, {-1: ("indices", "must contain one node per value of params")})
+    given, list_given = a.reals("params", params, ANY), a.nodes("indices", indices)
+    a.one_per("value of params", len(given), "indices", list_given)
+    status, values, nodes = _core.sort(given, list_given)
+    a.check(status)
     return values, nodes
 
 
@@ -179,24 +169,14 @@ def subdivide(
     """
     a = Arguments("subdivide")
     at = a.reals("params", params)
-    chain = np.arange(len(at), dtype=np.uint32) if indices is None else a.nodes("indices", indices)
-    status, values, targets, mesh = _core.subdivide(
-        at,
-        a.per_entry("sizes", sizes, len(at)),
-        chain,
-        a.flag("round_up", round_up),
-        a.flag("force_even", force_even),
-        a.count("min_elements", min_elements),
-        a.count("max_elements", max_elements),
-    )
-    a.check(
-        status,
-        {
-            -2: (
-                "indices, sizes",
-                "indices must contain at least 2 valid point numbers, and sizes one size per value of params",
-            ),
-            -6: LIMITS,
-        },
-    )
+    given = a.per_entry("sizes", sizes, len(at), "value of params")
+    if indices is None:
+        chain = np.arange(len(at), dtype=np.uint32)
+    else:
+        chain = a.nodes("indices", indices, valid_number("point", len(at), "params"))
+    a.at_least(2, "a line", "params" if indices is None else "indices", chain, "point")
+    limits = a.limits(min_elements, max_elements)
+    is_up, is_even = a.flag("round_up", round_up), a.flag("force_even", force_even)
+    status, values, targets, mesh = _core.subdivide(at, given, chain, is_up, is_even, *limits)
+    a.check(status)
     return Subdivision(values, targets, mesh)

@@ -2,23 +2,36 @@
 
 from __future__ import annotations
 
-from typing import Dict, Optional, Sequence, SupportsIndex, Tuple
+from typing import Optional, Sequence, SupportsIndex
 
 import numpy as np
 import numpy.typing as npt
 
 from . import _core
-from ._arguments import LIMITS, UNLIMITED, Arguments, Real, Reals, Statuses
+from ._arguments import UNLIMITED, Arguments, Nodes, Real, Reals
 from ._results import LineMesh, NodeList, SplineMesh
-
-_CHAIN = ("indices", "must contain at least 2 valid node numbers, below the number of coords")
-_LINE = (_CHAIN[0], _CHAIN[1] + "; the line must have a positive, finite length")
+from ._rules import number_of
 
 
-def _targets_fault(metrics: Optional[npt.ArrayLike]) -> Tuple[str, str]:
-    if metrics is None:
-        return "sizes", "must be positive and finite, one size per chain entry"
-    return "metrics", "must be finite and positive definite, one tensor per chain entry"
+def _limits(
+    a: Arguments, even: bool, fewest: SupportsIndex, most: SupportsIndex, tolerance: Real, least: Real
+) -> _core.mesh_limits:
+    return _core.mesh_limits(
+        a.flag("force_even", even),
+        *a.limits(fewest, most),
+        a.real("deviation_tolerance", tolerance),
+        a.real("min_size", least),
+    )
+
+
+def _chain(a: Arguments, nodes: Reals, indices: Optional[npt.ArrayLike], needs_length: bool) -> Nodes:
+    """The nodes of a line, which are all nodes if no others are given."""
+    chain = a.chain(indices, nodes)
+    name = "coords" if indices is None else "indices"
+    a.at_least(2, "a line", name, chain)
+    if needs_length:
+        a.may_have_no_length(name, nodes, chain)
+    return chain
 
 
 def mesh_line(
@@ -62,24 +75,14 @@ def mesh_line(
     """
     a = Arguments("mesh_line")
     nodes = a.coords(coords)
-    chain = a.chain(indices, nodes)
+    chain = _chain(a, nodes, indices, params is None)
     targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])
-    given = None if params is None else a.reals("params", params)
-    limits = _core.mesh_limits(
-        a.flag("force_even", force_even),
-        a.count("min_elements", min_elements),
-        a.count("max_elements", max_elements),
-        a.real("deviation_tolerance", deviation_tolerance),
-        a.real("min_size", min_size),
-    )
+    given = None if params is None else a.ascending("params", params)
+    if given is not None:
+        a.one_per("node of the line", len(chain), "params", given)
+    limits = _limits(a, force_even, min_elements, max_elements, deviation_tolerance, min_size)
     status, all_nodes, mesh, at, out = _core.mesh_line(nodes, chain, given, targets, limits)
-    statuses: Dict[int, Tuple[str, str]]
-    if given is None:
-        statuses = {-2: _LINE, -3: _targets_fault(metrics), -5: LIMITS}
-    else:
-        fault = "must contain one value per chain entry, and must not decrease or contain NaN"
-        statuses = {-2: _CHAIN, -3: ("params", fault), -4: _targets_fault(metrics), -6: LIMITS}
-    a.check(status, statuses)
+    a.check(status)
     by_sizes = metrics is None
     return LineMesh(all_nodes, mesh, at, out if by_sizes else None, None if by_sizes else out)
 
@@ -123,43 +126,26 @@ def mesh_spline(
     nodes = a.coords(coords)
     is_closed = a.flag("closed", closed)
     if indices is None:
-        n = len(nodes)
+        n = len(_chain(a, nodes, None, False))
         targets = a.targets(sizes, metrics, n, nodes.shape[1])
-        if n < 2 or len(targets) < n:
-            a.fail(*(("coords", "must contain at least 2 nodes") if n < 2 else _targets_fault(metrics)))
         ring = [n - 1, *range(n), 0, 1] if is_closed else [0, *range(n), n - 1]
         chain = np.array(ring, dtype=np.uint32)
         targets = np.ascontiguousarray(targets[chain])
     else:
         if is_closed:
             a.reject("closed", "excludes indices; to close the curve, give the guide nodes in indices")
-        chain = a.nodes("indices", indices)
+        chain = a.chain(indices, nodes)
+        a.at_least(4, "a spline with its 2 guide nodes", "indices", chain)
         targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])
-    limits = _core.mesh_limits(
-        a.flag("force_even", force_even),
-        a.count("min_elements", min_elements),
-        a.count("max_elements", max_elements),
-        a.real("deviation_tolerance", deviation_tolerance),
-        a.real("min_size", min_size),
-    )
     status, all_nodes, mesh, at, out, deviation = _core.mesh_spline(
         nodes,
         chain,
         targets,
-        limits,
+        _limits(a, force_even, min_elements, max_elements, deviation_tolerance, min_size),
         a.real("default_size", default_size),
         a.real("max_gradation", max_gradation),
     )
-    a.check(
-        status,
-        {
-            -1: ("coords", "must be finite, and so must the length of the curve"),
-            -2: ("indices", "must contain at least 4 valid node numbers, including the 2 guide nodes"),
-            -3: _targets_fault(metrics),
-            -5: LIMITS,
-            -8: ("min_size", "must not be negative or NaN"),
-        },
-    )
+    a.check(status)
     by_sizes = metrics is None
     return SplineMesh(all_nodes, mesh, at, out if by_sizes else None, None if by_sizes else out, deviation)
 
@@ -176,17 +162,11 @@ def spline_point(coords: npt.ArrayLike, span: Sequence[SupportsIndex], t: Real) 
     """
     a = Arguments("spline_point")
     nodes = a.coords(coords)
-    four = a.counts("span", span)
+    four = a.few_nodes("span", span, nodes)
     if len(four) != 4:
-        a.fail("span", f"must contain 4 nodes, not {len(four)}")
+        a.fail("span", f"has {number_of(len(four), 'node')}; it must have 4")
     status, point = _core.spline_point(nodes, four, a.real("t", t))
-    a.check(
-        status,
-        {
-            -k: ("span", f"entry {k - 2} must be a valid node number, below the number of coords")
-            for k in range(2, 6)
-        },
-    )
+    a.check(status)
     return point
 
 
@@ -213,50 +193,33 @@ def mesh_straight(
     """
     a = Arguments("mesh_straight")
     nodes = a.coords(coords)
-    if sizes is None and metrics is None and element_count is None:
-        a.reject("sizes, metrics, element_count", "give exactly one of them")
-    if element_count is not None and (sizes is not None or metrics is not None):
-        a.reject("element_count", "excludes sizes and metrics")
-    statuses: Statuses
+    a.one_of(sizes=sizes, metrics=metrics, element_count=element_count)
+    is_even = a.flag("force_even", force_even)
+    count = None if element_count is None else a.count("element_count", element_count)
     if segment is not None:
         if indices is not None:
-            a.reject("segment", "excludes indices; give one of them")
-        ends = a.counts("segment", segment)
-        if len(ends) not in (2, 3) or (len(ends) == 3 and element_count is None):
-            a.fail("segment", "must contain 2 nodes, or 3 nodes with element_count")
-        if element_count is not None:
-            if a.flag("force_even", force_even):
+            a.one_of(indices=indices, segment=segment)
+        if metrics is not None:
+            a.reject("segment", "excludes metrics; give the two nodes as indices")
+        ends = a.few_nodes("segment", segment, nodes)
+        if len(ends) not in (2, 3) or (len(ends) == 3 and count is None):
+            allowed = "2 nodes, or 3 with element_count"
+            a.fail("segment", f"has {number_of(len(ends), 'node')}; it must have {allowed}")
+        if count is not None:
+            if is_even:
                 a.reject("force_even", "excludes segment with element_count; give an even element_count")
-            result = _core.mesh_segment_count(nodes, ends, a.count("element_count", element_count))
+            a.may_have_no_length("segment", nodes, np.array(ends, np.uint32))
+            result = _core.mesh_segment_count(nodes, ends, count)
         else:
-            if metrics is not None:
-                a.reject("segment", "excludes metrics; give the two nodes as indices")
             assert sizes is not None
-            pair = a.per_entry("sizes", sizes, 2)
-            if len(pair) != 2:
-                a.fail("sizes", "must be a number or 2 numbers")
-            result = _core.mesh_segment_sizes(
-                nodes, ends, [float(h) for h in pair], a.flag("force_even", force_even)
-            )
-        at_one_place = ("segment", "must contain valid node numbers, of nodes at different places")
-        positive = ("sizes", "must be positive and finite")
-        statuses = {
-            -2: at_one_place,
-            -3: at_one_place,
-            -4: at_one_place if element_count is not None else positive,
-            -5: positive,
-        }
+            pair = a.per_entry("sizes", sizes, 2, "end of the segment")
+            result = _core.mesh_segment_sizes(nodes, ends, [float(h) for h in pair], is_even)
+    elif count is not None:
+        result = _core.mesh_straight_count(nodes, _chain(a, nodes, indices, True), count, is_even)
     else:
-        chain = a.chain(indices, nodes)
-        fault = _targets_fault(metrics)
-        if element_count is not None:
-            fault = ("indices", "must describe a line of positive length")
-            count = a.count("element_count", element_count)
-            result = _core.mesh_straight_count(nodes, chain, count, a.flag("force_even", force_even))
-        else:
-            targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])
-            result = _core.mesh_straight_chain(nodes, chain, targets, a.flag("force_even", force_even))
-        statuses = {-2: _CHAIN, -3: fault}
+        chain = _chain(a, nodes, indices, False)
+        targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])
+        result = _core.mesh_straight_chain(nodes, chain, targets, is_even)
     status, all_nodes, mesh = result
-    a.check(status, statuses)
+    a.check(status)
     return NodeList(all_nodes, mesh)

@@ -9,8 +9,7 @@ import numpy.typing as npt
 
 from . import _core
 from ._arguments import Arguments, Real, Reals
-
-_CONNECT = ("connect", "must have shape (m, 2) and contain valid node numbers, below the number of coords")
+from ._rules import shown
 
 
 def interpolate_metrics(params: npt.ArrayLike, values: npt.ArrayLike, new_params: npt.ArrayLike) -> Reals:
@@ -25,23 +24,17 @@ def interpolate_metrics(params: npt.ArrayLike, values: npt.ArrayLike, new_params
     Returns (k,) sizes or (k, 3) or (k, 6) tensors.
     """
     a = Arguments("interpolate_metrics")
-    at = a.reals("params", params)
-    given = a.reals_of_any_shape("values", values)
-    if given.ndim != 1:
-        if given.shape[1:] not in ((3,), (6,), (2, 2), (3, 3)):
-            shapes = "(n,), (n, 3), (n, 6), (n, 2, 2) or (n, 3, 3)"
-            a.fail("values", f"must have shape {shapes}, not {given.shape}")
-        given = a.tensors("values", given, 3 if given.shape[1:] in ((6,), (3, 3)) else 2)
-    wanted = a.reals("new_params", new_params)
+    at = a.ascending("params", params)
+    given = a.sizes_or_tensors("values", values)
+    wanted = a.ascending("new_params", new_params)
+    a.at_least(2, "interpolation", "params", at, "value")
+    a.one_per("value of params", len(at), "values", given)
+    for k in (0, -1) if len(wanted) > 0 else ():
+        if not at[0] <= wanted[k] <= at[-1]:
+            fault = f"is {shown(wanted[k])}; it must be from {shown(at[0])} to {shown(at[-1])}, the range of params"
+            a.fail(f"new_params[{k % len(wanted)}]", fault)
     status, result = _core.interpolate_metrics(at, given, wanted)
-    a.check(
-        status,
-        {
-            -1: ("params", "must contain at least 2 values, and must not decrease"),
-            -2: ("values", "must contain one size or tensor per value of params"),
-            -3: ("new_params", "must not decrease, and must stay within the range of params"),
-        },
-    )
+    a.check(status)
     out: Reals = result if len(wanted) > 0 else np.empty((0, *given.shape[1:]))
     return out
 
@@ -87,30 +80,24 @@ def metrics_gen_aniso2d(
         if coords is not None or connect is not None or normal_size is not None:
             a.reject("directions", "excludes coords, connect and normal_size")
         if size_along is None or size_across is None:
-            a.reject("size_along, size_across", "must be given together with directions")
+            a.reject("size_along and size_across", "must be given together with directions")
         vectors = a.matrix("directions", directions, (2,))
         status, result = _core.metrics_from_directions(
             vectors,
-            a.chain(indices, vectors),
+            a.chain(indices, vectors, owner="directions"),
             a.real("size_along", size_along),
             a.real("size_across", size_across),
             old,
         )
-        statuses = {
-            -2: ("indices", "must contain valid node numbers, below the number of directions"),
-            -3: ("size_along", "must be positive"),
-            -4: ("size_across", "must be positive"),
-        }
     else:
         if coords is None or connect is None or normal_size is None:
-            a.reject("coords, connect, normal_size", "give all of them, or directions instead")
+            a.reject("coords, connect and normal_size", "must all be given, or directions instead")
         if any(x is not None for x in (indices, size_along, size_across)):
-            a.reject("indices, size_along, size_across", "need directions")
-        status, result = _core.metrics_gen_aniso2d(
-            a.coords(coords), a.elements("connect", connect), a.real("normal_size", normal_size), old
-        )
-        statuses = {-2: _CONNECT}
-    a.check(status, statuses)
+            a.reject("indices, size_along and size_across", "need directions")
+        nodes = a.coords(coords)
+        elements = a.elements("connect", connect, most=2, of=nodes)
+        status, result = _core.metrics_gen_aniso2d(nodes, elements, a.real("normal_size", normal_size), old)
+    a.check(status)
     out: Reals = result
     return out
 
@@ -134,13 +121,14 @@ def metrics_gen_aniso3d(
     Returns the tensors, one row per node up to the largest treated node number.
     """
     a = Arguments("metrics_gen_aniso3d")
+    nodes = a.matrix("coords", coords, (3,))
     status, result = _core.metrics_gen_aniso3d(
-        a.matrix("coords", coords, (3,)),
-        a.elements("connect", connect),
+        nodes,
+        a.elements("connect", connect, most=2, of=nodes),
         a.real("normal_size", normal_size),
         None if binormal_size is None else a.real("binormal_size", binormal_size),
         _given_metrics(a, metrics, 3),
     )
-    a.check(status, {-2: _CONNECT})
+    a.check(status)
     out: Reals = result
     return out

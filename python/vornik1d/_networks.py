@@ -9,9 +9,10 @@ import numpy as np
 import numpy.typing as npt
 
 from . import _core
-from ._arguments import LIMITS, UNLIMITED, Arguments, Nodes, Real
-from ._chains import Input, Output, remesh, turn_runs
+from ._arguments import UNLIMITED, Arguments, Nodes, Real
+from ._chains import Cut, Input, Output, remesh, turn_runs
 from ._results import MeshWarning, Network
+from ._rules import OWN_SIZE, number_of, shown, valid_number
 
 
 _ARGUMENTS = Arguments("remesh_lines")
@@ -113,33 +114,30 @@ def prepare(
     """Check and convert the arguments of remesh_lines. Also returns the rows of the elements that were turned."""
     a = _ARGUMENTS
     nodes = a.coords(coords)
-    elements = a.elements("connect", connect)
+    elements = a.elements("connect", connect, of=nodes)
     size = a.real("default_size", default_size)
-    if len(elements) > 0 and not size >= 0:
-        a.fail("default_size", "must not be negative or NaN")
-    fewest = a.count("min_elements", min_elements)
     limits = _core.remesh_limits(
         a.flag("force_even", force_even),
         a.real("max_angle", max_angle),
         a.real("deviation_tolerance", deviation_tolerance),
         a.real("max_gradation", max_gradation),
         a.real("min_size", min_size),
-        fewest,
-        a.count("max_elements", max_elements),
+        *a.limits(min_elements, max_elements),
     )
     none: Sequence[int] = ()
+    own_sizes = a.reals("sizes", none if sizes is None else sizes, OWN_SIZE)
+    if len(own_sizes) > len(nodes):
+        a.fail("sizes", f"has {len(own_sizes)} entries; coords has only {number_of(len(nodes), 'node')}")
     own_colors = a.nodes("colors", none if colors is None else colors)
-    given = a.reals("sizes", none if sizes is None else sizes)
-    breaks = a.nodes("hard_nodes", none if hard_nodes is None else hard_nodes)
-    edges = a.nodes("hard_edges", none if hard_edges is None else hard_edges)
+    node, row = valid_number("node", len(nodes), "coords"), valid_number("row", len(elements), "connect")
     network = Input(
         nodes,
         elements,
         size,
-        given,
+        own_sizes,
         own_colors,
-        breaks,
-        edges,
+        a.nodes("hard_nodes", none if hard_nodes is None else hard_nodes, node),
+        a.nodes("hard_edges", none if hard_edges is None else hard_edges, row),
         limits,
         a.count("min_loop_elements", min_loop_elements),
     )
@@ -152,26 +150,9 @@ def prepare(
 def finish(network: Input, turned: Nodes, made: Output) -> Network:
     """Report the status of a mesh, and give it to the caller."""
     a = _ARGUMENTS
-    nodes, elements = network.coords, network.connect
-    negative = "must not be negative or NaN"
-    statuses = {
-        -1: ("coords", "must be finite, and so must the length of each line"),
-        -2: ("connect", "must contain valid node numbers, below the number of coords"),
-        -3: ("default_size, sizes", "must give a positive, finite size at each node of a chain"),
-        -7: ("hard_edges", "must contain row numbers of connect"),
-        -9: ("max_angle", negative),
-        -11: ("max_gradation", negative),
-        -12: ("min_size", negative),
-        -13: LIMITS,
-    }
-    if made.status == -5 and network.limits.min_elements == 0:
-        a.fail(*LIMITS)
-    status = made.status
-    if status == -2 and elements[:, :2].max() < len(nodes):  # the status of the mesher of a chain
-        if np.isfinite(nodes[elements[:, :2]]).all():
-            a.fail("connect", "must not contain a line of length 0 if deviation_tolerance is 0")
-        status = -1
-    a.check(status, statuses)
+    if made.status in (-2, -3):  # of the mesher of a chain; all other faults have been reported
+        _fail_at_chain(a, network)
+    a.check(made.status)
     if len(made.short) > 0:
         warnings.warn(
             f"remesh_lines: {len(made.short)} closed lines have fewer than {network.min_loop_elements} elements, the "
@@ -183,3 +164,29 @@ def finish(network: Input, turned: Nodes, made: Output) -> Network:
     is_empty = len(made.connect) == 0  # the library does not change the lists of an empty network
     colors, hard_nodes = (none, none) if is_empty else (made.colors, made.hard_nodes)
     return Network(made.coords, made.connect, colors, hard_nodes, turned, made.raised)
+
+
+def _fail_at_chain(a: Arguments, network: Input) -> None:
+    """Fail at the first chain of length 0, or at a node of a chain without a size."""
+    cut = Cut(network, 1)
+    a.check(cut.status)
+    parts = [cut.part(batch) for batch in cut.batches]
+    for part, batch in zip(parts, cut.batches):
+        if len(part.hard) == 0 and (part.coords == part.coords[0]).all():
+            _fail_flat(a, network, cut.rows(batch))
+    for part in parts:
+        bare = part.nodes[~(part.sizes > 0)]
+        if len(part.hard) == 0 and len(bare) > 0:
+            a.fail("default_size", f"is 0; it must be positive, because node {bare[0]} has no size of its own")
+
+
+def _fail_flat(a: Arguments, network: Input, rows: Nodes) -> None:
+    ends, rest = network.connect[rows[0]], "each line must have a positive length"
+    if ends[0] == ends[1]:
+        a.fail(f"connect[{rows[0]}]", f"joins node {ends[0]} to itself; {rest}")
+    here = [f"connect[{row}]" for row in rows]
+    more = f" and {len(here) - 3} more" if len(here) > 3 else ""
+    verb = "is" if len(here) == 1 else "are"
+    a.fail(
+        ", ".join(here[:3]) + more, f"{verb} a line of length 0 at {shown(network.coords[ends[0]])}; {rest}"
+    )

@@ -242,8 +242,8 @@ class Network(Mesh):
     coords: (n, d) all nodes, first the given nodes, then the new nodes.
     connect: (m, 2) the elements. Those of a chain follow one another in the order of travel.
     colors: (m,) the colour of each element: the first colour along its chain, or a new colour if its chain has
-        none.
-    hard_nodes: (k,) the nodes at which the lines were cut, ascending.
+        none. So without given colours each chain has a colour of its own.
+    hard_nodes: (k,) the nodes at which the lines were cut, ascending. Empty for an empty network.
 
     Two further fields are not part of the unpacking:
     turned: the rows of the given elements that were turned before meshing.

@@ -56,16 +56,11 @@ def lines(
     if connect is None or np.ndim(connect) == 1:
         elements = NodeList(points, a.chain(connect, points, "connect")).connect
     else:
-        elements = a.elements("connect", connect)[:, :2]
-    if elements.size > 0 and elements.max() >= len(points):
-        a.fail("connect", f"contains node {elements.max()}, but there are {len(points)} nodes")
+        elements = a.elements("connect", connect, of=points)[:, :2]
     in_space = points.shape[1] == 3
     if colors is not None:
         numbers = a.nodes("colors", colors)
-        if len(numbers) != len(elements):
-            a.fail(
-                "colors", f"must contain one number per element, {len(elements)} in all, not {len(numbers)}"
-            )
+        a.one_per("element", len(elements), "colors", numbers)
         _, rank = np.unique(numbers, return_inverse=True)
         style["colors"] = plt.get_cmap("tab10")(rank % 10)
     if ax is None:
@@ -108,22 +103,14 @@ def targets(
     if isinstance(positions, Mesh):
         positions = positions.points
     points = a.matrix("positions", positions, (2,))
-    given = a.targets(sizes, metrics, len(points), 2)
-    if len(given) != len(points):
-        a.fail(
-            "sizes, metrics", f"must contain one entry per position, {len(points)} in all, not {len(given)}"
-        )
+    given = a.targets(sizes, metrics, len(points), 2, "position")
     if metrics is None:
-        if not (given > 0).all():
-            a.fail("sizes", "must be positive")
         widths = heights = 2 * given
         angles = np.zeros(len(points))
     else:
-        if not np.isfinite(given).all():
-            a.fail("metrics", "must be finite")
         values, vectors = np.linalg.eigh(unpack_metrics(given))
         if not (values > 0).all():
-            a.fail("metrics", "must be positive definite")
+            a.find_indefinite("metrics", given)
         widths, heights = 2 / np.sqrt(values.T)
         angles = np.degrees(np.arctan2(vectors[:, 1, 0], vectors[:, 0, 0]))
     if ax is None:
