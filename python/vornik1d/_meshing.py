@@ -9,7 +9,9 @@ import numpy.typing as npt
 
 from . import _core
 from ._arguments import LIMITS, UNLIMITED, Arguments, Real, Reals, Statuses
+from ._foresee import LineRequest
 from ._results import LineMesh, NodeList, SplineMesh
+from ._sizes import SampledLine, Sizes, along_chain, mesh_segments
 
 _CHAIN = ("indices", "must contain at least 2 valid node numbers, below the number of coords")
 _LINE = (_CHAIN[0], _CHAIN[1] + "; the line must have a positive, finite length")
@@ -23,7 +25,7 @@ def _targets_fault(metrics: Optional[npt.ArrayLike]) -> Tuple[str, str]:
 
 def mesh_line(
     coords: npt.ArrayLike,
-    sizes: Optional[npt.ArrayLike] = None,
+    sizes: Optional[Sizes] = None,
     *,
     metrics: Optional[npt.ArrayLike] = None,
     indices: Optional[npt.ArrayLike] = None,
@@ -54,7 +56,15 @@ def mesh_line(
         curvature; for example -0.01 for 1 %. It bounds the sizes.
     min_size: curvature does not bound sizes below this value.
 
-    Raises ValueError, which names the argument, and MemoryError.
+    sizes can also be a function of positions, shape (n, d), that returns n sizes. Each segment of the chain is bisected
+    until its pieces are at most 2 sizes long and the size at the middle of a piece differs by at most 1 % from the mean
+    of its ends, or the piece is half a size long. So a feature of the function can be missed if it is narrower than 2
+    of the sizes beside it. The samples count like chain entries, but they are not part of the result. If a positive
+    tolerance cuts the chain at a sample, that place becomes a new node. With a negative tolerance the function is
+    evaluated at the nodes only.
+
+    Raises ValueError, which names the argument, and MemoryError. Warns with MeshWarning if the mesh has fewer than half
+    of the elements that the sizes ask for.
 
     >>> mesh = mesh_line([[0, 0], [10, 0]], [1, 0.1])
     >>> len(mesh.indices) - 1
@@ -63,14 +73,27 @@ def mesh_line(
     a = Arguments("mesh_line")
     nodes = a.coords(coords)
     chain = a.chain(indices, nodes)
-    targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])
     given = None if params is None else a.reals("params", params)
-    limits = _core.mesh_limits(
-        a.flag("force_even", force_even),
-        a.count("min_elements", min_elements),
-        a.count("max_elements", max_elements),
-        a.real("deviation_tolerance", deviation_tolerance),
-        a.real("min_size", min_size),
+    even = a.flag("force_even", force_even)
+    fewest, most = a.count("min_elements", min_elements), a.count("max_elements", max_elements)
+    tolerance = a.real("deviation_tolerance", deviation_tolerance)
+    sampled = None
+    if callable(sizes) and metrics is None:
+        sampled = SampledLine("mesh_line", sizes, nodes, chain, given, at_nodes_only=tolerance < 0)
+        nodes, chain, given, targets = sampled.coords, sampled.chain, sampled.params, sampled.sizes
+        fewest = sampled.fewest(even, fewest, most)
+    else:
+        targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])  # type: ignore[arg-type]
+    limits = _core.mesh_limits(even, fewest, most, tolerance, a.real("min_size", min_size))
+    request = LineRequest(
+        "mesh_line",
+        nodes,
+        chain,
+        targets,
+        most=most,
+        params=given,
+        has_passes=True,
+        is_sampled=sampled is not None,
     )
     status, all_nodes, mesh, at, out = _core.mesh_line(nodes, chain, given, targets, limits)
     statuses: Dict[int, Tuple[str, str]]
@@ -80,13 +103,15 @@ def mesh_line(
         fault = "must contain one value per chain entry, and must not decrease or contain NaN"
         statuses = {-2: _CHAIN, -3: ("params", fault), -4: _targets_fault(metrics), -6: LIMITS}
     a.check(status, statuses)
+    request.compare(all_nodes, mesh, at)
     by_sizes = metrics is None
-    return LineMesh(all_nodes, mesh, at, out if by_sizes else None, None if by_sizes else out)
+    result = LineMesh(all_nodes, mesh, at, out if by_sizes else None, None if by_sizes else out)
+    return sampled.without_samples(result) if sampled is not None else result
 
 
 def mesh_spline(
     coords: npt.ArrayLike,
-    sizes: Optional[npt.ArrayLike] = None,
+    sizes: Optional[Sizes] = None,
     *,
     metrics: Optional[npt.ArrayLike] = None,
     indices: Optional[npt.ArrayLike] = None,
@@ -117,14 +142,20 @@ def mesh_spline(
         the joint of a closed curve.
     force_even, min_elements, max_elements: as in mesh_line.
 
+    sizes can also be a function as in mesh_line. It is evaluated at the nodes only, since additional nodes would change
+    the curve. MeshWarning says where it is far from linear between two nodes.
+
     Raises ValueError, which names the argument, and MemoryError.
     """
     a = Arguments("mesh_spline")
     nodes = a.coords(coords)
     is_closed = a.flag("closed", closed)
+    if callable(sizes) and metrics is None:
+        chain = a.chain(indices, nodes)
+        sizes = along_chain("mesh_spline", sizes, nodes, chain, indices is not None, is_closed)
     if indices is None:
         n = len(nodes)
-        targets = a.targets(sizes, metrics, n, nodes.shape[1])
+        targets = a.targets(sizes, metrics, n, nodes.shape[1])  # type: ignore[arg-type]
         if n < 2 or len(targets) < n:
             a.fail(*(("coords", "must contain at least 2 nodes") if n < 2 else _targets_fault(metrics)))
         ring = [n - 1, *range(n), 0, 1] if is_closed else [0, *range(n), n - 1]
@@ -134,21 +165,27 @@ def mesh_spline(
         if is_closed:
             a.reject("closed", "excludes indices; to close the curve, give the guide nodes in indices")
         chain = a.nodes("indices", indices)
-        targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])
+        targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])  # type: ignore[arg-type]
+    most = a.count("max_elements", max_elements)
     limits = _core.mesh_limits(
         a.flag("force_even", force_even),
         a.count("min_elements", min_elements),
-        a.count("max_elements", max_elements),
+        most,
         a.real("deviation_tolerance", deviation_tolerance),
         a.real("min_size", min_size),
     )
-    status, all_nodes, mesh, at, out, deviation = _core.mesh_spline(
+    size, gradation = a.real("default_size", default_size), a.real("max_gradation", max_gradation)
+    request = LineRequest(
+        "mesh_spline",
         nodes,
-        chain,
-        targets,
-        limits,
-        a.real("default_size", default_size),
-        a.real("max_gradation", max_gradation),
+        chain[1:-1],
+        targets[1:-1],
+        most=most,
+        first_entry=0 if indices is None else 1,
+        default_size=size if gradation > 0 else 0.0,
+    )
+    status, all_nodes, mesh, at, out, deviation = _core.mesh_spline(
+        nodes, chain, targets, limits, size, gradation
     )
     a.check(
         status,
@@ -160,6 +197,7 @@ def mesh_spline(
             -8: ("min_size", "must not be negative or NaN"),
         },
     )
+    request.compare(all_nodes, mesh)
     by_sizes = metrics is None
     return SplineMesh(all_nodes, mesh, at, out if by_sizes else None, None if by_sizes else out, deviation)
 
@@ -192,7 +230,7 @@ def spline_point(coords: npt.ArrayLike, span: Sequence[SupportsIndex], t: Real) 
 
 def mesh_straight(
     coords: npt.ArrayLike,
-    sizes: Optional[npt.ArrayLike] = None,
+    sizes: Optional[Sizes] = None,
     *,
     metrics: Optional[npt.ArrayLike] = None,
     element_count: Optional[SupportsIndex] = None,
@@ -210,6 +248,8 @@ def mesh_straight(
     segment: instead of a chain, two nodes with sizes (a number or 2 numbers) or with an exact element_count; or
         three nodes with an element_count.
     force_even: make the number of elements on each segment even; not with segment and element_count.
+
+    sizes can also be a function, which is sampled as in mesh_line.
     """
     a = Arguments("mesh_straight")
     nodes = a.coords(coords)
@@ -218,6 +258,17 @@ def mesh_straight(
     if element_count is not None and (sizes is not None or metrics is not None):
         a.reject("element_count", "excludes sizes and metrics")
     statuses: Statuses
+    if callable(sizes) and metrics is None:
+        if segment is not None and indices is not None:
+            a.reject("segment", "excludes indices; give one of them")
+        chain = a.chain(
+            indices if segment is None else np.array(a.counts("segment", segment), np.uint32), nodes
+        )
+        if len(chain) < 2 or chain.max() >= len(nodes):
+            a.fail(*_CHAIN)
+        return NodeList(
+            *mesh_segments("mesh_straight", sizes, nodes, chain, a.flag("force_even", force_even))
+        )
     if segment is not None:
         if indices is not None:
             a.reject("segment", "excludes indices; give one of them")
@@ -232,9 +283,10 @@ def mesh_straight(
             if metrics is not None:
                 a.reject("segment", "excludes metrics; give the two nodes as indices")
             assert sizes is not None
-            pair = a.per_entry("sizes", sizes, 2)
+            pair = a.per_entry("sizes", sizes, 2)  # type: ignore[arg-type]
             if len(pair) != 2:
                 a.fail("sizes", "must be a number or 2 numbers")
+            LineRequest("mesh_straight", nodes, np.array(ends, np.uint32), pair)
             result = _core.mesh_segment_sizes(
                 nodes, ends, [float(h) for h in pair], a.flag("force_even", force_even)
             )
@@ -254,7 +306,8 @@ def mesh_straight(
             count = a.count("element_count", element_count)
             result = _core.mesh_straight_count(nodes, chain, count, a.flag("force_even", force_even))
         else:
-            targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])
+            targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])  # type: ignore[arg-type]
+            LineRequest("mesh_straight", nodes, chain, targets)
             result = _core.mesh_straight_chain(nodes, chain, targets, a.flag("force_even", force_even))
         statuses = {-2: _CHAIN, -3: fault}
     status, all_nodes, mesh = result

@@ -9,7 +9,9 @@ import numpy.typing as npt
 
 from . import _core
 from ._arguments import LIMITS, UNLIMITED, Arguments, Real
+from ._foresee import NetworkRequest
 from ._results import Network
+from ._sizes import Sizes, at_nodes
 
 
 def remesh_lines(
@@ -17,7 +19,7 @@ def remesh_lines(
     connect: npt.ArrayLike,
     default_size: Real,
     *,
-    sizes: Optional[npt.ArrayLike] = None,
+    sizes: Optional[Sizes] = None,
     colors: Optional[npt.ArrayLike] = None,
     hard_nodes: Optional[npt.ArrayLike] = None,
     hard_edges: Optional[npt.ArrayLike] = None,
@@ -56,7 +58,12 @@ def remesh_lines(
         sizes below this value.
     min_elements, max_elements: limits for each chain.
 
-    Raises ValueError, which names the argument, and MemoryError.
+    sizes can also be a function of positions, shape (n, d), that returns n sizes. It is evaluated at the nodes of the
+    elements only, since additional nodes would change splines and corners. MeshWarning says where it is far from linear
+    along an element.
+
+    Raises ValueError, which names the argument, and MemoryError. Warns with MeshWarning if the mesh has fewer than half
+    of the elements that the sizes ask for.
     """
     a = Arguments("remesh_lines")
     nodes = a.coords(coords)
@@ -65,23 +72,36 @@ def remesh_lines(
     if len(elements) > 0 and not size >= 0:
         a.fail("default_size", "must not be negative or NaN")
     fewest = a.count("min_elements", min_elements)
+    most = a.count("max_elements", max_elements)
+    angle, tolerance = a.real("max_angle", max_angle), a.real("deviation_tolerance", deviation_tolerance)
+    gradation, least = a.real("max_gradation", max_gradation), a.real("min_size", min_size)
     limits = _core.remesh_limits(
-        a.flag("force_even", force_even),
-        a.real("max_angle", max_angle),
-        a.real("deviation_tolerance", deviation_tolerance),
-        a.real("max_gradation", max_gradation),
-        a.real("min_size", min_size),
-        fewest,
-        a.count("max_elements", max_elements),
+        a.flag("force_even", force_even), angle, tolerance, gradation, least, fewest, most
     )
     none: Sequence[int] = ()
     own_colors = a.nodes("colors", none if colors is None else colors)
     has_hard = any(x is not None for x in (sizes, hard_nodes, hard_edges))
     shift = 0
+    if callable(sizes):
+        sizes = at_nodes("remesh_lines", sizes, nodes, elements)
+    given = a.reals("sizes", none if sizes is None else sizes)
+    breaks = a.nodes("hard_nodes", none if hard_nodes is None else hard_nodes)
+    edges = a.nodes("hard_edges", none if hard_edges is None else hard_edges)
+    request = NetworkRequest(
+        nodes,
+        elements,
+        size,
+        sizes=given,
+        colors=own_colors,
+        hard_nodes=breaks,
+        hard_edges=edges,
+        angle=angle,
+        tolerance=tolerance,
+        gradation=gradation,
+        min_size=least,
+        most=most,
+    )
     if has_hard:
-        given = a.reals("sizes", none if sizes is None else sizes)
-        breaks = a.nodes("hard_nodes", none if hard_nodes is None else hard_nodes)
-        edges = a.nodes("hard_edges", none if hard_edges is None else hard_edges)
         result = _core.remesh_hard_lines(nodes, elements, size, given, own_colors, breaks, edges, limits)
     elif colors is not None:
         shift = 3
@@ -110,6 +130,7 @@ def remesh_lines(
     a.check(status, statuses)
     if len(lines) == 0:  # the library does not change the lists of an empty network
         new_colors, new_breaks = new_colors[:0], new_breaks[:0]
+    request.compare(all_nodes, lines)
     return Network(
         all_nodes,
         lines,
