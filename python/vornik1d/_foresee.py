@@ -195,7 +195,7 @@ class LineRequest(_Request):
         if params is None:
             steps = np.linalg.norm(np.diff(nodes, axis=0), axis=1)
             params = np.concatenate([[0], np.cumsum(steps) / steps.sum()])
-        both = np.concatenate([params, at])
+        both = np.concatenate([params, at]).clip(params[0], params[-1])
         order = both.argsort(kind="stable")
         both = both[order]
         positions = np.column_stack([np.interp(at, params, x) for x in nodes.T])
