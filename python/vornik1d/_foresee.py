@@ -17,9 +17,9 @@ from . import _core
 from ._arguments import UNLIMITED, Nodes, Reals, unpack_metrics
 
 FEW = 50_000  # requests for fewer elements are neither too large nor too slow
-# The library places about 60 million nodes per second, so this is about a minute.
+# The library places 30 to 60 million nodes per second by sizes, so this is 1 to 2 minutes.
 MOST_PLACEMENTS = 4e9
-WORK = 1.1  # peak memory of a call, divided by the memory of its results and of its table of metric lengths
+TENSOR_WORK = 5.0  # time to place a node by tensors, divided by the time by sizes
 NEAR = 0.25  # share of the memory; if a larger request gives a coarse mesh, memory may have run out
 
 
@@ -72,7 +72,7 @@ class _Request:
         return elements > UNLIMITED - self._node_count or self.bytes(elements) > memory()
 
     def bytes(self, elements: float) -> float:
-        return WORK * self._element_bytes * elements
+        return self._element_bytes * elements
 
     def warn_or_raise(self, asked: float, count: int, place: str, reason: str, level: int = 4) -> None:
         """Reports that a mesh has fewer elements than asked for."""
@@ -117,7 +117,8 @@ class LineRequest(_Request):
         asked = _core.chain_metric_lengths(coords, chain, targets, False)[0]
         dimension = coords.shape[1]
         width = 1 if targets.ndim == 1 else targets.shape[1]
-        element_bytes = 8 * dimension + 4 + 8 + 8 * width + 8
+        # Coordinates and a node number; parameter, target and metric length. This is the measured peak.
+        element_bytes = 8 * dimension + 4 + (0 if most is None else 8 + 8 * width + 8)
         super().__init__(function, asked, element_bytes, UNLIMITED if most is None else most, len(coords))
         if default_size > 0:
             self._use_default(default_size, most)
@@ -263,7 +264,8 @@ def passes(lengths: Reals, near: Reals, far: Reals, metric: Reals) -> float:
 def refuse_slow(function: str, name: str, asked: float, pass_count: float) -> None:
     """Raises ValueError if a chain needs so many passes that the call would not end in reasonable time."""
     pass_count = min(pass_count, asked)
-    if pass_count * (asked - pass_count / 2) > MOST_PLACEMENTS:
+    work = pass_count * (asked - pass_count / 2)
+    if work * (1 if name == "sizes" else TENSOR_WORK) > MOST_PLACEMENTS:
         raise ValueError(
             f"{function}: {name} ask for {_number(asked)} elements, and {name} of neighbours differ so much that "
             f"about {_number(pass_count)} passes would be necessary; bound their ratio"
@@ -300,6 +302,7 @@ class NetworkRequest(_Request):
         self._lists = (colors, hard_nodes, hard_edges, angle, min_size)
         self._hard = np.unique(hard_edges)
         asked, is_steep, _ = _core.network_metric_lengths(coords, connect, default_size, sizes, False)
+        # Coordinates, element and node number. The measured peak is up to twice as high if there is a single chain.
         super().__init__("remesh_lines", asked, 8 * coords.shape[1] + 8 + 4, most, len(coords))
         self._is_steep = is_steep
         # On splines with gradation the size is the default, or less, except at the nodes.

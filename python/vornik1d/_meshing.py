@@ -42,7 +42,8 @@ def mesh_line(
     unless a positive tolerance keeps them.
 
     coords: (n, d) node positions, d = 2 or 3, in length units of the model.
-    sizes: a target size per chain entry, or one size for all entries, in length units of the model.
+    sizes: a target size per chain entry, or one size for all entries, in length units of the model; or a function
+        of positions, see below.
     metrics: instead of sizes, a tensor per chain entry: rows of 3 or 6 numbers, or matrices (n, d, d).
     indices: the chain, node numbers in the order of travel; all nodes if not given.
     params: a parameter per chain entry, non-decreasing; the normalised chord length if not given.
@@ -60,7 +61,8 @@ def mesh_line(
     until its pieces are at most 2 sizes long and the size at the middle of a piece differs by at most 1 % from the mean
     of its ends, or the piece is half a size long. So a feature of the function can be missed if it is narrower than 2
     of the sizes beside it. The samples count like chain entries, but they are not part of the result. If a positive
-    tolerance cuts the chain at a sample, that place becomes a new node. With a negative tolerance the function is
+    tolerance splits the chain at a sample, the mesh has a new node there. On a bent chain the mesh can blur a feature
+    that is narrower than an element, as it does with chain entries. With a negative tolerance the function is
     evaluated at the nodes only.
 
     Raises ValueError, which names the argument, and MemoryError. Warns with MeshWarning if the mesh has fewer than half

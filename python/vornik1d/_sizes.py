@@ -188,8 +188,8 @@ def warn_if_rough(
     if excess[k] > ROUGH:
         a, b = ends[k]
         warnings.warn(
-            f"{function}: sizes is evaluated at the nodes only; between nodes {a} and {b} it is {middle[k]:.6g}, "
-            f"but {mean[k]:.6g} by the values at these nodes; add nodes",
+            f"{function}: sizes is evaluated at the nodes only; between nodes {a} and {b} it is {middle[k]:.3g}, "
+            f"but {mean[k]:.3g} by the values at these nodes; add nodes",
             MeshWarning,
             stacklevel=4,
         )
