@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <limits>
@@ -51,7 +52,7 @@ double chain_metric_length(matrix const& coords, nodes const& chain, List const&
 struct network_request
 {
     double metric_length = 0;
-    bool is_steep = false; // along some element the size changes by more than the element's length
+    bool is_steep = false; // sizes change so fast that chains can lose elements
 };
 
 template <std::size_t N>
@@ -66,6 +67,10 @@ network_request request_of(matrix const& coords, connectivity const& connect, do
     auto const size_at = [&](unsigned node) {
         return node < sizes.size() && sizes[node] > 0 ? sizes[node] : default_size;
     };
+    // A steep part of a chain costs it at most as many elements as the ratio of the sizes there.
+    constexpr double harmless_ratio = 4;
+    double steep_low = largest;
+    double steep_high = 0;
     network_request result;
     for (std::size_t e = 0; e < connect.cols(); ++e, ends += connect.ld()) {
         auto const edge = edge_vector<N>(points + ld * ends[0], points + ld * ends[1]);
@@ -75,12 +80,16 @@ network_request request_of(matrix const& coords, connectivity const& connect, do
         else {
             double const from = size_at(ends[0]);
             double const to = size_at(ends[1]);
-            if (std::abs(to - from) > length) result.is_steep = true;
+            if (std::abs(to - from) > length) {
+                steep_low = std::min({steep_low, from, to});
+                steep_high = std::max({steep_high, from, to});
+            }
             length = size_targets<N>::metric_length(edge, &from, &to);
         }
         if (lengths) lengths[e] = length;
         result.metric_length += length;
     }
+    result.is_steep = steep_high > harmless_ratio * steep_low;
     return result;
 }
 

@@ -126,7 +126,7 @@ class LineRequest(_Request):
             if self.is_too_large(min(asked, self.most + 1.0)):
                 self._refuse(most is not None)
             if self._has_passes:
-                refuse_slow(function, self._name, min(asked, self.most), self._passes())
+                self._refuse_slow(min(asked, self.most))
 
     def _use_default(self, default_size: float, most: Optional[int]) -> None:
         """Away from its nodes a spline with gradation has the default size, or less."""
@@ -166,8 +166,13 @@ class LineRequest(_Request):
             f"{length:.6g}; check the units{', or set max_elements' if has_limit else ''}"
         )
 
-    def _passes(self) -> float:
-        return passes(*segments(self._coords, self._chain, self._targets))
+    def _refuse_slow(self, asked: float) -> None:
+        if self._name == "sizes":  # an upper bound of the passes, in short time
+            bound = 1.0 + float(self._targets.max() / self._targets.min())
+            if is_fast(self._name, asked, bound):
+                return
+        count = passes(*segments(self._coords, self._chain, self._targets))
+        refuse_slow(self.function, self._name, asked, count)
 
     def compare(self, coords: Reals, mesh: Nodes, params: Optional[Reals] = None) -> None:
         """Warns if a mesh has fewer than half of the elements asked for."""
@@ -261,14 +266,19 @@ def passes(lengths: Reals, near: Reals, far: Reals, metric: Reals) -> float:
     return 1.0 + float(eaten.max())
 
 
-def refuse_slow(function: str, name: str, asked: float, pass_count: float) -> None:
-    """Raises ValueError if a chain needs so many passes that the call would not end in reasonable time."""
+def is_fast(name: str, asked: float, pass_count: float) -> bool:
+    """Whether passes end in reasonable time. Each pass drops at least one node."""
     pass_count = min(pass_count, asked)
     work = pass_count * (asked - pass_count / 2)
-    if work * (1 if name == "sizes" else TENSOR_WORK) > MOST_PLACEMENTS:
+    return work * (1 if name == "sizes" else TENSOR_WORK) <= MOST_PLACEMENTS
+
+
+def refuse_slow(function: str, name: str, asked: float, pass_count: float) -> None:
+    """Raises ValueError if a chain needs so many passes that the call would not end in reasonable time."""
+    if not is_fast(name, asked, pass_count):
         raise ValueError(
             f"{function}: {name} ask for {_number(asked)} elements, and {name} of neighbours differ so much that "
-            f"about {_number(pass_count)} passes would be necessary; bound their ratio"
+            f"about {_number(min(pass_count, asked))} passes would be necessary; bound their ratio"
         )
 
 
