@@ -13,6 +13,7 @@
 
 #include "arrays.h"
 #include "bindings.h"
+#include "foresee.h"
 
 using namespace trelk;
 using namespace trelk::vornik1d;
@@ -203,6 +204,11 @@ void bind_line_meshing(py::module_& m)
     py::class_<mesh_limits>(m, "mesh_limits").def(py::init<bool, unsigned, unsigned, double, double>());
     py::class_<remesh_limits>(m, "remesh_limits")
         .def(py::init<bool, double, double, double, double, unsigned, unsigned>())
+        .def_readonly("max_angle", &remesh_limits::max_angle)
+        .def_readonly("deviation_tolerance", &remesh_limits::deviation_tolerance)
+        .def_readonly("max_gradation", &remesh_limits::max_gradation)
+        .def_readonly("min_size", &remesh_limits::min_size)
+        .def_readonly("max_elements", &remesh_limits::max_elements)
         .def(py::pickle(
             [](remesh_limits const& by) {
                 return py::make_tuple(by.force_even, by.max_angle, by.deviation_tolerance, by.max_gradation,
@@ -399,6 +405,73 @@ void bind_elements(py::module_& m)
         });
 }
 
+void bind_forecasts(py::module_& m)
+{
+    m.def("chain_metric_lengths",
+        [](real_array const& coords, node_array const& indices, real_array const& targets, bool each) {
+            reals lengths;
+            double sum = 0;
+            matrix const all = matrix_view(coords);
+            nodes const chain = list_view(indices);
+            if (each && chain.size() > 1 && !lengths.resize(chain.size() - 1, 0.0)) throw std::bad_alloc();
+            with_targets(targets, [&](auto const& wanted, auto const&) {
+                unlocked([&] {
+                    sum = chain_metric_length(all, chain, wanted, lengths.empty() ? nullptr : lengths.data());
+                    return 0;
+                });
+            });
+            return py::make_tuple(sum, to_array(lengths));
+        });
+    m.def("network_metric_lengths", [](real_array const& coords, node_array const& connect, double size,
+                                        real_array const& sizes, bool each) {
+        reals lengths;
+        network_request result;
+        matrix const all = matrix_view(coords);
+        connectivity const lines = matrix_view(connect);
+        reals const own_sizes = list_view(sizes);
+        if (each && !lengths.resize(lines.cols(), 0.0)) throw std::bad_alloc();
+        unlocked([&] {
+            result = request_of(all, lines, size, own_sizes, lengths.empty() ? nullptr : lengths.data());
+            return 0;
+        });
+        return py::make_tuple(result.metric_length, result.is_steep, to_array(lengths));
+    });
+    m.def(
+        "network_chains", [](real_array const& coords, node_array const& connect, double size,
+                              real_array const& sizes, node_array const& colors, node_array const& hard_nodes,
+                              node_array const& hard_edges, double max_angle, double min_size) {
+            matrix const all = matrix_view(coords);
+            connectivity const given = matrix_view(connect);
+            connectivity const elements = given.sub_matrix(0, 0, 2, given.cols());
+            reals const own_sizes = list_view(sizes);
+            nodes const own_colors = list_view(colors);
+            nodes const breaks = list_view(hard_nodes);
+            nodes const edges = list_view(hard_edges);
+            remesh_rule rule;
+            rule.default_size = size;
+            rule.max_angle = max_angle;
+            rule.min_size = min_size;
+            cut_lines lines;
+            bool const is_cut = unlocked([&] {
+                old_mesh const old{.connect = elements,
+                    .sizes = own_sizes,
+                    .colors = own_colors,
+                    .hard_nodes = breaks,
+                    .hard_edges = edges,
+                    .max_node = largest_entry(elements)};
+                return all.rows() == 2 ? cut_network<2>(all, old, rule, lines)
+                                       : cut_network<3>(all, old, rule, lines);
+            }) != 0;
+            if (!is_cut) throw std::bad_alloc();
+            return py::make_tuple(to_array(lines.chains.chain_starts), to_array(lines.chains.chain_elements),
+                to_array(lines.node_sizes));
+        });
+    m.def("element_count", [](double metric_length, bool even, unsigned fewest, unsigned most) {
+        return element_count(
+            metric_length, {.force_even = even, .min_elements = fewest, .max_elements = most});
+    });
+}
+
 void bind_parameters(py::module_& m)
 {
     m.def("sort", [](real_array const& params, node_array const& indices) {
@@ -432,4 +505,5 @@ PYBIND11_MODULE(_core, m)
     bind_elements(m);
     bind_parameters(m);
     bind_networks(m);
+    bind_forecasts(m);
 }

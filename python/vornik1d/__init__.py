@@ -25,8 +25,10 @@ Errors begin with the names of the function and the argument:
 - TypeError: a type is wrong, or two arguments exclude each other.
 - MemoryError: there is not enough memory.
 
-If sizes are so small that the nodes of one line do not fit into memory, the mesh can be coarser instead, down to a
-single element. Set max_elements to limit the number of elements.
+- ValueError also if the sizes ask for more elements than memory can hold.
+
+If a mesh has fewer than half of the elements that the sizes ask for, a warning of class MeshWarning says why. Set
+max_elements to limit the number of elements.
 
 The library releases the interpreter's lock while it works, so threads can mesh different lines at the same time.
 Do not write to an array while another thread meshes it.

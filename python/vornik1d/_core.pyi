@@ -13,6 +13,11 @@ class mesh_limits:
     ) -> None: ...
 
 class remesh_limits:
+    max_angle: float
+    deviation_tolerance: float
+    max_gradation: float
+    min_size: float
+    max_elements: int
     def __init__(
         self,
         force_even: bool,
@@ -146,3 +151,22 @@ def sort(params: Reals, indices: Nodes, /) -> Tuple[int, Reals, Nodes]: ...
 def subdivide(
     params: Reals, sizes: Reals, indices: Nodes, round_up: bool, even: bool, fewest: int, most: int, /
 ) -> Tuple[int, Reals, Reals, Nodes]: ...
+def chain_metric_lengths(
+    coords: Reals, indices: Nodes, targets: Reals, each: bool, /
+) -> Tuple[float, Reals]: ...
+def network_metric_lengths(
+    coords: Reals, connect: Nodes, size: float, sizes: Reals, each: bool, /
+) -> Tuple[float, bool, Reals]: ...
+def network_chains(
+    coords: Reals,
+    connect: Nodes,
+    size: float,
+    sizes: Reals,
+    colors: Nodes,
+    hard_nodes: Nodes,
+    hard_edges: Nodes,
+    max_angle: float,
+    min_size: float,
+    /,
+) -> Tuple[Nodes, Nodes, Reals]: ...
+def element_count(metric_length: float, even: bool, fewest: int, most: int, /) -> int: ...

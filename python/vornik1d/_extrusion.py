@@ -9,6 +9,7 @@ import numpy.typing as npt
 
 from . import _core
 from ._arguments import Arguments, Reals
+from ._foresee import refuse_extrusion
 from ._results import NodeList
 from ._rules import shown, valid_number
 
@@ -38,6 +39,14 @@ def _start(
     return nodes, a.vector("start", start, dimension)  # type: ignore[arg-type]
 
 
+def _arm(nodes: Reals, origin: Union[int, Reals], center: Reals) -> Reals:
+    """From the centre of a rotation to its start; 0 if the start is not a valid node."""
+    if isinstance(origin, int):
+        origin = nodes[origin] if origin < len(nodes) else center
+    arm: Reals = origin - center
+    return arm
+
+
 def extrude_translate(
     start: Start,
     vector: npt.ArrayLike,
@@ -60,6 +69,7 @@ def extrude_translate(
     path = a.vector("vector", vector)
     steps = _steps(a, element_count, sizes)
     nodes, origin = _start(a, start, coords, len(path))
+    refuse_extrusion("extrude_translate", path, steps)
     status, all_nodes, line = _core.extrude_translate(
         nodes, origin, path, steps, a.flag("force_even", force_even)
     )
@@ -93,11 +103,13 @@ def extrude_rotate(
         if not a.is_number("rotation", rotation):
             a.fail("rotation", "must be a number, the angle in radians, because center is in the plane")
         angle = a.real("rotation", rotation)  # type: ignore[arg-type]
+        refuse_extrusion("extrude_rotate", angle * _arm(nodes, origin, middle), steps)
         status, all_nodes, line = _core.extrude_rotate_2d(
             nodes, origin, middle, angle, steps, a.flag("force_even", force_even)
         )
     else:
         axis = a.vector("rotation", rotation, 3)
+        refuse_extrusion("extrude_rotate", np.cross(_arm(nodes, origin, middle), axis), steps)
         if steps == 0:
             return NodeList(nodes.copy(), np.empty(0, np.uint32))
         status, all_nodes, line = _core.extrude_rotate_3d(

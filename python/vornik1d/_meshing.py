@@ -9,8 +9,10 @@ import numpy.typing as npt
 
 from . import _core
 from ._arguments import UNLIMITED, Arguments, Nodes, Real, Reals
+from ._foresee import LineRequest
 from ._results import LineMesh, NodeList, SplineMesh
 from ._rules import number_of
+from ._sizes import SampledLine, Sizes, along_chain, mesh_segments
 
 
 def _limits(
@@ -36,7 +38,7 @@ def _chain(a: Arguments, nodes: Reals, indices: Optional[npt.ArrayLike], needs_l
 
 def mesh_line(
     coords: npt.ArrayLike,
-    sizes: Optional[npt.ArrayLike] = None,
+    sizes: Optional[Sizes] = None,
     *,
     metrics: Optional[npt.ArrayLike] = None,
     indices: Optional[npt.ArrayLike] = None,
@@ -53,7 +55,8 @@ def mesh_line(
     unless a positive tolerance keeps them.
 
     coords: (n, d) node positions, d = 2 or 3, in length units of the model.
-    sizes: a target size per chain entry, or one size for all entries, in length units of the model.
+    sizes: a target size per chain entry, or one size for all entries, in length units of the model; or a function
+        of positions, see below.
     metrics: instead of sizes, a tensor per chain entry: rows of 3 or 6 numbers, or matrices (n, d, d).
     indices: the chain, node numbers in the order of travel; all nodes if not given.
     params: a parameter per chain entry, non-decreasing; the normalised chord length if not given.
@@ -67,7 +70,16 @@ def mesh_line(
         curvature; for example -0.01 for 1 %. It bounds the sizes.
     min_size: curvature does not bound sizes below this value.
 
-    Raises ValueError, which names the argument, and MemoryError.
+    sizes can also be a function of positions, shape (n, d), that returns n sizes. Each segment of the chain is bisected
+    until its pieces are at most 2 sizes long and the size at the middle of a piece differs by at most 1 % from the mean
+    of its ends, or the piece is half a size long. So a feature of the function can be missed if it is narrower than 2
+    of the sizes beside it. The samples count like chain entries, but they are not part of the result. If a positive
+    tolerance splits the chain at a sample, the mesh has a new node there. On a bent chain the mesh can blur a feature
+    that is narrower than an element, as it does with chain entries. With a negative tolerance the function is
+    evaluated at the nodes only.
+
+    Raises ValueError, which names the argument, and MemoryError. Warns with MeshWarning if the mesh has fewer than half
+    of the elements that the sizes ask for.
 
     >>> mesh = mesh_line([[0, 0], [10, 0]], [1, 0.1])
     >>> len(mesh.indices) - 1
@@ -76,20 +88,40 @@ def mesh_line(
     a = Arguments("mesh_line")
     nodes = a.coords(coords)
     chain = _chain(a, nodes, indices, params is None)
-    targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])
     given = None if params is None else a.ascending("params", params)
     if given is not None:
         a.one_per("node of the line", len(chain), "params", given)
-    limits = _limits(a, force_even, min_elements, max_elements, deviation_tolerance, min_size)
+    even, tolerance = a.flag("force_even", force_even), a.real("deviation_tolerance", deviation_tolerance)
+    fewest, most = a.limits(min_elements, max_elements)
+    sampled = None
+    if callable(sizes) and metrics is None:
+        sampled = SampledLine("mesh_line", sizes, nodes, chain, given, at_nodes_only=tolerance < 0)
+        nodes, chain, given, targets = sampled.coords, sampled.chain, sampled.params, sampled.sizes
+        fewest = sampled.fewest(even, fewest, most)
+    else:
+        targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])  # type: ignore[arg-type]
+    limits = _core.mesh_limits(even, fewest, most, tolerance, a.real("min_size", min_size))
+    request = LineRequest(
+        "mesh_line",
+        nodes,
+        chain,
+        targets,
+        most=most,
+        params=given,
+        has_passes=True,
+        is_sampled=sampled is not None,
+    )
     status, all_nodes, mesh, at, out = _core.mesh_line(nodes, chain, given, targets, limits)
     a.check(status)
+    request.compare(all_nodes, mesh, at)
     by_sizes = metrics is None
-    return LineMesh(all_nodes, mesh, at, out if by_sizes else None, None if by_sizes else out)
+    result = LineMesh(all_nodes, mesh, at, out if by_sizes else None, None if by_sizes else out)
+    return sampled.without_samples(result) if sampled is not None else result
 
 
 def mesh_spline(
     coords: npt.ArrayLike,
-    sizes: Optional[npt.ArrayLike] = None,
+    sizes: Optional[Sizes] = None,
     *,
     metrics: Optional[npt.ArrayLike] = None,
     indices: Optional[npt.ArrayLike] = None,
@@ -120,14 +152,20 @@ def mesh_spline(
         the joint of a closed curve.
     force_even, min_elements, max_elements: as in mesh_line.
 
+    sizes can also be a function as in mesh_line. It is evaluated at the nodes only, since additional nodes would change
+    the curve. MeshWarning says where it is far from linear between two nodes.
+
     Raises ValueError, which names the argument, and MemoryError.
     """
     a = Arguments("mesh_spline")
     nodes = a.coords(coords)
     is_closed = a.flag("closed", closed)
+    if callable(sizes) and metrics is None:
+        chain = a.chain(indices, nodes)
+        sizes = along_chain("mesh_spline", sizes, nodes, chain, indices is not None, is_closed)
     if indices is None:
         n = len(_chain(a, nodes, None, False))
-        targets = a.targets(sizes, metrics, n, nodes.shape[1])
+        targets = a.targets(sizes, metrics, n, nodes.shape[1])  # type: ignore[arg-type]
         ring = [n - 1, *range(n), 0, 1] if is_closed else [0, *range(n), n - 1]
         chain = np.array(ring, dtype=np.uint32)
         targets = np.ascontiguousarray(targets[chain])
@@ -136,16 +174,24 @@ def mesh_spline(
             a.reject("closed", "excludes indices; to close the curve, give the guide nodes in indices")
         chain = a.chain(indices, nodes)
         a.at_least(4, "a spline with its 2 guide nodes", "indices", chain)
-        targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])
-    status, all_nodes, mesh, at, out, deviation = _core.mesh_spline(
+        targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])  # type: ignore[arg-type]
+    fewest, most = a.limits(min_elements, max_elements)
+    limits = _limits(a, force_even, fewest, most, deviation_tolerance, min_size)
+    size, gradation = a.real("default_size", default_size), a.real("max_gradation", max_gradation)
+    request = LineRequest(
+        "mesh_spline",
         nodes,
-        chain,
-        targets,
-        _limits(a, force_even, min_elements, max_elements, deviation_tolerance, min_size),
-        a.real("default_size", default_size),
-        a.real("max_gradation", max_gradation),
+        chain[1:-1],
+        targets[1:-1],
+        most=most,
+        first_entry=0 if indices is None else 1,
+        default_size=size if gradation > 0 else 0.0,
+    )
+    status, all_nodes, mesh, at, out, deviation = _core.mesh_spline(
+        nodes, chain, targets, limits, size, gradation
     )
     a.check(status)
+    request.compare(all_nodes, mesh)
     by_sizes = metrics is None
     return SplineMesh(all_nodes, mesh, at, out if by_sizes else None, None if by_sizes else out, deviation)
 
@@ -172,7 +218,7 @@ def spline_point(coords: npt.ArrayLike, span: Sequence[SupportsIndex], t: Real) 
 
 def mesh_straight(
     coords: npt.ArrayLike,
-    sizes: Optional[npt.ArrayLike] = None,
+    sizes: Optional[Sizes] = None,
     *,
     metrics: Optional[npt.ArrayLike] = None,
     element_count: Optional[SupportsIndex] = None,
@@ -190,12 +236,20 @@ def mesh_straight(
     segment: instead of a chain, two nodes with sizes (a number or 2 numbers) or with an exact element_count; or
         three nodes with an element_count.
     force_even: make the number of elements on each segment even; not with segment and element_count.
+
+    sizes can also be a function, which is sampled as in mesh_line.
     """
     a = Arguments("mesh_straight")
     nodes = a.coords(coords)
     a.one_of(sizes=sizes, metrics=metrics, element_count=element_count)
     is_even = a.flag("force_even", force_even)
     count = None if element_count is None else a.count("element_count", element_count)
+    if callable(sizes):
+        if segment is not None and indices is not None:
+            a.one_of(indices=indices, segment=segment)
+        line = indices if segment is None else np.array(a.few_nodes("segment", segment, nodes), np.uint32)
+        chain = _chain(a, nodes, line, False)
+        return NodeList(*mesh_segments("mesh_straight", sizes, nodes, chain, is_even))
     if segment is not None:
         if indices is not None:
             a.one_of(indices=indices, segment=segment)
@@ -213,12 +267,14 @@ def mesh_straight(
         else:
             assert sizes is not None
             pair = a.per_entry("sizes", sizes, 2, "end of the segment")
+            LineRequest("mesh_straight", nodes, np.array(ends, np.uint32), pair)
             result = _core.mesh_segment_sizes(nodes, ends, [float(h) for h in pair], is_even)
     elif count is not None:
         result = _core.mesh_straight_count(nodes, _chain(a, nodes, indices, True), count, is_even)
     else:
         chain = _chain(a, nodes, indices, False)
         targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])
+        LineRequest("mesh_straight", nodes, chain, targets)
         result = _core.mesh_straight_chain(nodes, chain, targets, is_even)
     status, all_nodes, mesh = result
     a.check(status)

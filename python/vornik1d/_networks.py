@@ -11,8 +11,10 @@ import numpy.typing as npt
 from . import _core
 from ._arguments import UNLIMITED, Arguments, Nodes, Real
 from ._chains import Cut, Input, Output, remesh, turn_runs
+from ._foresee import NetworkRequest
 from ._results import MeshWarning, Network
 from ._rules import OWN_SIZE, number_of, shown, valid_number
+from ._sizes import Sizes, at_nodes
 
 
 _ARGUMENTS = Arguments("remesh_lines")
@@ -23,7 +25,7 @@ def remesh_lines(
     connect: npt.ArrayLike,
     default_size: Real,
     *,
-    sizes: Optional[npt.ArrayLike] = None,
+    sizes: Optional[Sizes] = None,
     colors: Optional[npt.ArrayLike] = None,
     hard_nodes: Optional[npt.ArrayLike] = None,
     hard_edges: Optional[npt.ArrayLike] = None,
@@ -69,9 +71,14 @@ def remesh_lines(
         elements meet head to head, the library cuts the line otherwise. Runs end at junctions, at hard nodes, at hard
         edges and where the colour changes.
 
-    Raises ValueError, which names the argument, and MemoryError.
+    sizes can also be a function of positions, shape (n, d), that returns n sizes. It is evaluated at the nodes of the
+    elements only, since additional nodes would change splines and corners. MeshWarning says where it is far from linear
+    along an element.
+
+    Raises ValueError, which names the argument, and MemoryError. Warns with MeshWarning if the mesh has fewer than half
+    of the elements that the sizes ask for.
     """
-    network, turned = prepare(
+    network, turned, request = prepare(
         coords,
         connect,
         default_size,
@@ -89,7 +96,7 @@ def remesh_lines(
         min_loop_elements=min_loop_elements,
         reorient=reorient,
     )
-    return finish(network, turned, remesh(network))
+    return finish(network, turned, request, remesh(network))
 
 
 def prepare(
@@ -97,7 +104,7 @@ def prepare(
     connect: npt.ArrayLike,
     default_size: Real,
     *,
-    sizes: Optional[npt.ArrayLike],
+    sizes: Optional[Sizes],
     colors: Optional[npt.ArrayLike],
     hard_nodes: Optional[npt.ArrayLike],
     hard_edges: Optional[npt.ArrayLike],
@@ -110,8 +117,11 @@ def prepare(
     max_elements: SupportsIndex,
     min_loop_elements: SupportsIndex,
     reorient: bool,
-) -> Tuple[Input, Nodes]:
-    """Check and convert the arguments of remesh_lines. Also returns the rows of the elements that were turned."""
+) -> Tuple[Input, Nodes, NetworkRequest]:
+    """Check and convert the arguments of remesh_lines.
+
+    Also returns the rows of the elements that were turned, and what the sizes ask for.
+    """
     a = _ARGUMENTS
     nodes = a.coords(coords)
     elements = a.elements("connect", connect, of=nodes)
@@ -125,6 +135,8 @@ def prepare(
         *a.limits(min_elements, max_elements),
     )
     none: Sequence[int] = ()
+    if callable(sizes):
+        sizes = at_nodes("remesh_lines", sizes, nodes, elements)
     own_sizes = a.reals("sizes", none if sizes is None else sizes, OWN_SIZE)
     if len(own_sizes) > len(nodes):
         a.fail("sizes", f"has {len(own_sizes)} entries; coords has only {number_of(len(nodes), 'node')}")
@@ -141,13 +153,14 @@ def prepare(
         limits,
         a.count("min_loop_elements", min_loop_elements),
     )
-    if not a.flag("reorient", reorient) or len(elements) == 0:
-        return network, np.empty(0, np.uint32)
-    lines, turned = turn_runs(network)
-    return network._replace(connect=lines), turned
+    turned = np.empty(0, np.uint32)
+    if a.flag("reorient", reorient) and len(elements) > 0:
+        lines, turned = turn_runs(network)
+        network = network._replace(connect=lines)
+    return network, turned, NetworkRequest(network)
 
 
-def finish(network: Input, turned: Nodes, made: Output) -> Network:
+def finish(network: Input, turned: Nodes, request: NetworkRequest, made: Output) -> Network:
     """Report the status of a mesh, and give it to the caller."""
     a = _ARGUMENTS
     if made.status in (-2, -3):  # of the mesher of a chain; all other faults have been reported
@@ -160,6 +173,7 @@ def finish(network: Input, turned: Nodes, made: Output) -> Network:
             MeshWarning,
             stacklevel=3,
         )
+    request.compare(made.coords, made.connect)
     none = np.empty(0, np.uint32)
     is_empty = len(made.connect) == 0  # the library does not change the lists of an empty network
     colors, hard_nodes = (none, none) if is_empty else (made.colors, made.hard_nodes)
@@ -177,7 +191,9 @@ def _fail_at_chain(a: Arguments, network: Input) -> None:
     for part in parts:
         bare = part.nodes[~(part.sizes > 0)]
         if len(part.hard) == 0 and len(bare) > 0:
-            a.fail("default_size", f"is 0; it must be positive, because node {bare[0]} has no size of its own")
+            a.fail(
+                "default_size", f"is 0; it must be positive, because node {bare[0]} has no size of its own"
+            )
 
 
 def _fail_flat(a: Arguments, network: Input, rows: Nodes) -> None:

@@ -69,7 +69,7 @@ def remesh_lines(
         As vornik1d.remesh_lines.
     """
     least = Arguments("remesh_lines").count("batch_elements", batch_elements)
-    network, turned = prepare(coords, connect, default_size, **{**_defaults(), **options})
+    network, turned, request = prepare(coords, connect, default_size, **{**_defaults(), **options})
     if len(network.connect) == 0:
         return remesh_in_one_call(coords, connect, default_size, **options)
     cut = Cut(network, max(least, 1))
@@ -79,7 +79,7 @@ def remesh_lines(
             made = _run(cut, mesher, threads, progress)
     else:
         made = _run(cut, mesher, executor, progress)
-    return finish(network, turned, made)
+    return finish(network, turned, request, made)
 
 
 def _defaults() -> Dict[str, Any]:
