@@ -66,13 +66,13 @@ from ._networks import remesh_lines
 from ._results import (
     HighOrderMesh,
     LineMesh,
-    MeshWarning,
     Network,
     NodeList,
     Orientation,
     SplineMesh,
     Subdivision,
 )
+from ._warnings import MeshWarning
 
 __version__ = version()
 

@@ -8,7 +8,6 @@ refuse such requests before the call where they can, and otherwise warn after it
 from __future__ import annotations
 
 import os
-import warnings
 from typing import Optional, Tuple
 
 import numpy as np
@@ -16,7 +15,7 @@ import numpy as np
 from . import _core
 from ._arguments import UNLIMITED, Nodes, Reals, unpack_metrics
 from ._chains import Input
-from ._results import MeshWarning
+from ._warnings import warn
 
 FEW = 50_000  # requests for fewer elements are neither too large nor too slow
 # The library places 30 to 60 million nodes per second by sizes, so this is 1 to 2 minutes.
@@ -72,7 +71,7 @@ class _Request:
     def bytes(self, elements: float) -> float:
         return self._element_bytes * elements
 
-    def warn_or_raise(self, asked: float, count: int, place: str, reason: str, level: int = 4) -> None:
+    def warn_or_raise(self, asked: float, count: int, place: str, reason: str) -> None:
         """Reports that a mesh has fewer elements than asked for."""
         start = f"{self.function}: sizes ask for {_number(asked)} elements{place}"
         if count >= self.most:
@@ -81,7 +80,7 @@ class _Request:
             raise MemoryError(f"{start}; there is not enough memory for them")
         else:
             fault = f"{start}, but the mesh has {_number(count)}{reason}"
-        warnings.warn(fault, MeshWarning, stacklevel=level)
+        warn(fault)
 
 
 class LineRequest(_Request):

@@ -2,7 +2,6 @@
 
 from __future__ import annotations
 
-import warnings
 from typing import Optional, Sequence, SupportsIndex, Tuple
 
 import numpy as np
@@ -12,9 +11,10 @@ from . import _core
 from ._arguments import UNLIMITED, Arguments, Nodes, Real
 from ._chains import Cut, Input, Output, remesh, turn_runs
 from ._foresee import NetworkRequest
-from ._results import MeshWarning, Network
+from ._results import Network
 from ._rules import OWN_SIZE, number_of, shown, valid_number
 from ._sizes import Sizes, at_nodes
+from ._warnings import warn
 
 
 _ARGUMENTS = Arguments("remesh_lines")
@@ -167,11 +167,9 @@ def finish(network: Input, turned: Nodes, request: NetworkRequest, made: Output)
         _fail_at_chain(a, network)
     a.check(made.status)
     if len(made.short) > 0:
-        warnings.warn(
+        warn(
             f"remesh_lines: {len(made.short)} closed lines have fewer than {network.min_loop_elements} elements, the "
-            f"first of them at node {made.short[0]}; limits or sizes do not allow more",
-            MeshWarning,
-            stacklevel=3,
+            f"first of them at node {made.short[0]}; limits or sizes do not allow more"
         )
     request.compare(made.coords, made.connect)
     none = np.empty(0, np.uint32)

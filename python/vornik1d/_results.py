@@ -51,10 +51,6 @@ def _optional_module(name: str, extra: str) -> ModuleType:
         raise ImportError(f"This method needs {package}: pip install vornik1d[{extra}]") from error
 
 
-class MeshWarning(UserWarning):
-    """The mesh is not quite what was asked for, or may not be what was meant."""
-
-
 @dataclass(frozen=True, repr=False, eq=False)
 class _Result:
     if TYPE_CHECKING:  # a field or a property of each result

@@ -2,7 +2,6 @@
 
 from __future__ import annotations
 
-import warnings
 from dataclasses import replace
 from typing import Callable, Optional, Tuple, Union
 
@@ -12,7 +11,8 @@ import numpy.typing as npt
 from . import _core
 from ._arguments import UNLIMITED, Nodes, Reals
 from ._foresee import LineRequest
-from ._results import LineMesh, MeshWarning
+from ._results import LineMesh
+from ._warnings import warn
 
 SizeFunction = Callable[[Reals], npt.ArrayLike]
 Sizes = Union[npt.ArrayLike, SizeFunction]
@@ -188,11 +188,9 @@ def warn_if_rough(
     k = int(excess.argmax())
     if excess[k] > ROUGH:
         a, b = ends[k]
-        warnings.warn(
+        warn(
             f"{function}: sizes is evaluated at the nodes only; between nodes {a} and {b} it is {middle[k]:.3g}, "
-            f"but {mean[k]:.3g} by the values at these nodes; add nodes",
-            MeshWarning,
-            stacklevel=4,
+            f"but {mean[k]:.3g} by the values at these nodes; add nodes"
         )
 
 
