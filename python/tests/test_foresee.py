@@ -254,3 +254,16 @@ def test_samples_are_bounded(monkeypatch):
         ValueError, match="more than 1,000 samples on a line of length 1; the smallest size found is 1e-05"
     ):
         v.mesh_line(LINE, lambda p: np.full(len(p), 1e-5))
+
+
+@pytest.mark.filterwarnings("ignore::vornik1d.MeshWarning")
+@pytest.mark.parametrize(
+    "size, ends", [(1e-4, (1, 1)), (1e-3, (1, 5)), (1e-4, (10, 1)), (1e-4, (10, 1000)), (1e-4, (1e-4, 50))]
+)
+def test_the_number_of_passes_is_foreseen(size, ends):
+    """Each pass drops about one node at each end whose size is too large for its segment."""
+    coords, chain = np.array([[0, 0], [0.02, 0], [1.02, 0], [1.04, 0]]), np.arange(4, dtype=np.uint32)
+    sizes = np.array([ends[0], size, size, ends[1]])
+    segments = _foresee.segments(coords, chain, sizes)
+    lost = segments[3].sum() - len(v.mesh_line(coords, sizes).indices) + 1
+    assert 0.4 * lost < _foresee.passes(*segments) < 3 * lost

@@ -260,7 +260,12 @@ def passes(lengths: Reals, near: Reals, far: Reals, metric: Reals) -> float:
     chain = np.arange(len(positions), dtype=np.uint32)
     sums = np.concatenate([[0], np.cumsum(_core.chain_metric_lengths(line, chain, sizes, True)[1])])
     eaten = np.abs(np.interp(end, positions, sums) - np.interp(start, positions, sums))
-    return 1.0 + float(eaten.max())
+    # A single such segment stops the passes earlier: they end when the count does not decrease, and in k passes the
+    # segment has kept k times its metric length.
+    order = eaten.argsort()
+    k = order[-1]
+    others = eaten[order[-2]] if len(order) > 1 else 0.0
+    return 1.0 + float(min(eaten[k], others + 1 / metric[short[k]]))
 
 
 def is_fast(name: str, asked: float, pass_count: float) -> bool:

@@ -18,4 +18,4 @@ def warn(text: str) -> None:
     level, frame = 2, sys._getframe(1)
     while frame.f_back is not None and frame.f_code.co_filename.startswith(_PACKAGE):
         level, frame = level + 1, frame.f_back
-    warnings.warn(text, MeshWarning, stacklevel=level - 1)
+    warnings.warn(text, MeshWarning, stacklevel=level)
