@@ -89,6 +89,20 @@ def test_loops_stay_loops_and_other_lines_stay_as_they_are():
     assert len(mesh) >= 3 and list(mesh.raised) == [0]
     assert np.ptp(mesh.lengths) < 0.1 * mesh.lengths.mean()
 
+    around = np.append(np.arange(12), 0)
+    for limits, count in (
+        ({}, 3),
+        ({"min_loop_elements": 1}, 1),
+        ({"max_elements": 2}, 2),
+        ({"force_even": True}, 4),
+    ):
+        assert len(v.mesh_line(coords, 9, indices=around, **limits)) == count
+        assert len(v.mesh_spline(coords, 9, closed=True, **limits)) == count
+    assert len(v.mesh_line([*coords, coords[0]], 9)) == 3 and len(v.mesh_line(coords, 9)) == 1
+    for call in v.mesh_line, v.mesh_spline:
+        pair = [call([*coords, coords[0]], 0.4, min_loop_elements=n) for n in (1, 3)]
+        assert all(map(np.array_equal, list(pair[0])[:3], list(pair[1])[:3])) and len(pair[0]) > 3
+
     # a ring of 12 nodes that hangs on a line, another one apart from it, and a long ring that needs no help
     apart, large = coords + [5, 5], ring(40, 50.0)[0] + [100, 0]
     line = np.stack([np.arange(1.0, 12), np.zeros(11)], axis=1)

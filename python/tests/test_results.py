@@ -194,6 +194,7 @@ def of_values(a):
 # fmt: on
 
 
+@pytest.mark.filterwarnings("ignore::vornik1d.MeshWarning")  # of max_elements
 @pytest.mark.parametrize("results", [of_lines, of_networks, of_values])
 @pytest.mark.parametrize("layout", LAYOUTS)
 def test_results(results, layout):

@@ -36,6 +36,12 @@ def _chain(a: Arguments, nodes: Reals, indices: Optional[npt.ArrayLike], needs_l
     return chain
 
 
+def _fewest_of(nodes: Reals, line: Nodes, fewest: int, most: int, loop: int) -> int:
+    """The least number of elements: more if the line is a loop."""
+    is_loop = len(line) > 2 and bool((nodes[line[0]] == nodes[line[-1]]).all())
+    return max(fewest, min(loop, most)) if is_loop else fewest
+
+
 def mesh_line(
     coords: npt.ArrayLike,
     sizes: Optional[Sizes] = None,
@@ -46,6 +52,7 @@ def mesh_line(
     force_even: bool = False,
     min_elements: SupportsIndex = 1,
     max_elements: SupportsIndex = UNLIMITED,
+    min_loop_elements: SupportsIndex = 3,
     deviation_tolerance: Real = 0.0,
     min_size: Real = 0.0,
 ) -> LineMesh:
@@ -61,7 +68,8 @@ def mesh_line(
     indices: the chain, node numbers in the order of travel; all nodes if not given.
     params: a parameter per chain entry, non-decreasing; the normalised chord length if not given.
     force_even: make the number of elements even.
-    min_elements, max_elements: limits of the number of elements. Set min_elements to 3 for a ring.
+    min_elements, max_elements: limits of the number of elements.
+    min_loop_elements: the least number of elements if the line ends where it starts.
     deviation_tolerance: how far the mesh may lie from the chain.
         0: only the sizes count.
         Positive: a distance in length units; the mesh keeps nodes of the chain that it would otherwise miss by
@@ -93,6 +101,7 @@ def mesh_line(
         a.one_per("node of the line", len(chain), "params", given)
     even, tolerance = a.flag("force_even", force_even), a.real("deviation_tolerance", deviation_tolerance)
     fewest, most = a.limits(min_elements, max_elements)
+    fewest = _fewest_of(nodes, chain, fewest, most, a.count("min_loop_elements", min_loop_elements))
     sampled = None
     if callable(sizes) and metrics is None:
         sampled = SampledLine("mesh_line", sizes, nodes, chain, given, at_nodes_only=tolerance < 0)
@@ -129,6 +138,7 @@ def mesh_spline(
     force_even: bool = False,
     min_elements: SupportsIndex = 1,
     max_elements: SupportsIndex = UNLIMITED,
+    min_loop_elements: SupportsIndex = 3,
     deviation_tolerance: Real = 0.0,
     min_size: Real = 0.0,
     default_size: Real = 0.0,
@@ -150,7 +160,7 @@ def mesh_spline(
     default_size: with max_gradation, the size at all places except at the nodes of the curve.
     max_gradation: the largest growth of sizes per length along the curve; 0 sets no limit. It does not apply across
         the joint of a closed curve.
-    force_even, min_elements, max_elements: as in mesh_line.
+    force_even, min_elements, max_elements, min_loop_elements: as in mesh_line.
 
     sizes can also be a function as in mesh_line. It is evaluated at the nodes only, since additional nodes would change
     the curve. MeshWarning says where it is far from linear between two nodes.
@@ -176,6 +186,7 @@ def mesh_spline(
         a.at_least(4, "a spline with its 2 guide nodes", "indices", chain)
         targets = a.targets(sizes, metrics, len(chain), nodes.shape[1])  # type: ignore[arg-type]
     fewest, most = a.limits(min_elements, max_elements)
+    fewest = _fewest_of(nodes, chain[1:-1], fewest, most, a.count("min_loop_elements", min_loop_elements))
     limits = _limits(a, force_even, fewest, most, deviation_tolerance, min_size)
     size, gradation = a.real("default_size", default_size), a.real("max_gradation", max_gradation)
     request = LineRequest(
