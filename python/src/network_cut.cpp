@@ -62,34 +62,39 @@ remesh_options options_of(remesh_rule const& rule)
     return options;
 }
 
-/// A closed chain as a network of its own, and its mesh with more elements.
-struct loop_mesh
+/// A chain as a network of its own, and its mesh with more elements.
+struct raised_mesh
 {
     dense2D<double> coords;
     dense2D<unsigned> connect;
     std::size_t old_nodes = 0;
 
-    /// Returns 0 or the status of `remesh_lines`. `is_helped`: the loop now has `min_elements` elements.
-    int mesh(chain_batch const& batch, unsigned first_node, unsigned count, remesh_rule const& rule,
-        unsigned min_elements, bool& is_helped)
+    /// Returns 0 or the status of `remesh_lines`. `is_helped`: the chain now has `min_elements` elements.
+    int mesh(chain_batch const& batch, unsigned first_node, unsigned count, bool is_closed,
+        remesh_rule const& rule, unsigned min_elements, bool& is_helped)
     {
-        old_nodes = count;
+        old_nodes = is_closed ? count : count + 1;
         remesh_options options = options_of(rule);
-        if (!coords.copy(batch.coords.sub_matrix(0, first_node, batch.coords.rows(), count)) ||
-            !connect.resize(2, count) || !options.sizes.copy(batch.sizes.sub_vector(first_node, count)))
+        if (!coords.copy(batch.coords.sub_matrix(0, first_node, batch.coords.rows(), old_nodes)) ||
+            !connect.resize(2, count) || !options.sizes.copy(batch.sizes.sub_vector(first_node, old_nodes)))
             return no_storage;
-        for (unsigned k = 0; k < count; ++k) connect(0, k) = k, connect(1, k) = k + 1 < count ? k + 1 : 0;
+        for (unsigned k = 0; k < count; ++k) connect(0, k) = k, connect(1, k) = k + 1 < old_nodes ? k + 1 : 0;
 
-        dense1D<double> sizes;
-        int const status = loop_sizes(coords, connect, rule.default_size, options, min_elements, sizes);
-        if (status < 0) return status;
-        options.sizes = sizes;
-        is_helped = status == 0;
-        return remesh_lines(coords, connect, rule.default_size, options);
+        if (is_closed) {
+            dense1D<double> sizes;
+            int const status = loop_sizes(coords, connect, rule.default_size, options, min_elements, sizes);
+            if (status < 0) return status;
+            options.sizes = sizes;
+        } else {
+            options.min_elements = min_elements;
+        }
+        int const status = remesh_lines(coords, connect, rule.default_size, options);
+        is_helped = connect.cols() >= min_elements;
+        return status;
     }
 };
 
-/// Puts the meshes of the chains together again, with other meshes for some loops.
+/// Puts the meshes of the chains together again, with other meshes for some of them.
 class loop_raiser
 {
 public:
@@ -98,10 +103,17 @@ public:
         : batch_(batch), lines_(lines), rule_(rule), min_elements_(min_elements), mesh_(mesh)
     {}
 
-    /// Whether a closed chain has too few elements. Loops of length 0 and hard edges do not count.
+    /// The least number of elements of a chain.
+    unsigned fewest(std::size_t c) const
+    {
+        if (lines_.is_closed(c)) return min_elements_;
+        return c < batch_.fewest.size() ? std::min(batch_.fewest[c], most_elements()) : 0;
+    }
+
+    /// Whether a chain has too few elements. Chains of length 0 and hard edges do not count.
     bool is_short(std::size_t c) const
     {
-        if (mesh_.counts[c] >= min_elements_ || !lines_.is_closed(c)) return false;
+        if (mesh_.counts[c] >= fewest(c)) return false;
         if (std::binary_search(batch_.hard.begin(), batch_.hard.end(), c)) return false;
         double const* const start = batch_.coords.col(lines_.first_node(c));
         std::size_t const rows = batch_.coords.rows();
@@ -119,12 +131,12 @@ public:
         for (std::size_t c = 0; c < mesh_.counts.size(); ++c) {
             std::size_t const end = element + mesh_.counts[c];
             unsigned const new_nodes = count_new_nodes(element, end);
-            loop_mesh loop;
+            raised_mesh loop;
             bool is_helped = false;
             bool const was_short = is_short(c);
             if (was_short) {
-                int const status = loop.mesh(
-                    batch_, lines_.first_node(c), batch_.counts[c], rule_, min_elements_, is_helped);
+                int const status = loop.mesh(batch_, lines_.first_node(c), batch_.counts[c],
+                    lines_.is_closed(c), rule_, fewest(c), is_helped);
                 if (status != 0) return status;
             }
             bool const is_raised = was_short && loop.connect.cols() > mesh_.counts[c];
@@ -144,6 +156,7 @@ public:
     }
 
 private:
+    unsigned most_elements() const { return static_cast<unsigned>(rule_.max_elements); }
     unsigned old_nodes() const { return static_cast<unsigned>(batch_.nodes.size()); }
 
     unsigned count_new_nodes(std::size_t begin, std::size_t end) const
@@ -180,7 +193,7 @@ private:
         return true;
     }
 
-    bool put_loop(loop_mesh const& loop, unsigned first_node, batch_mesh& result) const
+    bool put_loop(raised_mesh const& loop, unsigned first_node, batch_mesh& result) const
     {
         auto const old = static_cast<unsigned>(loop.old_nodes);
         unsigned const first = old_nodes() + static_cast<unsigned>(columns(result.new_coords));

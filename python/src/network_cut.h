@@ -32,7 +32,8 @@ struct chain_batch
     dense2D<double> coords;
     dense1D<double> sizes;
     dense1D<unsigned> counts;
-    dense1D<unsigned> hard; // numbers of the chains that are hard edges
+    dense1D<unsigned> hard;   // numbers of the chains that are hard edges
+    dense1D<unsigned> fewest; // the least number of elements of each open chain; may be empty
 };
 
 /// The mesh of a batch. Node k of the batch keeps the number k. New nodes follow.
@@ -40,9 +41,9 @@ struct batch_mesh
 {
     dense2D<double> new_coords;
     dense2D<unsigned> connect;
-    dense1D<unsigned> counts; // elements of each chain
-    dense1D<unsigned> raised; // numbers of the closed chains that got more elements than their sizes ask for
-    dense1D<unsigned> short_loops; // numbers of the closed chains that still have too few elements
+    dense1D<unsigned> counts;      // elements of each chain
+    dense1D<unsigned> raised;      // numbers of the chains that got more elements than their sizes ask for
+    dense1D<unsigned> short_loops; // numbers of the chains that still have too few elements
 };
 
 /// A network and its chains.
@@ -71,7 +72,7 @@ private:
 };
 
 /// Meshes a batch. Closed chains with fewer than `min_loop_elements` elements are meshed again, with sizes
-/// from `loop_sizes`. Returns 0 or the status of the fullest overload of `remesh_lines`.
+/// from `loop_sizes`. So are open chains with fewer elements than in `fewest`. Returns 0 or the status of the fullest overload of `remesh_lines`.
 [[nodiscard]] int mesh_batch(
     chain_batch const& batch, remesh_rule const& rule, unsigned min_loop_elements, batch_mesh& mesh);
 

@@ -135,14 +135,15 @@ bool is_consistent(chain_batch const& batch)
 }
 
 py::tuple mesh_part(node_array const& part_nodes, real_array const& coords, real_array const& sizes,
-    node_array const& counts, node_array const& hard, double default_size, remesh_limits const& limits,
-    unsigned min_loop_elements)
+    node_array const& counts, node_array const& hard, node_array const& fewest, double default_size,
+    remesh_limits const& limits, unsigned min_loop_elements)
 {
     chain_batch const batch{.nodes = list_view(part_nodes),
         .coords = matrix_view(coords),
         .sizes = list_view(sizes),
         .counts = list_view(counts),
-        .hard = list_view(hard)};
+        .hard = list_view(hard),
+        .fewest = list_view(fewest)};
     if (!is_consistent(batch)) throw py::value_error("the arrays of a part do not fit together");
     batch_mesh mesh;
     int const status =

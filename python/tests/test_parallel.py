@@ -126,6 +126,28 @@ def test_loops_stay_loops_and_other_lines_stay_as_they_are():
     assert len(lines(mesh)) == 4 and all(len(chain) > 3 for chain in mesh.chains)
 
 
+def test_rings_of_two_chains_keep_three_elements():
+    """A lens has two corners, so it consists of two chains. Each would become the element between the corners."""
+    t = np.linspace(-1, 1, 9)
+    arcs = np.concatenate(
+        [np.stack([t, 1 - t * t], axis=1), np.stack([t[1:-1], t[1:-1] ** 2 / 2 - 0.5], axis=1)]
+    )
+    upper, lower = np.arange(9), np.array([0, *range(9, 16), 8])
+    connect = np.concatenate([np.stack([c[:-1], c[1:]], axis=1) for c in (upper, lower[::-1])])
+    options = {"default_size": 50, "deviation_tolerance": 9}
+    assert len(v.remesh_lines(arcs, connect, min_loop_elements=1, **options)) == 2
+    mesh = v.remesh_lines(arcs, connect, **options)
+    assert [len(chain) for chain in mesh.chains] == [3, 2] and list(mesh.raised) == [0]
+    assert mesh.coords[mesh.chains[0][1], 1] > 0.9  # on the longer chain
+    for size in 1, 100:
+        assert all(
+            map(np.array_equal, parallel.remesh_lines(arcs, connect, batch_elements=size, **options), mesh)
+        )
+    assert len(v.remesh_lines(arcs, connect, min_loop_elements=6, **options)) == 6
+    twice = v.remesh_lines([[0, 0], [1, 0]], [[0, 1], [1, 0], [0, 1]], 5)  # no ring: equal elements
+    assert len(twice) == 3
+
+
 def test_runs_get_the_direction_of_their_first_element():
     nodes = np.arange(101)
     coords, connect = np.stack([nodes, 0 * nodes], axis=1), np.stack([nodes[:-1], nodes[1:]], axis=1)

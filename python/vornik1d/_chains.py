@@ -9,6 +9,8 @@ import numpy as np
 from . import _core
 from ._arguments import UNLIMITED, Nodes, Reals
 
+BATCH_ELEMENTS = 10_000  # large enough that batches cost little, small enough for many cores
+
 Item = TypeVar("Item")
 Result = TypeVar("Result")
 Map = Callable[[Callable[[Item], Result], Iterable[Item]], Iterable[Result]]
@@ -36,8 +38,8 @@ class Output(NamedTuple):
     connect: Nodes
     colors: Nodes
     hard_nodes: Nodes
-    raised: Nodes  # the first node of each closed chain that got more elements
-    short: Nodes  # the first node of each closed chain that still has too few
+    raised: Nodes  # the first node of each chain that got more elements to keep a loop
+    short: Nodes  # the first node of each chain that still has too few
 
 
 class Part(NamedTuple):
@@ -49,6 +51,7 @@ class Part(NamedTuple):
     counts: Nodes  # elements of each chain
     hard: Nodes  # chains that are hard edges
     colors: Nodes  # of each chain
+    fewest: Nodes = np.empty(0, np.uint32)  # the least number of elements of each open chain
 
 
 class Mesh(NamedTuple):
@@ -70,7 +73,7 @@ class Mesher(NamedTuple):
     min_loop_elements: int
 
     def __call__(self, part: Part) -> Mesh:
-        arrays = (part.nodes, part.coords, part.sizes, part.counts, part.hard)
+        arrays = (part.nodes, part.coords, part.sizes, part.counts, part.hard, part.fewest)
         return Mesh(*_core.mesh_part(*arrays, self.default_size, self.limits, self.min_loop_elements))
 
 
@@ -107,8 +110,11 @@ def turn_runs(network: Input) -> Tuple[Nodes, Nodes]:
     return turned, np.flatnonzero(turned[:, 0] != connect[:, 0]).astype(np.uint32)
 
 
-def has_short_loop(connect: Nodes, least: int) -> bool:
-    """Whether fewer than `least` consecutive elements form a loop. Other lines can look like one."""
+def has_short_loop(connect: Nodes, hard_nodes: Nodes, node_count: int, least: int) -> bool:
+    """Whether fewer than `least` elements seem to form a loop: one chain, or two chains between the same two nodes.
+
+    Other lines can look like a loop too.
+    """
     starts, ends = connect[:, 0], connect[:, 1]
     is_linked = np.ones(len(connect), bool)
     for k in range(1, min(least, len(connect) + 1)):
@@ -117,7 +123,14 @@ def has_short_loop(connect: Nodes, least: int) -> bool:
             is_linked = is_linked[:-1] & (ends[k - 2 : -1] == starts[k - 1 :])
         if (is_linked & (starts[: len(closing)] == closing)).any():
             return True
-    return False
+    is_hard = np.zeros(node_count, bool)
+    is_hard[hard_nodes] = True
+    first = np.flatnonzero(is_hard[starts])  # of the chains, except loops apart from other lines
+    counts = np.diff(np.append(first, len(connect)))
+    first, counts = first[counts < least - 1], counts[counts < least - 1]
+    pairs = np.sort(np.stack([starts[first], ends[first + counts - 1]], axis=1), axis=1).astype(np.uint64)
+    keys = np.sort(pairs[:, 0] << np.uint64(32) | pairs[:, 1])
+    return bool((keys[1:] == keys[:-1]).any())
 
 
 class Cut:
@@ -180,25 +193,74 @@ class Cut:
 def _first_nodes(part: Part, chains: Nodes) -> Nodes:
     if len(chains) == 0:
         return chains
-    starts = np.cumsum(part.counts + 1) - (part.counts + 1)
+    steps = part.counts.astype(np.int64) + 1
+    starts = np.cumsum(steps) - steps
     result: Nodes = part.nodes[starts[chains]]
     return result
 
 
+def keep_rings_of_two(parts: List[Part], meshes: List[Mesh], mesher: Mesher) -> None:
+    """Mesh chains again that form a loop of too few elements with another chain between the same two nodes.
+
+    The shortest of these chains stays as it is. A chain of a single given element stays too.
+    """
+    least = mesher.min_loop_elements
+    if least < 2 or any(mesh.status != 0 for mesh in meshes):
+        return
+    cuts = [np.cumsum(part.counts + 1, dtype=np.int64) for part in parts]
+    first = np.concatenate(
+        [part.nodes[cut - part.counts.astype(np.int64) - 1] for part, cut in zip(parts, cuts)]
+    )
+    last = np.concatenate([part.nodes[cut - 1] for part, cut in zip(parts, cuts)])
+    made = np.concatenate([mesh.counts for mesh in meshes]).astype(np.int64)
+    batch = np.repeat(np.arange(len(parts)), [len(part.counts) for part in parts])
+    start = np.cumsum([0, *(len(part.counts) for part in parts)])
+    few = np.flatnonzero((first != last) & (made < least - 1))
+    keys = np.minimum(first, last)[few].astype(np.uint64) << np.uint64(32) | np.maximum(first, last)[few]
+    _, group, sizes = np.unique(keys, return_inverse=True, return_counts=True)
+    twins = few[sizes[group] > 1]
+    if len(twins) == 0:
+        return
+    lengths = np.empty(len(twins))
+    for k, chain in enumerate(twins):
+        part, own = parts[batch[chain]], chain - start[batch[chain]]
+        end = int(cuts[batch[chain]][own])
+        steps = np.diff(part.coords[end - int(part.counts[own]) - 1 : end], axis=0)
+        lengths[k] = np.sqrt((steps * steps).sum(axis=1)).sum()
+    group = group[sizes[group] > 1]
+    order = np.lexsort((twins, lengths, group))
+    shortest = order[np.append(True, np.diff(group[order]) != 0)]
+    partner = np.empty(group.max() + 1, np.int64)
+    partner[group[shortest]] = twins[shortest]
+    wanted = least - made[partner[group]]
+    is_short = (twins != partner[group]) & (made[twins] < wanted)
+    for b in np.unique(batch[twins[is_short]]):
+        own = is_short & (batch[twins] == b)
+        fewest = np.zeros(len(parts[b].counts), np.uint32)
+        fewest[twins[own] - start[b]] = wanted[own]
+        fewest[parts[b].counts < 2] = 0
+        if fewest.any():
+            parts[b] = parts[b]._replace(fewest=fewest)
+            meshes[b] = mesher(parts[b])
+
+
 def remesh_in_parts(network: Input) -> Output:
     """Remesh a network chain by chain, with more elements for short loops."""
-    cut = Cut(network, len(network.connect))
+    cut = Cut(network, BATCH_ELEMENTS)
     mesher = Mesher(network.default_size, network.limits, network.min_loop_elements)
-    parts: List[Part] = [cut.part(batch) for batch in cut.batches]
-    return cut.join(parts, [mesher(part) for part in parts])
+    parts = [cut.part(batch) for batch in cut.batches]
+    meshes = [mesher(part) for part in parts]
+    keep_rings_of_two(parts, meshes, mesher)
+    return cut.join(parts, meshes)
 
 
 def remesh(network: Input) -> Output:
     """Remesh a network by one call of the library, and again in parts if a loop became too short."""
     none = np.empty(0, np.uint32)
-    status, coords, connect, colors, hard_nodes = _core.remesh_hard_lines(*network[:-1])
+    status, coords, connect, colors, hard_nodes = _core.remesh_hard_lines(*network[:8])
     if status != 0:
         return Output(status, network.coords, network.connect, none, none, none, none)
-    if network.min_loop_elements > 1 and has_short_loop(connect, network.min_loop_elements):
+    least = network.min_loop_elements
+    if least > 1 and len(network.connect) > 0 and has_short_loop(connect, hard_nodes, len(coords), least):
         return remesh_in_parts(network)
     return Output(0, coords, connect, colors, hard_nodes, none, none)

@@ -87,6 +87,7 @@ def mesh_part(
     sizes: Reals,
     counts: Nodes,
     hard: Nodes,
+    fewest: Nodes,
     size: float,
     limits: remesh_limits,
     min_loop_elements: int,

@@ -65,8 +65,9 @@ def remesh_lines(
     min_size: segments of at most this length make no corners. Curvature and the lengths of chains do not bound
         sizes below this value.
     min_elements, max_elements: limits for each chain.
-    min_loop_elements: the least number of elements of a closed chain. A closed chain that would get fewer gets smaller
-        sizes; the other chains stay as they are. 1 lets loops collapse to a single element.
+    min_loop_elements: the least number of elements of a loop: a closed chain, or two chains between the same two nodes.
+        A loop that would get fewer gets smaller sizes, or more elements on its longer chain. The other chains stay as
+        they are. 1 lets loops collapse.
     reorient: first turn elements so that runs of elements have one direction, that of their first element. Where two
         elements meet head to head, the library cuts the line otherwise. Runs end at junctions, at hard nodes, at hard
         edges and where the colour changes.

@@ -243,7 +243,7 @@ class Network(Mesh):
 
     Two further fields are not part of the unpacking:
     turned: the rows of the given elements that were turned before meshing.
-    raised: the first old node of each closed loop that was given more elements so that it did not collapse.
+    raised: the first node of each chain that was given more elements so that its loop did not collapse.
     """
 
     connect: Nodes

@@ -25,7 +25,7 @@ import numpy as np
 import numpy.typing as npt
 
 from ._arguments import Arguments, Real
-from ._chains import Cut, Mesh, Mesher, Output, Part
+from ._chains import BATCH_ELEMENTS, Cut, Mesh, Mesher, Output, Part, keep_rings_of_two
 from ._networks import finish, prepare, remesh_lines as remesh_in_one_call
 from ._results import Network
 
@@ -41,7 +41,7 @@ def remesh_lines(
     default_size: Real,
     *,
     executor: Any = None,
-    batch_elements: SupportsIndex = 10_000,
+    batch_elements: SupportsIndex = BATCH_ELEMENTS,
     progress: Progress = False,
     **options: Any,
 ) -> Network:
@@ -108,9 +108,12 @@ def _run(cut: Cut, mesher: Mesher, executor: Any, progress: Progress) -> Output:
             parts.append(cut.part(batch))
             futures.append(executor.submit(mesher, parts[-1]))
     results = _wait(futures, [cut.elements(batch) for batch in cut.batches], progress)
-    if not is_shared:
-        return cut.join(parts, results)
-    return cut.join([part for part, _ in results], [mesh for _, mesh in results], executor.map)
+    if is_shared:
+        parts, meshes = [part for part, _ in results], [mesh for _, mesh in results]
+    else:
+        meshes = results
+    keep_rings_of_two(parts, meshes, mesher)
+    return cut.join(parts, meshes, executor.map if is_shared else map)
 
 
 def _wait(futures: List[Any], works: List[int], progress: Progress) -> List[Any]:
