@@ -1,5 +1,6 @@
 # The library as a Debian package: `cpack -G DEB` in a build directory that was configured with the prefix /usr.
 set(CPACK_PACKAGE_NAME vornik1d)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_CONTACT "The vornik1d project")
 set(CPACK_PACKAGE_DESCRIPTION "vornik1d meshes lines and networks of lines, in the plane and in space.
 It cuts them into line elements whose lengths follow the sizes or metric
@@ -17,4 +18,5 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 include(CPack)
