@@ -208,7 +208,7 @@ def client(tmp_path_factory):
         yield connected
 
 
-def test_processes_and_machines_give_the_same_network(client):
+def test_processes_and_machines_give_the_same_network(client, capsys):
     (coords, connect), options = ring(4000, 9.0), {
         "hard_nodes": np.arange(0, 4000, 50),
         "deviation_tolerance": 0.01,
@@ -223,6 +223,8 @@ def test_processes_and_machines_give_the_same_network(client):
             )  # fmt: skip
             assert all(map(np.array_equal, joined, single))
             assert len(calls) == 8 and calls[-1] == (4000, 4000)
+    parallel.remesh_lines(coords, connect, 0.005, progress=True)
+    assert "4.00k/4.00k" in capsys.readouterr().err
 
 
 def test_files_are_remeshed_where_they_are(client, tmp_path):
