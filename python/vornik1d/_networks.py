@@ -180,16 +180,23 @@ def finish(network: Input, turned: Nodes, request: NetworkRequest, made: Output)
 
 
 def _fail_at_chain(a: Arguments, network: Input) -> None:
-    """Fail at the first chain of length 0, or at a node of a chain without a size."""
+    """Fail at the first chain of length 0, or at a node of a chain without a size.
+
+    A hard edge of length 0 is no fault of its own, but leaves the other chains at its ends no size.
+    """
     cut = Cut(network, 1)
     a.check(cut.status)
     parts = [cut.part(batch) for batch in cut.batches]
-    for part, batch in zip(parts, cut.batches):
-        if len(part.hard) == 0 and (part.coords == part.coords[0]).all():
-            _fail_flat(a, network, cut.rows(batch))
+    is_flat = [bool((part.coords == part.coords[0]).all()) for part in parts]
+    for k, part in enumerate(parts):
+        if is_flat[k] and len(part.hard) == 0:
+            _fail_flat(a, network, cut.rows(cut.batches[k]))
     for part in parts:
         bare = part.nodes[~(part.sizes > 0)]
         if len(part.hard) == 0 and len(bare) > 0:
+            for k, other in enumerate(parts):
+                if is_flat[k] and bare[0] in other.nodes:
+                    _fail_flat(a, network, cut.rows(cut.batches[k]))
             a.fail(
                 "default_size", f"is 0; it must be positive, because node {bare[0]} has no size of its own"
             )
