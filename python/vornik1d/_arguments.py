@@ -14,7 +14,7 @@ import numpy.typing as npt
 
 from . import _core
 from ._rules import ENTRIES, FINITE, NUMBER, RULES, UNLIMITED, Rule
-from ._rules import allowed, number_of, shown, valid_number
+from ._rules import allowed, number_of, shown, shown_apart, valid_number
 
 Reals = npt.NDArray[np.float64]
 Nodes = npt.NDArray[np.uint32]
@@ -102,13 +102,12 @@ class Arguments:
         rule = RULES.get(name, FINITE)
         if rows.size == 0 or (rule.holds(rows.min()) and rule.holds(rows.max())):
             return
-        is_wrong = ~rule.holds(rows).all(axis=1)
-        if used is not None:
-            is_used = np.zeros(len(rows), bool)
-            is_used[used] = True
-            is_wrong &= is_used
-        if is_wrong.any():
-            first = int(np.argmax(is_wrong))
+        is_wrong = np.zeros(len(rows), bool)
+        for column in rows.T:  # faster than a test of all rows at once
+            is_wrong |= ~rule.holds(column)
+        wrong = np.flatnonzero(is_wrong) if used is None else used[is_wrong[used]]
+        if len(wrong) > 0:
+            first = int(wrong.min())
             self._fail_row(f"{name}[{first}]", rows[first], ENTRIES.get(name, name), rule)
 
     def _fail_row(self, name: str, row: Reals, subject: str, rule: Rule) -> NoReturn:
@@ -150,9 +149,7 @@ class Arguments:
         falls = array[1:] < array[:-1]
         if falls.any():
             k = int(np.argmax(falls)) + 1
-            here, before = shown(array[k]), shown(array[k - 1])
-            if here == before:
-                here, before = repr(float(array[k])), repr(float(array[k - 1]))
+            here, before = shown_apart(array[k], array[k - 1])
             self.fail(f"{name}[{k}]", f"is {here} after {before}; {name} must not decrease")
         return array
 
@@ -229,14 +226,12 @@ class Arguments:
 
         def find() -> None:
             places = coords[chain]
-            nodes, line = f"{len(chain)} nodes of {name}", "a line must have a positive length"
+            nodes = f"all {len(chain)} nodes" if len(chain) > 2 else "both nodes"
+            rest = "a line must have a positive length"
             if (places == places[0]).all():
-                self.fail(
-                    f"all {nodes}" if len(chain) > 2 else f"both nodes of {name}",
-                    f"are at the same place, {shown(places[0])}; {line}",
-                )
+                self.fail(name, f"puts {nodes} of the line at {shown(places[0])}; {rest}")
             if not _core.length(coords, chain)[1] > 0:
-                self.fail(f"the {nodes}", f"are too close together; {line}")
+                self.fail(name, f"puts {nodes} of the line too close together; {rest}")
 
         self._doubts.append(find)
 
@@ -296,7 +291,11 @@ class Arguments:
         count = dimension * (dimension + 1) // 2
         if array.ndim != 2 and array.size > 0 or array.ndim == 2 and array.shape[1] != count:
             self._shape(name, array, f"(n, {count}) or (n, {dimension}, {dimension})")
-        rows = self.matrix(name, array, (count,))
+        return self.packed(name, array, (count,))
+
+    def packed(self, name: str, value: npt.ArrayLike, columns: Sequence[int]) -> Reals:
+        """Packed tensors."""
+        rows = self.matrix(name, value, columns)
         self._hold_rows(name, rows)
         return rows
 
@@ -342,7 +341,7 @@ class Arguments:
         """The smallest and the largest number of elements."""
         fewest, most = self.count("min_elements", min_elements), self.count("max_elements", max_elements)
         if fewest > most:
-            fault = f"is {fewest} and max_elements is {most}; min_elements must not be above max_elements"
+            fault = f"is {fewest} and max_elements is {most}; min_elements must not be larger"
             self.fail("min_elements", fault)
         return fewest, most
 
@@ -363,7 +362,10 @@ class Arguments:
 
     def real(self, name: str, value: Real) -> float:
         """A number, by its rule."""
-        if isinstance(value, (str, bytes)):
+        is_number = not isinstance(value, (str, bytes))
+        if isinstance(value, (np.ndarray, np.generic)):  # float() takes the only entry or the real part
+            is_number = value.ndim == 0 and value.dtype.kind in "biuf"
+        if not is_number:
             self.reject(name, f"must be a number, not {type(value).__name__}")
         try:
             result = float(value)
@@ -401,7 +403,7 @@ def pack_metrics(tensors: npt.ArrayLike) -> Reals:
 
 def unpack_metrics(packed: npt.ArrayLike) -> Reals:
     """Unpack rows of 3 or 6 numbers into symmetric matrices, shape (n, 2, 2) or (n, 3, 3)."""
-    rows_given = Arguments("unpack_metrics").matrix("packed", packed, (3, 6))
+    rows_given = Arguments("unpack_metrics").packed("packed", packed, (3, 6))
     dimension = 2 if rows_given.shape[1] == 3 else 3
     rows, columns = _packing(dimension)
     result = np.empty((len(rows_given), dimension, dimension))

@@ -9,7 +9,7 @@ import numpy.typing as npt
 
 from . import _core
 from ._arguments import Arguments, Real, Reals
-from ._rules import shown
+from ._rules import shown_apart
 
 
 def interpolate_metrics(params: npt.ArrayLike, values: npt.ArrayLike, new_params: npt.ArrayLike) -> Reals:
@@ -31,7 +31,8 @@ def interpolate_metrics(params: npt.ArrayLike, values: npt.ArrayLike, new_params
     a.one_per("value of params", len(at), "values", given)
     for k in (0, -1) if len(wanted) > 0 else ():
         if not at[0] <= wanted[k] <= at[-1]:
-            fault = f"is {shown(wanted[k])}; it must be from {shown(at[0])} to {shown(at[-1])}, the range of params"
+            value, first, last = shown_apart(wanted[k], at[0], at[-1])
+            fault = f"is {value}; it must be from {first} to {last}, the range of params"
             a.fail(f"new_params[{k % len(wanted)}]", fault)
     status, result = _core.interpolate_metrics(at, given, wanted)
     a.check(status)

@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 import math
-from typing import Any, Callable, Dict, NamedTuple
+from typing import Any, Callable, Dict, List, NamedTuple
 
 import numpy as np
 
@@ -52,7 +52,7 @@ RULES: Dict[str, Rule] = {
 }
 
 # What the entries of an array are called. Otherwise they have the name of the argument.
-ENTRIES = {"coords": "coordinates", "metrics": "tensors"}
+ENTRIES = {"coords": "coordinates", "metrics": "tensors", "packed": "tensors"}
 
 
 def valid_number(kind: str, count: int, owner: str) -> Rule:
@@ -73,6 +73,12 @@ def shown(value: Any) -> str:
     if getattr(value, "ndim", 0) == 1:
         return f"({', '.join(shown(x) for x in value)})"
     return f"{value:g}" if isinstance(value, float) else str(value)
+
+
+def shown_apart(value: float, *others: float) -> List[str]:
+    """Numbers as an error shows them, with all digits if the first would look like one of the others."""
+    texts = [shown(x) for x in (value, *others)]
+    return [repr(float(x)) for x in (value, *others)] if texts[0] in texts[1:] else texts
 
 
 def number_of(count: int, thing: str) -> str:
