@@ -133,6 +133,8 @@ CALLS = [
          "connect[0], connect[1] are a line of length 0 at (1, 2); each line must have a positive length"),
         (dict(coords=[[0, 0], [1, 0], [1, 0]], connect=[[0, 1], [1, 2]], hard_edges=[1]),
          "connect[1] is a line of length 0 at (1, 0); each line must have a positive length"),
+        (dict(coords=[[0, 0], [1e-200, 0]], connect=[[0, 1]]),
+         "connect[0] is a line of length 0 at (0, 0); each line must have a positive length"),
         (dict(default_size=-1), "default_size is -1; it must be at least 0 and finite"),
         (dict(default_size=0, sizes=[1, 0]),
          "default_size is 0; it must be positive, because node 1 has no size of its own"),

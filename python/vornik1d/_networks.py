@@ -187,7 +187,8 @@ def _fail_at_chain(a: Arguments, network: Input) -> None:
     cut = Cut(network, 1)
     a.check(cut.status)
     parts = [cut.part(batch) for batch in cut.batches]
-    is_flat = [bool((part.coords == part.coords[0]).all()) for part in parts]
+    chains = [np.arange(len(part.nodes), dtype=np.uint32) for part in parts]
+    is_flat = [not _core.length(part.coords, chain)[1] > 0 for part, chain in zip(parts, chains)]
     for k, part in enumerate(parts):
         if is_flat[k] and len(part.hard) == 0:
             _fail_flat(a, network, cut.rows(cut.batches[k]))
