@@ -54,36 +54,64 @@ def mesh_line(
     The mesh starts at the first node of the chain and ends at the last. It leaves out the nodes between them,
     unless a positive tolerance keeps them.
 
-    coords: (n, d) node positions, d = 2 or 3, in length units of the model.
-    sizes: a target size per chain entry, or one size for all entries, in length units of the model; or a function
-        of positions, see below.
-    metrics: instead of sizes, a tensor per chain entry: rows of 3 or 6 numbers, or matrices (n, d, d).
-    indices: the chain, node numbers in the order of travel; all nodes if not given.
-    params: a parameter per chain entry, non-decreasing; the normalised chord length if not given.
-    force_even: make the number of elements even.
-    min_elements, max_elements: limits of the number of elements. Set min_elements to 3 for a ring.
-    deviation_tolerance: how far the mesh may lie from the chain.
+    Parameters
+    ----------
+    coords
+        (n, d) node positions, d = 2 or 3, in length units of the model.
+    sizes
+        A target size per chain entry, or one size for all entries, in length units of the model; or a function
+        of positions, see Notes.
+    metrics
+        Instead of sizes, a tensor per chain entry: rows of 3 or 6 numbers, or matrices (n, d, d).
+    indices
+        The chain, node numbers in the order of travel; all nodes if not given.
+    params
+        A parameter per chain entry, non-decreasing; the normalised chord length if not given.
+    force_even
+        Make the number of elements even.
+    min_elements, max_elements
+        Limits of the number of elements. Set min_elements to 3 for a ring.
+    deviation_tolerance
+        How far the mesh may lie from the chain.
         0: only the sizes count.
         Positive: a distance in length units; the mesh keeps nodes of the chain that it would otherwise miss by
         this distance or more.
         Negative: minus the sagitta of an element (its largest distance from the curve) divided by the radius of
         curvature; for example -0.01 for 1 %. It bounds the sizes.
-    min_size: curvature does not bound sizes below this value.
+    min_size
+        Curvature does not bound sizes below this value.
 
-    sizes can also be a function of positions, shape (n, d), that returns n sizes. Each segment of the chain is bisected
-    until its pieces are at most 2 sizes long and the size at the middle of a piece differs by at most 1 % from the mean
-    of its ends, or the piece is half a size long. So a feature of the function can be missed if it is narrower than 2
-    of the sizes beside it. The samples count like chain entries, but they are not part of the result. If a positive
-    tolerance splits the chain at a sample, the mesh has a new node there. On a bent chain the mesh can blur a feature
-    that is narrower than an element, as it does with chain entries. With a negative tolerance the function is
-    evaluated at the nodes only.
+    Returns
+    -------
+    LineMesh
 
-    Raises ValueError, which names the argument, and MemoryError. Warns with MeshWarning if the mesh has fewer than half
-    of the elements that the sizes ask for.
+    Raises
+    ------
+    ValueError, TypeError
+        The message names the argument.
+    MemoryError
+        There is not enough memory.
 
-    >>> mesh = mesh_line([[0, 0], [10, 0]], [1, 0.1])
-    >>> len(mesh.indices) - 1
-    26
+    Warns
+    -----
+    MeshWarning
+        If the mesh has fewer than half of the elements that the sizes ask for.
+
+    Notes
+    -----
+    sizes can also be a function of positions, shape (n, d), that returns n sizes. Each segment of the chain is
+    bisected until its pieces are at most 2 sizes long and the size at the middle of a piece differs by at most 1 %
+    from the mean of its ends, or the piece is half a size long. So a feature of the function can be missed if it is
+    narrower than 2 of the sizes beside it. The samples count like chain entries, but they are not part of the
+    result. If a positive tolerance splits the chain at a sample, the mesh has a new node there. On a bent chain the
+    mesh can blur a feature that is narrower than an element, as it does with chain entries. With a negative
+    tolerance the function is evaluated at the nodes only.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.mesh_line([[0, 0], [10, 0]], [1, 0.1])
+    LineMesh: 27 nodes, 26 elements, length 10, sizes 0.1 to 1
     """
     a = Arguments("mesh_line")
     nodes = a.coords(coords)
@@ -136,26 +164,54 @@ def mesh_spline(
 ) -> SplineMesh:
     """Mesh a smooth curve through nodes. Its curvature and a limit on the growth of sizes can bound the sizes.
 
-    coords: (n, d) node positions, d = 2 or 3.
-    sizes, metrics: targets as in mesh_line, one per node of coords, or per entry of indices if that is given.
-    indices: the chain, with a guide node before its first node and one after its last node. A guide node sets
+    Parameters
+    ----------
+    coords
+        (n, d) node positions, d = 2 or 3.
+    sizes, metrics
+        Targets as in mesh_line, one per node of coords, or per entry of indices if that is given.
+    indices
+        The chain, with a guide node before its first node and one after its last node. A guide node sets
         the direction at an end of the curve: a, a, b, ..., z, z for an open curve from a to z, and
         z, a, b, ..., z, a, b for a closed curve. If not given, the curve runs through all nodes.
-    closed: the curve returns from the last node to the first; not with indices.
-    deviation_tolerance: how far an element may lie from the curve.
+    closed
+        The curve returns from the last node to the first; not with indices.
+    force_even, min_elements, max_elements
+        As in mesh_line.
+    deviation_tolerance
+        How far an element may lie from the curve.
         0: only the sizes count.
         Positive: the distance in length units.
         Negative: minus the distance divided by the radius of curvature.
-    min_size: curvature does not bound sizes below this value. Set it if the curve can have a kink.
-    default_size: with max_gradation, the size at all places except at the nodes of the curve.
-    max_gradation: the largest growth of sizes per length along the curve; 0 sets no limit. It does not apply across
-        the joint of a closed curve.
-    force_even, min_elements, max_elements: as in mesh_line.
+    min_size
+        Curvature does not bound sizes below this value. Set it if the curve can have a kink.
+    default_size
+        With max_gradation, the size at all places except at the nodes of the curve.
+    max_gradation
+        The largest growth of sizes per length along the curve; 0 sets no limit. It does not apply across the joint
+        of a closed curve.
 
-    sizes can also be a function as in mesh_line. It is evaluated at the nodes only, since additional nodes would change
-    the curve. MeshWarning says where it is far from linear between two nodes.
+    Returns
+    -------
+    SplineMesh
 
-    Raises ValueError, which names the argument, and MemoryError.
+    Raises
+    ------
+    ValueError, TypeError
+        The message names the argument.
+    MemoryError
+        There is not enough memory.
+
+    Notes
+    -----
+    sizes can also be a function as in mesh_line. It is evaluated at the nodes only, since additional nodes would
+    change the curve. MeshWarning says where it is far from linear between two nodes.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.mesh_spline([[0, 0], [1, 0], [1, 1], [0, 1]], 0.1, closed=True)
+    SplineMesh: 42 nodes, 42 elements, length 4.206, size 0.1, deviation 0.1768
     """
     a = Arguments("mesh_spline")
     nodes = a.coords(coords)
@@ -199,12 +255,26 @@ def mesh_spline(
 def spline_point(coords: npt.ArrayLike, span: Sequence[SupportsIndex], t: Real) -> Reals:
     """Point of a spline at a parameter.
 
-    coords: (n, d) node positions, d = 2 or 3.
-    span: four nodes: the guide node before the span, the start and the end of the span, the guide node after it.
+    Parameters
+    ----------
+    coords
+        (n, d) node positions, d = 2 or 3.
+    span
+        Four nodes: the guide node before the span, the start and the end of the span, the guide node after it.
         If a guide node equals the node next to it, the curve has a free end there.
-    t: 0 gives the start of the span, 1 its end. Other values extrapolate.
+    t
+        0 gives the start of the span, 1 its end. Other values extrapolate.
 
-    Returns the position, shape (d,).
+    Returns
+    -------
+    ndarray
+        The position, shape (d,).
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.spline_point([[0, 0], [1, 0], [1, 1], [0, 1]], [0, 1, 2, 3], 0.5).round(4).tolist()
+    [1.1768, 0.5]
     """
     a = Arguments("spline_point")
     nodes = a.coords(coords)
@@ -228,16 +298,32 @@ def mesh_straight(
 ) -> NodeList:
     """Mesh each segment of a polyline separately. The mesh contains all nodes of the chain.
 
-    coords: (n, d) node positions, d = 2 or 3.
-    sizes, metrics: targets as in mesh_line.
-    element_count: instead of sizes and metrics, the approximate number of elements, all of about one size; 0
-        makes no mesh.
-    indices: the chain; all nodes if not given.
-    segment: instead of a chain, two nodes with sizes (a number or 2 numbers) or with an exact element_count; or
+    Parameters
+    ----------
+    coords
+        (n, d) node positions, d = 2 or 3.
+    sizes, metrics
+        Targets as in mesh_line. sizes can also be a function, which is sampled as in mesh_line.
+    element_count
+        Instead of sizes and metrics, the approximate number of elements, all of about one size; 0 makes no mesh.
+    indices
+        The chain; all nodes if not given.
+    segment
+        Instead of a chain, two nodes with sizes (a number or 2 numbers) or with an exact element_count; or
         three nodes with an element_count.
-    force_even: make the number of elements on each segment even; not with segment and element_count.
+    force_even
+        Make the number of elements on each segment even; not with segment and element_count.
 
-    sizes can also be a function, which is sampled as in mesh_line.
+    Returns
+    -------
+    NodeList
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> mesh = vornik1d.mesh_straight([[0, 0], [2, 0], [2, 1]], 0.5)
+    >>> mesh.indices.tolist()
+    [0, 3, 4, 5, 1, 6, 2]
     """
     a = Arguments("mesh_straight")
     nodes = a.coords(coords)
