@@ -59,7 +59,8 @@ def mesh_line(
     coords
         (n, d) node positions, d = 2 or 3, in length units of the model.
     sizes
-        A target size per chain entry, or one size for all entries, in length units of the model; or a function
+        A target size per chain entry, or one size for all entries, in length units of the model; or a
+        function
         of positions, see Notes.
     metrics
         Instead of sizes, a tensor per chain entry: rows of 3 or 6 numbers, or matrices (n, d, d).
@@ -74,9 +75,11 @@ def mesh_line(
     deviation_tolerance
         How far the mesh may lie from the chain.
         0: only the sizes count.
-        Positive: a distance in length units; the mesh keeps nodes of the chain that it would otherwise miss by
+        Positive: a distance in length units; the mesh keeps nodes of the chain that it would otherwise miss
+        by
         this distance or more.
-        Negative: minus the sagitta of an element (its largest distance from the curve) divided by the radius of
+        Negative: minus the sagitta of an element (its largest distance from the curve) divided by the radius
+        of
         curvature; for example -0.01 for 1 %. It bounds the sizes.
     min_size
         Curvature does not bound sizes below this value.
@@ -99,11 +102,15 @@ def mesh_line(
 
     Notes
     -----
-    sizes can also be a function of positions, shape (n, d), that returns n sizes. Each segment of the chain is
-    bisected until its pieces are at most 2 sizes long and the size at the middle of a piece differs by at most 1 %
-    from the mean of its ends, or the piece is half a size long. So a feature of the function can be missed if it is
+    sizes can also be a function of positions, shape (n, d), that returns n sizes. Each segment of the chain
+    is
+    bisected until its pieces are at most 2 sizes long and the size at the middle of a piece differs by at
+    most 1 %
+    from the mean of its ends, or the piece is half a size long. So a feature of the function can be missed if
+    it is
     narrower than 2 of the sizes beside it. The samples count like chain entries, but they are not part of the
-    result. If a positive tolerance splits the chain at a sample, the mesh has a new node there. On a bent chain the
+    result. If a positive tolerance splits the chain at a sample, the mesh has a new node there. On a bent
+    chain the
     mesh can blur a feature that is narrower than an element, as it does with chain entries. With a negative
     tolerance the function is evaluated at the nodes only.
 
@@ -188,7 +195,8 @@ def mesh_spline(
     default_size
         With max_gradation, the size at all places except at the nodes of the curve.
     max_gradation
-        The largest growth of sizes per length along the curve; 0 sets no limit. It does not apply across the joint
+        The largest growth of sizes per length along the curve; 0 sets no limit. It does not apply across the
+        joint
         of a closed curve.
 
     Returns
@@ -204,7 +212,8 @@ def mesh_spline(
 
     Notes
     -----
-    sizes can also be a function as in mesh_line. It is evaluated at the nodes only, since additional nodes would
+    sizes can also be a function as in mesh_line. It is evaluated at the nodes only, since additional nodes
+    would
     change the curve. MeshWarning says where it is far from linear between two nodes.
 
     Examples
@@ -260,7 +269,8 @@ def spline_point(coords: npt.ArrayLike, span: Sequence[SupportsIndex], t: Real) 
     coords
         (n, d) node positions, d = 2 or 3.
     span
-        Four nodes: the guide node before the span, the start and the end of the span, the guide node after it.
+        Four nodes: the guide node before the span, the start and the end of the span, the guide node after
+        it.
         If a guide node equals the node next to it, the curve has a free end there.
     t
         0 gives the start of the span, 1 its end. Other values extrapolate.
@@ -305,7 +315,8 @@ def mesh_straight(
     sizes, metrics
         Targets as in mesh_line. sizes can also be a function, which is sampled as in mesh_line.
     element_count
-        Instead of sizes and metrics, the approximate number of elements, all of about one size; 0 makes no mesh.
+        Instead of sizes and metrics, the approximate number of elements, all of about one size; 0 makes no
+        mesh.
     indices
         The chain; all nodes if not given.
     segment
