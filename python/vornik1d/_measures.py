@@ -250,6 +250,12 @@ def sort(params: npt.ArrayLike, indices: npt.ArrayLike) -> Tuple[Reals, Nodes]:
     """Sort parameters and the nodes that belong to them, in ascending order.
 
     Nodes with equal parameters are sorted by number. NaNs come last. Returns both lists.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.sort([0.5, 0.1, 0.3], [0, 1, 2])[1].tolist()
+    [1, 2, 0]
     """
     a = Arguments("sort")
     given, list_given = a.reals("params", params, ANY), a.nodes("indices", indices)
