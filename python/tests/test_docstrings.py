@@ -21,5 +21,7 @@ def test_examples_in_docstrings(name):
 
 def test_public_functions_have_examples():
     public = [(name, getattr(vornik1d, name)) for name in vornik1d.__all__]
-    functions = [(name, f) for name, f in public if callable(f) and not isinstance(f, type) and name != "version"]
+    functions = [
+        (name, f) for name, f in public if callable(f) and not isinstance(f, type) and name != "version"
+    ]
     assert functions and not [name for name, f in functions if ">>> " not in f.__doc__]
