@@ -11,12 +11,18 @@ matplotlib.use("agg")
 
 import vornik1d
 
-MODULES = [f"vornik1d.{m.name}" for m in pkgutil.iter_modules(vornik1d.__path__) if m.name != "_core"]
+INTERNAL = {"_chains", "_foresee", "_results", "_rules", "_sizes", "_warnings"}  # without examples
+MODULES = [
+    f"vornik1d.{m.name}"
+    for m in pkgutil.iter_modules(vornik1d.__path__)
+    if m.name not in {"_core", *INTERNAL}
+]
 
 
 @pytest.mark.parametrize("name", ["vornik1d", *MODULES])
 def test_examples_in_docstrings(name):
-    assert doctest.testmod(importlib.import_module(name)).failed == 0
+    result = doctest.testmod(importlib.import_module(name))
+    assert result.attempted > 0 and result.failed == 0
 
 
 def test_public_functions_have_examples():
