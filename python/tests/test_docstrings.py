@@ -11,7 +11,7 @@ matplotlib.use("agg")
 
 import vornik1d
 
-INTERNAL = {"_chains", "_foresee", "_results", "_rules", "_sizes", "_warnings"}  # without examples
+INTERNAL = {"_chains", "_foresee", "_rules", "_sizes", "_warnings"}  # without examples
 MODULES = [
     f"vornik1d.{m.name}"
     for m in pkgutil.iter_modules(vornik1d.__path__)
