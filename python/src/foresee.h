@@ -107,7 +107,8 @@ inline network_request request_of(matrix const& coords, connectivity const& conn
     return result;
 }
 
-/// The library's chains of a network with usable arguments, and the sizes at its nodes. False if memory runs out.
+/// The library's chains of a network with usable arguments, and the sizes at its nodes. False if memory runs
+/// out.
 template <std::size_t N>
 bool cut_network(matrix const& coords, trelk::vornik1d::old_mesh const& old,
     trelk::vornik1d::remesh_rule const& rule, trelk::vornik1d::cut_lines& lines)

@@ -166,8 +166,8 @@ private:
         return count;
     }
 
-    bool put_nodes(
-        dense2D<double> const& coords, std::size_t first, std::size_t count, batch_mesh& result) const
+    static bool put_nodes(
+        dense2D<double> const& coords, std::size_t first, std::size_t count, batch_mesh& result)
     {
         return count == 0 ||
                append_columns(coords.sub_matrix(0, first, coords.rows(), count), result.new_coords);

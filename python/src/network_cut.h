@@ -9,7 +9,7 @@
 #include "rules.h"
 
 // A network cut into chains that can be remeshed apart from one another, in any order and on any machine. Put
-// together in the order of the chains, their meshes are the mesh that one call of `remesh_lines` makes, bit for bit.
+// together in the order of the chains, their meshes are the mesh of one call of `remesh_lines`, bit for bit.
 
 namespace trelk::vornik1d {
 
@@ -72,7 +72,8 @@ private:
 };
 
 /// Meshes a batch. Closed chains with fewer than `min_loop_elements` elements are meshed again, with sizes
-/// from `loop_sizes`. So are open chains with fewer elements than in `fewest`. Returns 0 or the status of the fullest overload of `remesh_lines`.
+/// from `loop_sizes`. So are open chains with fewer elements than in `fewest`. Returns 0 or the status of the
+/// fullest overload of `remesh_lines`.
 [[nodiscard]] int mesh_batch(
     chain_batch const& batch, remesh_rule const& rule, unsigned min_loop_elements, batch_mesh& mesh);
 

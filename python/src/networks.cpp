@@ -153,8 +153,8 @@ py::tuple mesh_part(node_array const& part_nodes, real_array const& coords, real
         to_array(mesh.raised), to_array(mesh.short_loops));
 }
 
-/// Writes the mesh of a part into the arrays of the whole mesh: its new nodes from row `first_node` on, its elements
-/// and their colours from row `first_element` on.
+/// Writes the mesh of a part into the arrays of the whole mesh: its new nodes from row `first_node` on, its
+/// elements and their colours from row `first_element` on.
 void put_part(real_array& all_coords, node_array& all_connect, node_array& all_colors, std::size_t first_node,
     std::size_t first_element, node_array const& part_nodes, node_array const& chain_colors,
     real_array const& new_coords, node_array const& connect, node_array const& counts)

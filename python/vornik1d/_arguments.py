@@ -397,12 +397,25 @@ def pack_metrics(tensors: npt.ArrayLike) -> Reals:
     """Pack symmetric matrices, shape (n, 2, 2) or (n, 3, 3), into rows of 3 or 6 numbers.
 
     The rows are (m00, m01, m11) in the plane and (m00, m01, m11, m02, m12, m22) in space.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.pack_metrics([[[1, 2], [2, 5]]]).tolist()
+    [[1.0, 2.0, 5.0]]
     """
     return Arguments("pack_metrics").matrices("tensors", tensors)
 
 
 def unpack_metrics(packed: npt.ArrayLike) -> Reals:
-    """Unpack rows of 3 or 6 numbers into symmetric matrices, shape (n, 2, 2) or (n, 3, 3)."""
+    """Unpack rows of 3 or 6 numbers into symmetric matrices, shape (n, 2, 2) or (n, 3, 3).
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.unpack_metrics([[1, 2, 5]]).tolist()
+    [[[1.0, 2.0], [2.0, 5.0]]]
+    """
     rows_given = Arguments("unpack_metrics").packed("packed", packed, (3, 6))
     dimension = 2 if rows_given.shape[1] == 3 else 3
     rows, columns = _packing(dimension)

@@ -26,17 +26,38 @@ def _append_elements(
 
 
 def indices_to_connectE2(indices: npt.ArrayLike, connect: Optional[npt.ArrayLike] = None) -> Nodes:
-    """Join a list of nodes by elements of 2 nodes. Returns (m, 2): connect, if given, then the new elements."""
+    """Join a list of nodes by elements of 2 nodes. Returns (m, 2): connect, if given, then the new elements.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.indices_to_connectE2([4, 5, 6]).tolist()
+    [[4, 5], [5, 6]]
+    """
     return _append_elements(2, indices, connect, "0 nodes, or at least 2")
 
 
 def indices_to_connectE3(indices: npt.ArrayLike, connect: Optional[npt.ArrayLike] = None) -> Nodes:
-    """Join a list of nodes by elements of 3 nodes, as indices_to_connectE2. The middle node comes last."""
+    """Join a list of nodes by elements of 3 nodes, as indices_to_connectE2. The middle node comes last.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.indices_to_connectE3([4, 5, 6]).tolist()
+    [[4, 6, 5]]
+    """
     return _append_elements(3, indices, connect, "0, 3, 5, 7, ... nodes")
 
 
 def indices_to_connectE4(indices: npt.ArrayLike, connect: Optional[npt.ArrayLike] = None) -> Nodes:
-    """Join a list of nodes by elements of 4 nodes, as indices_to_connectE2. The two inner nodes come last."""
+    """Join a list of nodes by elements of 4 nodes, as indices_to_connectE2. The two inner nodes come last.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.indices_to_connectE4([4, 5, 6, 7]).tolist()
+    [[4, 7, 5, 6]]
+    """
     return _append_elements(4, indices, connect, "0, 4, 7, 10, ... nodes")
 
 
@@ -44,6 +65,12 @@ def split_into_linear(connect_in: npt.ArrayLike, connect_out: Optional[npt.Array
     """Split each element of 3 nodes into two elements of 2 nodes.
 
     Returns (m, 2): the elements of connect_out, if given, then the new elements.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.split_into_linear([[0, 2, 1]]).tolist()
+    [[0, 1], [1, 2]]
     """
     a = Arguments("split_into_linear")
     old = a.elements("connect_out", () if connect_out is None else connect_out, most=2)
@@ -54,7 +81,14 @@ def split_into_linear(connect_in: npt.ArrayLike, connect_out: Optional[npt.Array
 
 
 def convert_into_linear(connect: npt.ArrayLike) -> Nodes:
-    """Reduce elements of 3 or more nodes to their two end nodes. Returns (m, 2)."""
+    """Reduce elements of 3 or more nodes to their two end nodes. Returns (m, 2).
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.convert_into_linear([[0, 2, 1]]).tolist()
+    [[0, 2]]
+    """
     a = Arguments("convert_into_linear")
     elements = a.elements("connect", connect)
     if len(elements) == 0:
@@ -85,23 +119,50 @@ def convert_into_high_order(
     coords: (n, d), d = 1, 2 or 3.
     connect: (m, 2) elements; further columns are replaced.
     extra_nodes: the number of interior nodes per element; 0 leaves the elements as they are.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.convert_into_high_order([[0, 0], [3, 0]], [[0, 1]], 2).connect.tolist()
+    [[0, 1, 2, 3]]
     """
     count = Arguments("convert_into_high_order").count("extra_nodes", extra_nodes)
     return _convert("convert_into_high_order", count + 2, coords, connect, count)
 
 
 def convert_into_quadratic(coords: npt.ArrayLike, connect: npt.ArrayLike) -> HighOrderMesh:
-    """Give each element a node at its midpoint. Returns elements of shape (m, 3)."""
+    """Give each element a node at its midpoint. Returns elements of shape (m, 3).
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.convert_into_quadratic([[0, 0], [3, 0]], [[0, 1]]).connect.tolist()
+    [[0, 1, 2]]
+    """
     return _convert("convert_into_quadratic", 3, coords, connect)
 
 
 def convert_into_cubic(coords: npt.ArrayLike, connect: npt.ArrayLike) -> HighOrderMesh:
-    """Give each element two interior nodes. Returns elements of shape (m, 4)."""
+    """Give each element two interior nodes. Returns elements of shape (m, 4).
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.convert_into_cubic([[0, 0], [3, 0]], [[0, 1]]).connect.tolist()
+    [[0, 1, 2, 3]]
+    """
     return _convert("convert_into_cubic", 4, coords, connect)
 
 
 def flip(connect: npt.ArrayLike) -> Nodes:
-    """Reverse the order of the nodes in each element."""
+    """Reverse the order of the nodes in each element.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.flip([[0, 1, 2]]).tolist()
+    [[2, 1, 0]]
+    """
     result: Nodes = _core.flip(Arguments("flip").elements("connect", connect))[1]
     return result
 
@@ -132,6 +193,12 @@ def mesh_reorient(
         4294967295 means no neighbour. If neighbors is not given, the neighbours are found from connect.
     start: the element that keeps its direction.
     all_components: also orient each other component that has an element after start.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.mesh_reorient([[0, 1], [2, 1], [2, 3]]).connect.tolist()
+    [[0, 1], [1, 2], [2, 3]]
     """
     a = Arguments("mesh_reorient")
     elements = np.ascontiguousarray(a.elements("connect", connect)[:, :2])

@@ -58,12 +58,37 @@ def extrude_translate(
 ) -> NodeList:
     """Draw a line of nodes along a vector.
 
-    start: a node of coords, or the position of a first new node.
-    vector: the path from the start to the end, 2 or 3 numbers.
-    element_count: the number of elements.
-    sizes: instead of element_count, the target sizes at the start and the end, or one size for both.
-    coords: (n, d) existing nodes; none if not given.
-    force_even: with sizes, make the number of elements even.
+    Parameters
+    ----------
+    start
+        a node of coords, or the position of a first new node.
+    vector
+        the path from the start to the end, 2 or 3 numbers.
+    element_count
+        the number of elements.
+    sizes
+        instead of element_count, the target sizes at the start and the end, or one size for both.
+    coords
+        (n, d) existing nodes; none if not given.
+    force_even
+        with sizes, make the number of elements even.
+
+    Returns
+    -------
+    NodeList
+
+    Raises
+    ------
+    ValueError, TypeError
+        The message names the argument.
+    MemoryError
+        There is not enough memory.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.extrude_translate([0, 0], [2, 0], element_count=4)
+    NodeList: 5 nodes, 4 elements, length 2, elements 0.5 long
     """
     a = Arguments("extrude_translate")
     path = a.vector("vector", vector)
@@ -89,11 +114,34 @@ def extrude_rotate(
 ) -> NodeList:
     """Draw an arc of nodes around a centre in the plane, or around an axis in space.
 
-    start: a node of coords, or the position of a first new node.
-    center: the centre of the rotation in the plane, or a point on its axis in space.
-    rotation: in the plane, the angle in radians, counter-clockwise. In space, a vector along the axis; its
-        length is the angle in radians, by the right-hand rule.
-    element_count, sizes, coords, force_even: as in extrude_translate.
+    Parameters
+    ----------
+    start
+        a node of coords, or the position of a first new node.
+    center
+        the centre of the rotation in the plane, or a point on its axis in space.
+    rotation
+        in the plane, the angle in radians, counter-clockwise. In space, a vector along the axis; its length
+        is the angle in radians, by the right-hand rule.
+    element_count, sizes, coords, force_even
+        as in extrude_translate.
+
+    Returns
+    -------
+    NodeList
+
+    Raises
+    ------
+    ValueError, TypeError
+        The message names the argument.
+    MemoryError
+        There is not enough memory.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.extrude_rotate([1, 0], [0, 0], 1.5, element_count=2)
+    NodeList: 3 nodes, 2 elements, length 1.465, elements 0.7325 long
     """
     a = Arguments("extrude_rotate")
     middle = a.vector("center", center)

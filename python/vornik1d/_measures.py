@@ -18,8 +18,29 @@ def curvatures(coords: npt.ArrayLike, indices: Optional[npt.ArrayLike] = None) -
 
     The two ends get the curvature of the entries next to them.
 
-    coords: (n, d) node positions, d = 2 or 3.
-    indices: the chain; all nodes if not given.
+    Parameters
+    ----------
+    coords
+        (n, d) node positions, d = 2 or 3.
+    indices
+        the chain; all nodes if not given.
+
+    Returns
+    -------
+    ndarray
+
+    Raises
+    ------
+    ValueError, TypeError
+        The message names the argument.
+    MemoryError
+        There is not enough memory.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.curvatures([[0, 0], [1, 0], [1, 1]]).round(4).tolist()
+    [1.4142, 1.4142, 1.4142]
     """
     a = Arguments("curvatures")
     nodes = a.coords(coords)
@@ -39,13 +60,36 @@ def interpolate_coordinates(
 ) -> Reals:
     """Move nodes onto a parametrised polyline.
 
-    coords: (n, d) node positions.
-    params: a parameter per chain entry, non-decreasing.
-    new_indices: the nodes to move, in this order.
-    new_params: the parameter to which each node is moved, non-decreasing.
-    indices: the chain; if not given, the first nodes, one per value of params.
+    Parameters
+    ----------
+    coords
+        (n, d) node positions.
+    params
+        a parameter per chain entry, non-decreasing.
+    new_indices
+        the nodes to move, in this order.
+    new_params
+        the parameter to which each node is moved, non-decreasing.
+    indices
+        the chain; if not given, the first nodes, one per value of params.
 
-    Returns the coordinates, shape (n, d).
+    Returns
+    -------
+    ndarray
+        The coordinates, shape (n, d).
+
+    Raises
+    ------
+    ValueError, TypeError
+        The message names the argument.
+    MemoryError
+        There is not enough memory.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.interpolate_coordinates([[0, 0], [2, 0], [5, 5]], [0, 1], [2], [0.25]).tolist()
+    [[0.0, 0.0], [2.0, 0.0], [0.5, 0.0]]
     """
     a = Arguments("interpolate_coordinates")
     nodes = a.matrix("coords", coords)
@@ -70,9 +114,31 @@ def length(
 ) -> float:
     """Length of a chain, or of all elements together, in the unit of the coordinates.
 
-    coords: (n, d) node positions, d = 2 or 3.
-    indices: the chain; all nodes if neither indices nor connect is given.
-    connect: (m, 2) elements, instead of a chain.
+    Parameters
+    ----------
+    coords
+        (n, d) node positions, d = 2 or 3.
+    indices
+        the chain; all nodes if neither indices nor connect is given.
+    connect
+        (m, 2) elements, instead of a chain.
+
+    Returns
+    -------
+    float
+
+    Raises
+    ------
+    ValueError, TypeError
+        The message names the argument.
+    MemoryError
+        There is not enough memory.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.length([[0, 0], [3, 0], [3, 4]])
+    7.0
     """
     a = Arguments("length")
     nodes = a.coords(coords)
@@ -91,9 +157,31 @@ def length(
 def parametric_curvatures(params: npt.ArrayLike, connect: npt.ArrayLike, tangents: npt.ArrayLike) -> Reals:
     """Curvature at the nodes of a curve from its tangents there, in 1/length.
 
-    params: (n,) a parameter per node.
-    connect: (m, 2) elements.
-    tangents: (n, d) the derivative of the curve with respect to the parameter at each node, d = 2 or 3.
+    Parameters
+    ----------
+    params
+        (n,) a parameter per node.
+    connect
+        (m, 2) elements.
+    tangents
+        (n, d) the derivative of the curve with respect to the parameter at each node, d = 2 or 3.
+
+    Returns
+    -------
+    ndarray
+
+    Raises
+    ------
+    ValueError, TypeError
+        The message names the argument.
+    MemoryError
+        There is not enough memory.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.parametric_curvatures([0, 1], [[0, 1]], [[1, 0], [0.8, 0.6]]).round(4).tolist()
+    [0.7027, 0.7027]
     """
     a = Arguments("parametric_curvatures")
     at = a.reals("params", params)
@@ -115,13 +203,35 @@ def normals(
 
     The normal of a node is the weighted mean of the normals of its elements.
 
-    coords: (n, 2) node positions.
-    connect: (m, 2) elements.
-    exponent: the weight of an element of length L is L**exponent. inf takes the normal of the longest element at
+    Parameters
+    ----------
+    coords
+        (n, 2) node positions.
+    connect
+        (m, 2) elements.
+    exponent
+        the weight of an element of length L is L**exponent. inf takes the normal of the longest element at
         the node, -inf that of the shortest.
-    unit_length: scale the means to length 1.
+    unit_length
+        scale the means to length 1.
 
-    Returns (n, 2), zeros at nodes without elements.
+    Returns
+    -------
+    ndarray
+        (n, 2), zeros at nodes without elements.
+
+    Raises
+    ------
+    ValueError, TypeError
+        The message names the argument.
+    MemoryError
+        There is not enough memory.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.normals([[0, 0], [1, 0], [1, 1]], [[0, 1], [1, 2]]).round(4).tolist()
+    [[0.0, 1.0], [-0.7071, 0.7071], [-1.0, 0.0]]
     """
     a = Arguments("normals")
     nodes = a.matrix("coords", coords, (2,))
@@ -140,6 +250,12 @@ def sort(params: npt.ArrayLike, indices: npt.ArrayLike) -> Tuple[Reals, Nodes]:
     """Sort parameters and the nodes that belong to them, in ascending order.
 
     Nodes with equal parameters are sorted by number. NaNs come last. Returns both lists.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.sort([0.5, 0.1, 0.3], [0, 1, 2])[1].tolist()
+    [1, 2, 0]
     """
     a = Arguments("sort")
     given, list_given = a.reals("params", params, ANY), a.nodes("indices", indices)
@@ -161,11 +277,35 @@ def subdivide(
 ) -> Subdivision:
     """Mesh a line on the parameter axis by target sizes.
 
-    params: (n,) the parameter of each point.
-    sizes: a target size per point, or one size for all points, in units of the parameter.
-    indices: the chain of points; all if not given.
-    round_up: round the number of elements up, so that elements are at most as long as their sizes.
-    force_even, min_elements, max_elements: as in mesh_line.
+    Parameters
+    ----------
+    params
+        (n,) the parameter of each point.
+    sizes
+        a target size per point, or one size for all points, in units of the parameter.
+    indices
+        the chain of points; all if not given.
+    round_up
+        round the number of elements up, so that elements are at most as long as their sizes.
+    force_even, min_elements, max_elements
+        as in mesh_line.
+
+    Returns
+    -------
+    Subdivision
+
+    Raises
+    ------
+    ValueError, TypeError
+        The message names the argument.
+    MemoryError
+        There is not enough memory.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.subdivide([0, 1], [0.5, 0.1])
+    Subdivision: 5 points, 4 elements, params 0 to 1, sizes 0.1 to 0.5
     """
     a = Arguments("subdivide")
     at = a.reals("params", params)

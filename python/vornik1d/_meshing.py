@@ -58,40 +58,74 @@ def mesh_line(
 ) -> LineMesh:
     """Mesh a polyline by target sizes or metric tensors at its nodes.
 
-    The mesh starts at the first node of the chain and ends at the last. It leaves out the nodes between them,
-    unless a positive tolerance keeps them.
+    The mesh starts at the first node of the chain and ends at the last. It leaves out the nodes between them, unless a
+    positive tolerance keeps them.
 
-    coords: (n, d) node positions, d = 2 or 3, in length units of the model.
-    sizes: a target size per chain entry, or one size for all entries, in length units of the model; or a function
-        of positions, see below.
-    metrics: instead of sizes, a tensor per chain entry: rows of 3 or 6 numbers, or matrices (n, d, d).
-    indices: the chain, node numbers in the order of travel; all nodes if not given.
-    params: a parameter per chain entry, non-decreasing; the normalised chord length if not given.
-    force_even: make the number of elements even.
-    min_elements, max_elements: limits of the number of elements.
-    min_loop_elements: the least number of elements if the line ends where it starts.
-    deviation_tolerance: how far the mesh may lie from the chain.
-        0: only the sizes count.
-        Positive: a distance in length units; the mesh keeps nodes of the chain that it would otherwise miss by
-        this distance or more.
-        Negative: minus the sagitta of an element (its largest distance from the curve) divided by the radius of
-        curvature; for example -0.01 for 1 %. It bounds the sizes.
-    min_size: curvature does not bound sizes below this value.
+    Parameters
+    ----------
+    coords : array_like, shape (n, d)
+        Node positions, d = 2 or 3, in length units of the model.
+    sizes : float, array_like of shape (k,), or callable
+        A target size per chain entry, or one size for all entries, in length units; or a function of positions, shape
+        (n, d), that returns n sizes (see Notes).
+    metrics : array_like, shape (k, 3), (k, 6) or (k, d, d)
+        Instead of sizes, a metric tensor per chain entry.
+    indices : array_like of int, shape (k,), optional
+        The chain: node numbers in the order of travel. All nodes if not given.
+    params : array_like, shape (k,), optional
+        A parameter per chain entry, non-decreasing; the normalised chord length if not given.
+    force_even : bool
+        Make the number of elements even.
+    min_elements, max_elements : int
+        Limits of the number of elements.
+    min_loop_elements : int
+        The least number of elements if the line ends where it starts.
+    deviation_tolerance : float
+        How far the mesh may lie from the chain.
 
-    sizes can also be a function of positions, shape (n, d), that returns n sizes. Each segment of the chain is bisected
-    until its pieces are at most 2 sizes long and the size at the middle of a piece differs by at most 1 % from the mean
-    of its ends, or the piece is half a size long. So a feature of the function can be missed if it is narrower than 2
-    of the sizes beside it. The samples count like chain entries, but they are not part of the result. If a positive
-    tolerance splits the chain at a sample, the mesh has a new node there. On a bent chain the mesh can blur a feature
-    that is narrower than an element, as it does with chain entries. With a negative tolerance the function is
-    evaluated at the nodes only.
+        - 0: only the sizes count.
+        - Positive: a distance in length units. The mesh keeps nodes of the chain that it would otherwise miss by this
+          distance or more.
+        - Negative: minus the sagitta of an element (its largest distance from the curve) divided by the radius of
+          curvature, for example -0.01 for 1 %. It bounds the sizes.
+    min_size : float
+        Curvature does not bound sizes below this value, in length units.
 
-    Raises ValueError, which names the argument, and MemoryError. Warns with MeshWarning if the mesh has fewer than half
-    of the elements that the sizes ask for.
+    Returns
+    -------
+    LineMesh
 
-    >>> mesh = mesh_line([[0, 0], [10, 0]], [1, 0.1])
-    >>> len(mesh.indices) - 1
-    26
+    Raises
+    ------
+    ValueError
+        A value is wrong, or the sizes ask for more elements than memory holds. The text names the argument, the
+        position and the value.
+    TypeError
+        A type is wrong, or two arguments exclude each other.
+    MemoryError
+        There is not enough memory.
+
+    Warns
+    -----
+    MeshWarning
+        The mesh has fewer than half of the elements that the sizes ask for.
+
+    Notes
+    -----
+    A function for the sizes is sampled along the line. Each segment of the chain is bisected until its pieces are at
+    most 2 sizes long and the size at the middle of a piece differs by at most 1 % from the mean of its ends, or the
+    piece is half a size long. So a feature of the function can be missed if it is narrower than 2 of the sizes beside it. The
+    samples count like chain entries, but they are not part of the result. If a positive tolerance splits the chain at a
+    sample, the mesh has a new node there. On a bent chain the mesh can blur a feature that is narrower than an element,
+    as it does with chain entries. With a negative tolerance the function is evaluated at the nodes only.
+
+    Examples
+    --------
+    >>> mesh_line([[0, 0], [10, 0]], [1, 0.1])
+    LineMesh: 27 nodes, 26 elements, length 10, sizes 0.1 to 1
+    >>> mesh = mesh_line([[0, 0], [10, 0]], lambda points: 0.1 + 0.2 * abs(points[:, 0] - 5))
+    >>> float(mesh.lengths.min().round(2)), float(mesh.lengths.max().round(2))
+    (0.11, 1.0)
     """
     a = Arguments("mesh_line")
     nodes = a.coords(coords)
@@ -146,26 +180,56 @@ def mesh_spline(
 ) -> SplineMesh:
     """Mesh a smooth curve through nodes. Its curvature and a limit on the growth of sizes can bound the sizes.
 
-    coords: (n, d) node positions, d = 2 or 3.
-    sizes, metrics: targets as in mesh_line, one per node of coords, or per entry of indices if that is given.
-    indices: the chain, with a guide node before its first node and one after its last node. A guide node sets
-        the direction at an end of the curve: a, a, b, ..., z, z for an open curve from a to z, and
-        z, a, b, ..., z, a, b for a closed curve. If not given, the curve runs through all nodes.
-    closed: the curve returns from the last node to the first; not with indices.
-    deviation_tolerance: how far an element may lie from the curve.
-        0: only the sizes count.
-        Positive: the distance in length units.
+    Parameters
+    ----------
+    coords : array_like, shape (n, d)
+        Node positions, d = 2 or 3.
+    sizes, metrics
+        Targets as in mesh_line, one per node of coords, or per entry of indices if it is given. A function is evaluated
+        at the nodes only, since additional nodes would change the curve.
+    indices : array_like of int, optional
+        The chain, with a guide node before its first node and one after its last node. A guide node sets the direction
+        at an end of the curve: a, a, b, ..., z, z for an open curve from a to z, and z, a, b, ..., z, a, b for a closed
+        curve. If not given, the curve runs through all nodes.
+    closed : bool
+        The curve returns from the last node to the first; not with indices.
+    deviation_tolerance : float
+        How far an element may lie from the curve. 0: only the sizes count. Positive: the distance in length units.
         Negative: minus the distance divided by the radius of curvature.
-    min_size: curvature does not bound sizes below this value. Set it if the curve can have a kink.
-    default_size: with max_gradation, the size at all places except at the nodes of the curve.
-    max_gradation: the largest growth of sizes per length along the curve; 0 sets no limit. It does not apply across
-        the joint of a closed curve.
-    force_even, min_elements, max_elements, min_loop_elements: as in mesh_line.
+    min_size : float
+        Curvature does not bound sizes below this value. Set it if the curve can have a kink.
+    default_size : float
+        With max_gradation, the size at all places except at the nodes of the curve.
+    max_gradation : float
+        The largest growth of sizes per length along the curve; 0 sets no limit. It does not apply across the joint of a
+        closed curve.
+    force_even, min_elements, max_elements, min_loop_elements
+        As in mesh_line.
 
-    sizes can also be a function as in mesh_line. It is evaluated at the nodes only, since additional nodes would change
-    the curve. MeshWarning says where it is far from linear between two nodes.
+    Returns
+    -------
+    SplineMesh
 
-    Raises ValueError, which names the argument, and MemoryError.
+    Raises
+    ------
+    ValueError
+        A value is wrong, or the sizes ask for more elements than memory holds. The text names the argument, the
+        position and the value.
+    TypeError
+        A type is wrong, or two arguments exclude each other.
+    MemoryError
+        There is not enough memory.
+
+    Warns
+    -----
+    MeshWarning
+        The mesh has fewer than half of the elements that the sizes ask for, or a function for the sizes is far from
+        linear between two nodes.
+
+    Examples
+    --------
+    >>> mesh_spline([[1, 0], [0, 1], [-1, 0], [0, -1]], 9, closed=True, deviation_tolerance=0.01)
+    SplineMesh: 22 nodes, 22 elements, length 6.125, size 0.2771, deviation 0.25
     """
     a = Arguments("mesh_spline")
     nodes = a.coords(coords)
@@ -210,12 +274,30 @@ def mesh_spline(
 def spline_point(coords: npt.ArrayLike, span: Sequence[SupportsIndex], t: Real) -> Reals:
     """Point of a spline at a parameter.
 
-    coords: (n, d) node positions, d = 2 or 3.
-    span: four nodes: the guide node before the span, the start and the end of the span, the guide node after it.
-        If a guide node equals the node next to it, the curve has a free end there.
-    t: 0 gives the start of the span, 1 its end. Other values extrapolate.
+    Parameters
+    ----------
+    coords : array_like, shape (n, d)
+        Node positions, d = 2 or 3.
+    span : array_like of int, shape (4,)
+        The guide node before the span, the start and the end of the span, the guide node after it. If a guide node
+        equals the node next to it, the curve has a free end there.
+    t : float
+        0 gives the start of the span, 1 its end. Other values extrapolate.
 
-    Returns the position, shape (d,).
+    Returns
+    -------
+    ndarray, shape (d,)
+        The position.
+
+    Raises
+    ------
+    ValueError, TypeError
+        The text names the argument.
+
+    Examples
+    --------
+    >>> spline_point([[0, 0], [1, 1], [2, 1], [3, 0]], [0, 1, 2, 3], 0.5).round(3).tolist()
+    [1.5, 1.079]
     """
     a = Arguments("spline_point")
     nodes = a.coords(coords)
@@ -239,16 +321,37 @@ def mesh_straight(
 ) -> NodeList:
     """Mesh each segment of a polyline separately. The mesh contains all nodes of the chain.
 
-    coords: (n, d) node positions, d = 2 or 3.
-    sizes, metrics: targets as in mesh_line.
-    element_count: instead of sizes and metrics, the approximate number of elements, all of about one size; 0
-        makes no mesh.
-    indices: the chain; all nodes if not given.
-    segment: instead of a chain, two nodes with sizes (a number or 2 numbers) or with an exact element_count; or
-        three nodes with an element_count.
-    force_even: make the number of elements on each segment even; not with segment and element_count.
+    Parameters
+    ----------
+    coords : array_like, shape (n, d)
+        Node positions, d = 2 or 3.
+    sizes, metrics
+        Targets as in mesh_line. A function is sampled as there.
+    element_count : int
+        Instead of sizes and metrics, the approximate number of elements, all of about one size; 0 makes no mesh.
+    indices : array_like of int, optional
+        The chain; all nodes if not given.
+    segment : sequence of int, optional
+        Instead of a chain, two nodes with sizes (a number or 2 numbers) or with an exact element_count; or three nodes
+        with an element_count.
+    force_even : bool
+        Make the number of elements on each segment even; not with segment and element_count.
 
-    sizes can also be a function, which is sampled as in mesh_line.
+    Returns
+    -------
+    NodeList
+
+    Raises
+    ------
+    ValueError, TypeError, MemoryError
+        As mesh_line.
+
+    Examples
+    --------
+    >>> mesh_straight([[0, 0], [4, 0], [4, 2]], 1)
+    NodeList: 7 nodes, 6 elements, length 6, elements 1 long
+    >>> mesh_straight([[0, 0], [4, 0]], segment=(0, 1), element_count=3).indices.tolist()
+    [0, 2, 3, 1]
     """
     a = Arguments("mesh_straight")
     nodes = a.coords(coords)

@@ -22,6 +22,12 @@ def interpolate_metrics(params: npt.ArrayLike, values: npt.ArrayLike, new_params
     new_params: (k,) the new parameters, non-decreasing, within the range of params.
 
     Returns (k,) sizes or (k, 3) or (k, 6) tensors.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.interpolate_metrics([0, 1], [1, 3], [0.5, 1]).tolist()
+    [2.0, 3.0]
     """
     a = Arguments("interpolate_metrics")
     at = a.ascending("params", params)
@@ -74,6 +80,12 @@ def metrics_gen_aniso2d(
         no tensor.
 
     Returns the tensors, one row per node up to the largest treated node number.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.metrics_gen_aniso2d([[0, 0], [2, 0]], [[0, 1]], 0.5).tolist()
+    [[0.25, 0.0, 4.0], [0.25, 0.0, 4.0]]
     """
     a = Arguments("metrics_gen_aniso2d")
     old = _given_metrics(a, metrics, 2)
@@ -120,6 +132,12 @@ def metrics_gen_aniso3d(
     metrics: (k, 6) existing tensors, as in metrics_gen_aniso2d.
 
     Returns the tensors, one row per node up to the largest treated node number.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> vornik1d.metrics_gen_aniso3d([[0, 0, 0], [2, 0, 0]], [[0, 1]], 0.5).round(4).tolist()
+    [[0.25, 0.0, 4.0, 0.0, 0.0, 4.0], [0.25, 0.0, 4.0, 0.0, 0.0, 4.0]]
     """
     a = Arguments("metrics_gen_aniso3d")
     nodes = a.matrix("coords", coords, (3,))

@@ -41,43 +41,83 @@ def remesh_lines(
 ) -> Network:
     """Replace a mesh of lines by one whose elements follow target sizes.
 
-    The lines are cut into chains at these nodes: line ends, nodes where lines meet, corners, changes of colour,
-    hard nodes and the ends of hard edges. Each chain is meshed again between its two ends. The ends stay.
+    The lines are cut into chains at these nodes: line ends, nodes where lines meet, corners, changes of colour, hard
+    nodes and the ends of hard edges. Each chain is meshed again between its two ends. The ends stay.
 
-    coords: (n, d) node positions, d = 2 or 3.
-    connect: (m, 2) the elements.
-    default_size: target size at nodes that have no size of their own; at a chain end, at most the length of the
-        shortest chain that meets there.
-    sizes: target sizes by node number; nodes after the last entry have no size of their own. Entries that are not
-        positive are ignored.
-    colors: a colour per element; elements after the last entry have no colour. 4294967295 also means no colour.
-    hard_nodes: nodes at which to cut.
-    hard_edges: elements to keep unchanged, by their rows in connect.
-    force_even: make the number of elements on each chain even.
-    max_angle: the largest change of direction that is not a corner, in degrees, at most 90. A larger angle a acts
-        as 180 - a, so 180 makes every bend a corner.
-    deviation_tolerance: how far the new mesh may lie from the lines.
-        0: the mesh keeps the bends of the lines, so bent lines do not become coarser.
-        Positive: a distance in length units. The mesh follows a spline if the spline stays within this distance
-        of the lines, otherwise the lines.
-        Negative: the mesh follows a spline, and its curvature bounds the sizes as in mesh_spline.
-    max_gradation: the largest growth of sizes per length on splines; 0 sets no limit.
-    min_size: segments of at most this length make no corners. Curvature and the lengths of chains do not bound
-        sizes below this value.
-    min_elements, max_elements: limits for each chain.
-    min_loop_elements: the least number of elements of a loop: a closed chain, or two chains between the same two nodes.
-        A loop that would get fewer gets smaller sizes, or more elements on its longer chain. The other chains stay as
-        they are. 1 lets loops collapse.
-    reorient: first turn elements so that runs of elements have one direction, that of their first element. Where two
-        elements meet head to head, the library cuts the line otherwise. Runs end at junctions, at hard nodes, at hard
-        edges and where the colour changes.
+    Parameters
+    ----------
+    coords : array_like, shape (n, d)
+        Node positions, d = 2 or 3.
+    connect : array_like of int, shape (m, 2)
+        The elements.
+    default_size : float
+        Target size at nodes that have no size of their own; at a chain end, at most the length of the shortest chain
+        that meets there.
+    sizes : array_like or callable, optional
+        Target sizes by node number; nodes after the last entry have no size of their own. Entries that are not positive
+        are ignored. Or a function of positions, shape (n, d), that returns n sizes. It is evaluated at the nodes of the
+        elements only, since additional nodes would change splines and corners.
+    colors : array_like of int, optional
+        A colour per element; elements after the last entry have no colour. 4294967295 also means no colour.
+    hard_nodes : array_like of int, optional
+        Nodes at which to cut.
+    hard_edges : array_like of int, optional
+        Elements to keep unchanged, by their rows in connect.
+    force_even : bool
+        Make the number of elements on each chain even.
+    max_angle : float
+        The largest change of direction that is not a corner, in degrees, at most 90. A larger angle a acts as 180 - a,
+        so 180 makes every bend a corner.
+    deviation_tolerance : float
+        How far the new mesh may lie from the lines.
 
-    sizes can also be a function of positions, shape (n, d), that returns n sizes. It is evaluated at the nodes of the
-    elements only, since additional nodes would change splines and corners. MeshWarning says where it is far from linear
-    along an element.
+        - 0: the mesh keeps the bends of the lines, so bent lines do not become coarser.
+        - Positive: a distance in length units. The mesh follows a spline if the spline stays within this distance of
+          the lines, otherwise the lines.
+        - Negative: the mesh follows a spline, and its curvature bounds the sizes as in mesh_spline.
+    max_gradation : float
+        The largest growth of sizes per length on splines; 0 sets no limit.
+    min_size : float
+        Segments of at most this length make no corners. Curvature and the lengths of chains do not bound sizes below
+        this value.
+    min_elements, max_elements : int
+        Limits for each chain.
+    min_loop_elements : int
+        The least number of elements of a loop: a closed chain, or two chains between the same two nodes. A loop that
+        would get fewer gets smaller sizes, or more elements on its longer chain. The other chains stay as they are. 1
+        lets loops collapse.
+    reorient : bool
+        First turn elements so that runs of elements have one direction, that of their first element. Where two elements
+        meet head to head, the library cuts the line otherwise. Runs end at junctions, at hard nodes, at hard edges and
+        where the colour changes.
 
-    Raises ValueError, which names the argument, and MemoryError. Warns with MeshWarning if the mesh has fewer than half
-    of the elements that the sizes ask for.
+    Returns
+    -------
+    Network
+
+    Raises
+    ------
+    ValueError
+        A value is wrong, or the sizes ask for more elements than memory holds. The text names the argument, the
+        position and the value.
+    TypeError
+        A type is wrong, or two arguments exclude each other.
+    MemoryError
+        There is not enough memory.
+
+    Warns
+    -----
+    MeshWarning
+        The mesh has fewer than half of the elements that the sizes ask for, a function for the sizes is far from
+        linear along an element, or a loop has too few elements.
+
+    Examples
+    --------
+    >>> mesh = remesh_lines([[0, 0], [4, 0], [4, 2]], [[0, 1], [1, 2]], 1.0)
+    >>> mesh
+    Network: 7 nodes, 6 elements in 2 chains, length 6, elements 1 long
+    >>> [chain.tolist() for chain in mesh.chains]
+    [[0, 3, 4, 5, 1], [1, 6, 2]]
     """
     network, turned, request = prepare(
         coords,

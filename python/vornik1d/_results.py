@@ -199,6 +199,20 @@ class LineMesh(NodeList):
     params: (k,) the parameter of each node of the mesh.
     sizes: (k,) the target size at each node of the mesh, or None if the line was meshed by tensors.
     metrics: (k, 3) or (k, 6) the tensor at each node of the mesh, or None if the line was meshed by sizes.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> mesh = vornik1d.mesh_line([[0, 0], [1, 0], [2, 0]], 1.0)
+    >>> mesh
+    LineMesh: 3 nodes, 2 elements, length 2, size 1
+    >>> mesh.points.tolist(), mesh.lengths.tolist()
+    ([[0.0, 0.0], [1.0, 0.0], [2.0, 0.0]], [1.0, 1.0])
+    >>> mesh.indices.tolist()  # the middle of the mesh is a new node
+    [0, 3, 2]
+    >>> small, numbers = mesh.compact()
+    >>> small.indices.tolist(), len(small.coords)
+    ([0, 2, 1], 3)
     """
 
     params: Reals
@@ -244,6 +258,17 @@ class Network(Mesh):
     Two further fields are not part of the unpacking:
     turned: the rows of the given elements that were turned before meshing.
     raised: the first node of each chain that was given more elements so that its loop did not collapse.
+
+    Examples
+    --------
+    >>> import vornik1d
+    >>> coords, connect = [[0, 0], [2, 0], [2, 2], [4, 0]], [[0, 1], [1, 2], [1, 3]]
+    >>> mesh = vornik1d.remesh_lines(coords, connect, 1.0, colors=[7, 8, 9])
+    >>> mesh
+    Network: 7 nodes, 6 elements in 3 chains, length 6, elements 1 long
+    >>> [chain.tolist() for chain in mesh.chains], mesh.chain_colors.tolist()
+    ([[0, 4, 1], [1, 5, 2], [1, 6, 3]], [7, 8, 9])
+    >>> coords, elements, colors, hard_nodes = mesh
     """
 
     connect: Nodes
