@@ -1,10 +1,11 @@
-"""Remeshes the LineStrings of a GeoJSON file, keeps shared end points shared, writes the result and a picture.
+"""Remeshes the LineStrings of a GeoJSON file, keeps shared ends shared, writes the result and a picture.
 
 Usage: geojson.py INPUT SIZE_KM OUTPUT, for example geojson.py data/europe-borders.geojson 50 borders.geojson
 """
 
 import json
 import sys
+from dataclasses import replace
 
 import numpy as np
 
@@ -71,21 +72,18 @@ def main(source: str, size: float, target: str) -> None:
         min_size=0.02 * size,
     )
     positions = plane.unproject(mesh.coords)
-    for k, feature in enumerate(features):
-        elements = mesh.connect[
-            mesh.colors == k
-        ]  # elements of one chain follow each other in the order of travel
-        cuts = np.flatnonzero(elements[1:, 0] != elements[:-1, 1]) + 1
-        runs = [run for run in np.split(elements, cuts) if len(run) > 0]
-        pieces = [positions[np.append(run[:, 0], run[-1, 1])].tolist() for run in runs]
-        feature["geometry"] = {"type": "MultiLineString", "coordinates": pieces}
+    for feature in features:
+        feature["geometry"] = {"type": "MultiLineString", "coordinates": []}
+    lines = replace(mesh, hard_nodes=mesh.hard_nodes[:0])  # corners shall not cut the line of a feature
+    for chain, k in zip(lines.chains, lines.chain_colors):
+        features[k]["geometry"]["coordinates"].append(positions[chain].tolist())
     with open(target, "w", encoding="utf-8") as file:
         json.dump({"type": "FeatureCollection", "features": features}, file)
 
     axes = plot.lines(mesh, colors=mesh.colors, nodes=False)
     axes.figure.set_size_inches(8, 8)
     axes.figure.savefig(target + ".png", dpi=120)
-    print(f"{len(connect)} elements before, {len(mesh)} after")
+    print(f"{len(connect)} elements before. {mesh}")
 
 
 if __name__ == "__main__":

@@ -13,13 +13,13 @@ import numpy as np
 import vornik1d
 
 
-def remesh(mesh: meshio.Mesh, size: float, tolerance: float) -> meshio.Mesh:
+def remesh(mesh: meshio.Mesh, size: float, tolerance: float) -> vornik1d.Network:
     """Remeshes the line cells of a mesh. The colour of an element is the number of its block of cells."""
     blocks = [block.data for block in mesh.cells if block.type == "line"]
     if not blocks:
         raise SystemExit("The file contains no line cells.")
     colors = np.concatenate([np.full(len(block), k) for k, block in enumerate(blocks)])
-    result = vornik1d.remesh_lines(
+    return vornik1d.remesh_lines(
         mesh.points,
         np.concatenate(blocks),
         size,
@@ -27,16 +27,11 @@ def remesh(mesh: meshio.Mesh, size: float, tolerance: float) -> meshio.Mesh:
         deviation_tolerance=tolerance,
         min_size=0.1 * tolerance,
     )
-    return result.to_meshio()
 
 
 if __name__ == "__main__":
     if len(sys.argv) != 5:
         raise SystemExit(__doc__)
-    old = meshio.read(sys.argv[1])
-    new = remesh(old, float(sys.argv[2]), float(sys.argv[3]))
-    new.write(sys.argv[4])
-    print(
-        f"{sum(len(b.data) for b in old.cells if b.type == 'line')} elements before, "
-        f"{len(new.cells[0].data)} after"
-    )
+    network = remesh(meshio.read(sys.argv[1]), float(sys.argv[2]), float(sys.argv[3]))
+    network.to_meshio().write(sys.argv[4])
+    print(network)

@@ -72,6 +72,8 @@ def test_chains_follow_the_lines():
     ring = np.stack([np.arange(40), np.roll(np.arange(40), -1)], axis=1)
     closed = v.remesh_lines(np.stack([np.cos(t), np.sin(t)], axis=1), ring, 0.3)
     assert [c[0] == c[-1] for c in closed.chains] == [True]
+    empty = v.remesh_lines(NODES, NO_ELEMENTS, 1)
+    assert empty.chains == [] and empty.to_shapely().is_empty and len(empty.to_meshio().points) == 0
 
 
 def test_conversions(tmp_path):

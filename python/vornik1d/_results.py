@@ -281,8 +281,8 @@ class Network(Mesh):
     def chains(self) -> List[Nodes]:
         """The nodes of each chain in the order of travel. A closed chain ends with its first node."""
         starts = self._starts()
-        last = np.append(starts[1:], len(self))
-        nodes = np.insert(self.connect[:, 0], last, self.connect[last - 1, 1])
+        ends = np.append(starts, len(self))[1:]
+        nodes = np.insert(self.connect[:, 0], ends, self.connect[ends - 1, 1])
         cuts = [*(starts + np.arange(len(starts))).tolist(), len(nodes)]
         return [nodes[a:b] for a, b in zip(cuts, cuts[1:])]
 

@@ -40,7 +40,8 @@ def lines(
     """Draw lines in the plane or in space, and return the axes.
 
     coords: a mesh that a function of this package returned, or (n, d) node positions, d = 2 or 3.
-    connect: with node positions: (m, 2) elements, or a list of nodes in the order of travel; all nodes in order if not given.
+    connect: with node positions only: (m, 2) elements, or a list of nodes in the order of travel; all nodes in
+        order if not given.
     colors: a number per element. Elements with the same number get the same colour.
     nodes: whether to draw dots at the nodes.
     ax: the axes to draw on; new axes if not given. Units are equal on new axes and in space.
